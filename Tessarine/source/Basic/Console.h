@@ -1,0 +1,56 @@
+#pragma once
+#include <charconv>
+#include <chrono>
+#include <concepts>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace tessarine
+{
+/// The debug console: one buffered stream of plain lines for a person reading along.
+///
+/// It is flushed at the end of a command, before a message box, and at most a tenth of a second after a line.
+/// Numbers are printed as the C locale prints them; floating-point values with up to six significant digits.
+class Console
+{
+public:
+    using Sink = std::function<void(std::string_view)>;
+
+    Console();
+
+    Console& operator<<(std::string_view text)
+    {
+        Write(text);
+        return *this;
+    }
+    Console& operator<<(const char* text) { return *this << std::string_view(text); }
+    Console& operator<<(char character) { return *this << std::string_view(&character, 1); }
+    Console& operator<<(double value);
+
+    template <std::integral T>
+        requires(!std::same_as<T, bool> && !std::same_as<T, char>)
+    Console& operator<<(T value)
+    {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+        return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
+    }
+
+    /// Hands everything written so far to the sink.
+    void Flush();
+
+    /// Sends the console elsewhere and gives back the sink before it. An empty sink means standard output.
+    Sink SetSink(Sink sink);
+
+private:
+    void Write(std::string_view text);
+
+    std::string m_strPending;
+    Sink m_Sink;
+    std::chrono::steady_clock::time_point m_LastFlush;
+};
+
+/// The console of the process, titled "DebugOutput" where it has a window.
+Console& DebugConsole();
+}

@@ -1,0 +1,60 @@
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tessarine
+{
+/// One image in memory, decoded and brought to a size that the graphics library likes: sides are powers of two
+/// from 16 to 512. Row 0 is the bottom line.
+class DSTexture
+{
+public:
+    enum class ResampleMode
+    {
+        Nearest = 0,
+        Bilinear = 1,
+        Cubic = 2
+    };
+
+    virtual ~DSTexture() = default;
+
+    /// Reads a picture by the tail of its name, all upper or all lower case: ppm as it is, and bmp, png, jpg,
+    /// gif, tga, tiff resampled by Resample(Nearest). Any other ending leaves the record empty.
+    /// A picture that is missing, refused or broken leaves the record with its name and no image.
+    void LoadImage(const std::string& fileName);
+
+    /// Reads a raw (P6) portable pixmap. Says on standard error what is wrong with it.
+    void ReadPPM(const std::string& fileName);
+
+    /// The nearer power of two of each side, with a bias downward, within the largest and smallest side.
+    static void ChooseTextureSize(int width, int height, int& newWidth, int& newHeight);
+
+    /// Brings the image into the resampled buffers at the size of ChooseTextureSize.
+    /// @return false when the size does not change
+    bool Resample(ResampleMode mode);
+
+    const std::string& GetFileName() const { return m_strFileName; }
+    int GetWidth() const { return m_nWidth; }
+    int GetHeight() const { return m_nHeight; }
+    int GetComponents() const { return m_nComponents; }
+    const std::vector<std::uint8_t>& GetData() const { return m_pData; }
+    int GetNewWidth() const { return m_nNewWidth; }
+    int GetNewHeight() const { return m_nNewHeight; }
+    const std::vector<std::uint8_t>& GetNewData() const { return m_pNewData; }
+    bool HasImage() const { return !m_pData.empty(); }
+
+    /// Gives the record an image of its own: width * height * components bytes.
+    void SetImage(int width, int height, int components, std::vector<std::uint8_t> pixels);
+
+private:
+    std::string m_strFileName;
+    int m_nWidth = 0;
+    int m_nHeight = 0;
+    std::vector<std::uint8_t> m_pData;
+    int m_nNewWidth = 0;
+    int m_nNewHeight = 0;
+    std::vector<std::uint8_t> m_pNewData;
+    int m_nComponents = 0;
+};
+}

@@ -1,0 +1,159 @@
+#pragma once
+#include "DSBrep.h"
+#include "MANMaterialManager.h"
+#include "RecordArray.h"
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tessarine
+{
+/// Plain index lists of a mesh, as an OBJ file writes them. Numbers are one-based; the numbers of all faces
+/// stand one behind the other and faceSizes[i] tells how many belong to face i.
+using PositionList = std::vector<smVec3d>;
+using IndexList = std::vector<std::int32_t>;
+using TexCoordList = std::vector<smVec2f>;
+/// Group number to material name, and material name to texture file name.
+using GroupNameMap = std::map<std::int32_t, std::string>;
+using TextureNameMap = std::map<std::string, std::string>;
+
+/// The one owner of all element records: makes them, hands out their ids, looks them up, deletes them,
+/// builds linked solids from index lists, and keeps the selection.
+///
+/// A wrong kind or an index out of range is an assertion; the id of a deleted element gives a message box
+/// and null.
+class MANBrepElementManager
+{
+public:
+    MANBrepElementManager() = default;
+    MANBrepElementManager(const MANBrepElementManager&) = delete;
+    MANBrepElementManager& operator=(const MANBrepElementManager&) = delete;
+
+    /// A new record with the next id of its kind, linked to nothing.
+    DSVertex* CreateVertex();
+    DSHalfEdge* CreateHalfEdge();
+    DSEdge* CreateEdge();
+    DSLoop* CreateLoop();
+    DSFace* CreateFace();
+    DSSolid* CreateSolid();
+
+    DSSolid* GetSolid(std::uint32_t id) const;
+    DSFace* GetFace(std::uint32_t id) const;
+    DSEdge* GetEdge(std::uint32_t id) const;
+    DSHalfEdge* GetHalfEdge(std::uint32_t id) const;
+    DSLoop* GetLoop(std::uint32_t id) const;
+    DSVertex* GetVertex(std::uint32_t id) const;
+    DSElement* GetElement(std::uint32_t id) const;
+
+    /// The kind of an id (ElementKind), ElementKind::Invalid where its top four bits name none.
+    static std::uint32_t GetElementType(std::uint32_t id);
+
+    /// Destroys the record and leaves null in its slot. No link and no solid's list is touched.
+    /// A slot that is null already is no error.
+    void DeleteVertex(DSVertex* vertex);
+    void DeleteHalfEdge(DSHalfEdge* halfEdge);
+    void DeleteEdge(DSEdge* edge);
+    void DeleteLoop(DSLoop* loop);
+    void DeleteFace(DSFace* face);
+    void DeleteSolid(DSSolid* solid);
+
+    /// Destroys all records and starts the ids anew. Selection and materials stay.
+    void Clear();
+
+    void ToggleSelect(std::uint32_t id);
+    /// Changes what the selection tool takes and drops the selection.
+    void SetSelectType(std::uint32_t type);
+    std::uint32_t GetSelectType() const { return m_nSelectType; }
+    const std::vector<std::uint32_t>& GetSelectList() const { return m_SelectList; }
+
+    /// A linked solid from index lists. Nothing rejects a non-manifold mesh: a third face on an edge takes the
+    /// place of the second. Index numbers out of range throw CExcpInvalidIndex.
+    /// Says    "Number of halfedge: " and what it finds wrong with the edges.
+    DSSolid* BuildSolid(const PositionList& positions, const IndexList& indices, const IndexList& faceSizes,
+                        bool reversed);
+
+    /// The same with texture coordinates on the half-edges, when texIndices is not empty.
+    /// Says    "texcoord number: " and "texcoord index number: ", and nothing of the edges.
+    DSSolid* BuildTexturedSolid(const PositionList& positions, const IndexList& indices,
+                                const IndexList& faceSizes, const TexCoordList& texCoords,
+                                const IndexList& texIndices, bool reversed);
+
+    /// BuildSolid, and the default material on every face.
+    DSSolid* LoadSolid(const PositionList& positions, const IndexList& indices, const IndexList& faceSizes,
+                       bool reversed);
+
+    /// BuildTexturedSolid, and the material of each run of faces on its first face.
+    DSSolid* LoadMaterialSolid(const PositionList& positions, const IndexList& indices,
+                               const IndexList& faceSizes, const TexCoordList& texCoords,
+                               const IndexList& texIndices, const IndexList& faceGroups,
+                               const GroupNameMap& groupNames, bool reversed);
+
+    /// LoadMaterialSolid that also ties the loaded textures to the materials that name them.
+    /// Says    The two names of every comparison.
+    DSSolid* LoadTexturedSolid(const PositionList& positions, const IndexList& indices,
+                               const IndexList& faceSizes, const TexCoordList& texCoords,
+                               const IndexList& texIndices, const IndexList& faceGroups,
+                               const GroupNameMap& groupNames, const TextureNameMap& textureMaps,
+                               bool reversed);
+
+    /// Moves and scales the solid so that its largest extent runs from -1 to 1, in single precision.
+    /// An extent of zero, or a solid without vertices, is only centred (or left).
+    /// @return the scale that was applied
+    float UnitizeSolid(DSSolid* solid, float& cx, float& cy, float& cz);
+
+    /// Copies positions and connectivity of `source` into the empty `target`.
+    void CopySolid(const DSSolid* source, DSSolid* target);
+
+    /// The edge between two vertices, found by walking around the first. Says both ids where there is none.
+    DSEdge* FindEdge(std::uint32_t v1, std::uint32_t v2) const;
+
+    /// The edge of the face between two vertices, or null.
+    DSEdge* FindFaceEdge(const DSFace* face, std::uint32_t v1, std::uint32_t v2) const;
+
+    MANMaterialManager& GetMaterialManager() { return m_MaterialManager; }
+    const MANMaterialManager& GetMaterialManager() const { return m_MaterialManager; }
+
+    /// The arrays, slot by slot; null where an element was deleted.
+    const RecordArray<DSSolid>& GetSolidArray() const { return m_SolidList; }
+    const RecordArray<DSFace>& GetFaceArray() const { return m_FaceArray; }
+    const RecordArray<DSEdge>& GetEdgeArray() const { return m_EdgeArray; }
+    const RecordArray<DSHalfEdge>& GetHalfEdgeArray() const { return m_HalfEdgeArray; }
+    const RecordArray<DSLoop>& GetLoopArray() const { return m_LoopArray; }
+    const RecordArray<DSVertex>& GetVertexArray() const { return m_VertexArray; }
+
+    /// Everything that a command can change, to go back to when it fails. Pointers to records stay valid
+    /// over a Restore: every record comes back at its old address.
+    struct Checkpoint;
+    /// A copy of all records; the model stays.
+    Checkpoint Save() const;
+    /// Moves all records out, at no cost in time or memory; the manager is then as after Clear.
+    Checkpoint Take();
+    /// Puts a checkpoint back in place of what the manager holds now. Allocates nothing.
+    void Restore(Checkpoint&& checkpoint) noexcept;
+
+private:
+    RecordArray<DSSolid> m_SolidList;
+    RecordArray<DSFace> m_FaceArray;
+    RecordArray<DSEdge> m_EdgeArray;
+    RecordArray<DSHalfEdge> m_HalfEdgeArray;
+    RecordArray<DSLoop> m_LoopArray;
+    RecordArray<DSVertex> m_VertexArray;
+    MANMaterialManager m_MaterialManager;
+    std::vector<std::uint32_t> m_SelectList;
+    std::uint32_t m_nSelectType = 0x5000005;
+};
+
+struct MANBrepElementManager::Checkpoint
+{
+    RecordArray<DSSolid>::Checkpoint solids;
+    RecordArray<DSFace>::Checkpoint faces;
+    RecordArray<DSEdge>::Checkpoint edges;
+    RecordArray<DSHalfEdge>::Checkpoint halfEdges;
+    RecordArray<DSLoop>::Checkpoint loops;
+    RecordArray<DSVertex>::Checkpoint vertices;
+    MANMaterialManager::Checkpoint materials;
+    std::vector<std::uint32_t> selectList;
+    std::uint32_t selectType = 0;
+};
+}

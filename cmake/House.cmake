@@ -1,0 +1,39 @@
+# What every target of the house is built with, and how a layer is declared.
+
+add_library(HouseFlags INTERFACE)
+target_compile_options(HouseFlags INTERFACE
+  -ffp-contract=off # the same bits on every machine
+  # An assertion names its source by the path below Tessarine/.
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/Tessarine/=")
+target_compile_definitions(HouseFlags INTERFACE
+  TESSARINE_ASSERTIONS=$<BOOL:${TESSARINE_ASSERTIONS}>)
+
+add_library(HouseWarnings INTERFACE)
+target_compile_options(HouseWarnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wformat=2 -Wnull-dereference -Werror)
+
+# AddLayer(NAME SOURCES ... USES ... TESTS ...): one static library, one test program that links it alone.
+# Sources are relative to the calling folder, tests to tests/.
+function(AddLayer name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES;TESTS")
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC HouseFlags ${arg_USES} PRIVATE HouseWarnings)
+  foreach(file IN LISTS arg_SOURCES)
+    cmake_path(GET file PARENT_PATH folder)
+    target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/${folder}")
+  endforeach()
+  if(TESSARINE_TESTS AND arg_TESTS)
+    AddTestProgram(${name}Test LAYER ${name} TESTS ${arg_TESTS})
+  endif()
+endfunction()
+
+# AddTestProgram(NAME LAYER library TESTS files-below-tests...)
+function(AddTestProgram name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LAYER;TESTS")
+  list(TRANSFORM arg_TESTS PREPEND "${PROJECT_SOURCE_DIR}/tests/")
+  add_executable(${name} ${arg_TESTS})
+  target_link_libraries(${name} PRIVATE ${arg_LAYER} HouseWarnings support GTest::gmock)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,61 @@
+#pragma once
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace tessarine
+{
+/// A file could not be opened, read or written. what() is one sentence with the path and the system's reason.
+class FileError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The whole of an ordinary file (no folder, device or pipe).
+/// Throws FileError when it is not there, is none, or cannot be read to its end.
+std::string ReadFile(const std::filesystem::path& path);
+
+/// A file that appears under its name only when it is complete: it is written beside the target under a
+/// temporary name and renamed by Commit. Without Commit nothing is left and an older file stays as it was.
+class ReplacingFile
+{
+public:
+    /// Throws FileError when the folder cannot be written, or when the target is no ordinary file.
+    explicit ReplacingFile(std::filesystem::path target);
+    ~ReplacingFile();
+    ReplacingFile(const ReplacingFile&) = delete;
+    ReplacingFile& operator=(const ReplacingFile&) = delete;
+
+    /// Buffered. Throws FileError.
+    void Write(std::string_view bytes);
+
+    /// Writes what is pending, checks that all of it is on the disk, and renames. Throws FileError.
+    void Commit();
+
+private:
+    std::filesystem::path m_Target;
+    std::filesystem::path m_Temporary;
+    std::FILE* m_pStream = nullptr;
+};
+
+std::filesystem::path GetCurrentFolder();
+
+/// Throws FileError.
+void SetCurrentFolder(const std::filesystem::path& folder);
+
+/// Makes the current folder of its construction current again at its end.
+class CurrentFolderGuard
+{
+public:
+    CurrentFolderGuard();
+    ~CurrentFolderGuard();
+    CurrentFolderGuard(const CurrentFolderGuard&) = delete;
+    CurrentFolderGuard& operator=(const CurrentFolderGuard&) = delete;
+
+private:
+    std::filesystem::path m_Folder;
+};
+}

@@ -1,0 +1,45 @@
+#pragma once
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace tessarine
+{
+/// What a file dialog is asked for.
+struct FileQuestion
+{
+    std::string filter;           ///< pairs "name|pattern|", ended by one more "|"
+    std::string defaultExtension; ///< with its dot
+};
+
+/// What the system asks of the machine that it runs on: in the window, in the batch tool and in the tests.
+/// No other file calls a window system; Path, File and Image hold what is the same everywhere.
+class Platform
+{
+public:
+    virtual ~Platform() = default;
+
+    /// A message box with one button. Text that the console holds back is shown first.
+    virtual void ShowMessage(const std::string& title, const std::string& text) = 0;
+
+    /// Tells the user that `operation` did not run, and why.
+    virtual void ShowFailure(const std::string& operation, const std::string& reason) = 0;
+
+    /// Asks for a file. The choice makes its folder the current one. Nothing when the user cancels.
+    /// @return the full path
+    virtual std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) = 0;
+    virtual std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) = 0;
+
+    /// One of the seven panes of the status bar, counted from the left.
+    virtual void SetPaneText(int pane, const std::string& text) = 0;
+};
+
+/// The platform of the process. Asking before one was set is a programming error (std::logic_error).
+Platform& GetPlatform();
+
+/// Gives back the platform before it.
+Platform* SetPlatform(Platform* platform);
+
+/// A message box with the title of the program.
+void ShowMessage(const std::string& text);
+}

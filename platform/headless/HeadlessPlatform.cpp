@@ -1,0 +1,71 @@
+#include "HeadlessPlatform.h"
+#include "Console.h"
+#include "Failure.h"
+#include "File.h"
+#include <cstdio>
+
+namespace tessarine
+{
+namespace
+{
+std::string WithNewlinesSpelt(const std::string& text)
+{
+    std::string line;
+    for (const char character : text)
+    {
+        line += character == '\n' ? std::string("\\n") : std::string(1, character);
+    }
+    return line;
+}
+
+void PrintError(const std::string& line)
+{
+    DebugConsole().Flush();
+    std::fprintf(stderr, "%s\n", line.c_str());
+}
+}
+
+HeadlessPlatform::HeadlessPlatform()
+    : m_PaneTexts{"就绪", "顶点数              ", "面片数                   ",
+                  "相机坐标                                  ", "大写", "数字", "滚动"}
+{
+}
+
+void HeadlessPlatform::ShowMessage(const std::string& title, const std::string& text)
+{
+    m_Messages.push_back({title, text});
+    PrintError("message box \"" + title + "\": " + WithNewlinesSpelt(text));
+}
+
+void HeadlessPlatform::ShowFailure(const std::string& operation, const std::string& reason)
+{
+    PrintError("tessarine-batch: " + operation + ": " + WithNewlinesSpelt(reason));
+}
+
+std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& /*question*/)
+{
+    return TakeFileAnswer();
+}
+
+std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& /*question*/)
+{
+    return TakeFileAnswer();
+}
+
+std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer()
+{
+    if (m_FileAnswers.empty())
+    {
+        return std::nullopt;
+    }
+    const std::filesystem::path choice = GetCurrentFolder() / m_FileAnswers.front();
+    m_FileAnswers.pop_front();
+    SetCurrentFolder(choice.parent_path());
+    return choice;
+}
+
+void HeadlessPlatform::SetPaneText(int pane, const std::string& text)
+{
+    m_PaneTexts.at(static_cast<std::size_t>(pane)) = text;
+}
+}

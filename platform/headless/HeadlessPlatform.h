@@ -1,0 +1,47 @@
+#pragma once
+#include "Platform.h"
+#include <array>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace tessarine
+{
+/// The machine without a window: the batch tool's and the tests'.
+/// Message boxes become lines on standard error and are kept; dialogs are answered from queues.
+class HeadlessPlatform : public Platform
+{
+public:
+    static constexpr int kPaneCount = 7;
+
+    struct Message
+    {
+        std::string title;
+        std::string text;
+        friend bool operator==(const Message&, const Message&) = default;
+    };
+
+    HeadlessPlatform();
+
+    void ShowMessage(const std::string& title, const std::string& text) override;
+    void ShowFailure(const std::string& operation, const std::string& reason) override;
+    std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
+    void SetPaneText(int pane, const std::string& text) override;
+
+    /// Answers the next file dialog. An empty queue answers "cancel".
+    void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
+
+    const std::string& GetPaneText(int pane) const { return m_PaneTexts.at(static_cast<std::size_t>(pane)); }
+
+    /// What was shown so far, oldest first.
+    const std::vector<Message>& GetMessages() const { return m_Messages; }
+
+private:
+    std::optional<std::filesystem::path> TakeFileAnswer();
+
+    std::deque<std::string> m_FileAnswers;
+    std::array<std::string, kPaneCount> m_PaneTexts;
+    std::vector<Message> m_Messages;
+};
+}
