@@ -67,9 +67,9 @@ public:
     std::uint32_t GetSelectType() const { return m_nSelectType; }
     const std::vector<std::uint32_t>& GetSelectList() const { return m_SelectList; }
 
-    /// A linked solid from index lists. Nothing rejects a non-manifold mesh: a third face on an edge takes the
-    /// place of the second. Index numbers out of range throw CExcpInvalidIndex.
-    /// Says    "Number of halfedge: " and what it finds wrong with the edges.
+    /// A linked solid from index lists. Nothing rejects a non-manifold mesh: a third face on an edge takes
+    /// the place of the second. Index numbers out of range throw CExcpInvalidIndex. Says    "Number of
+    /// halfedge: " and what it finds wrong with the edges.
     DSSolid* BuildSolid(const PositionList& positions, const IndexList& indices, const IndexList& faceSizes,
                         bool reversed);
 
