@@ -71,7 +71,8 @@ public:
     DSLoop* GetLoop() const { return m_pLoop; }
 
     /// The other half-edge of the edge; null on a boundary. Ids are compared, not pointers.
-    /// Needs an edge (asserted). Says "Border exist.." and gives null when the edge lists neither as this one.
+    /// Needs an edge (asserted). Says "Border exist.." and gives null when the edge lists neither as this
+    /// one.
     DSHalfEdge* GetTwin() const;
 
 private:
@@ -152,8 +153,8 @@ public:
     std::int32_t& GetTag() { return m_nTag; }
     std::int32_t GetTag() const { return m_nTag; }
 
-    /// Sets the unit normal from the first three corners, and returns it. A cross product within 1e-10 of zero
-    /// in each component stays as it is.
+    /// Sets the unit normal from the first three corners, and returns it. A cross product within 1e-10 of
+    /// zero in each component stays as it is.
     smVec3d CalcNormal();
 
     /// The mean of the corners of the first loop.

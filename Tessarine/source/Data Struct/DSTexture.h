@@ -5,8 +5,8 @@
 
 namespace tessarine
 {
-/// One image in memory, decoded and brought to a size that the graphics library likes: sides are powers of two
-/// from 16 to 512. Row 0 is the bottom line.
+/// One image in memory, decoded and brought to a size that the graphics library likes: sides are powers of
+/// two from 16 to 512. Row 0 is the bottom line.
 class DSTexture
 {
 public:
