@@ -15,7 +15,10 @@ ConsoleCapture::ConsoleCapture()
 {
 }
 
-ConsoleCapture::~ConsoleCapture() { DebugConsole().SetSink(m_Before); }
+ConsoleCapture::~ConsoleCapture()
+{
+    DebugConsole().SetSink(m_Before);
+}
 
 std::string ConsoleCapture::GetText()
 {
@@ -41,14 +44,19 @@ int ConsoleCapture::Count(const std::string& line)
 }
 
 AssertionCapture::AssertionCapture()
-    : m_Before(SetAssertionHandler([this](const AssertionSite& site) {
-          m_Expressions.emplace_back(site.expression);
-          m_Paths.emplace_back(site.path);
-      }))
+    : m_Before(SetAssertionHandler(
+          [this](const AssertionSite& site)
+          {
+              m_Expressions.emplace_back(site.expression);
+              m_Paths.emplace_back(site.path);
+          }))
 {
 }
 
-AssertionCapture::~AssertionCapture() { SetAssertionHandler(m_Before); }
+AssertionCapture::~AssertionCapture()
+{
+    SetAssertionHandler(m_Before);
+}
 
 std::vector<std::string> MessageCapture::GetTexts() const
 {
