@@ -18,7 +18,13 @@ Platform& GetPlatform()
     return *g_pPlatform;
 }
 
-Platform* SetPlatform(Platform* platform) { return std::exchange(g_pPlatform, platform); }
+Platform* SetPlatform(Platform* platform)
+{
+    return std::exchange(g_pPlatform, platform);
+}
 
-void ShowMessage(const std::string& text) { GetPlatform().ShowMessage("Tessarine", text); }
+void ShowMessage(const std::string& text)
+{
+    GetPlatform().ShowMessage("Tessarine", text);
+}
 }

@@ -26,8 +26,13 @@ void PrintError(const std::string& line)
 }
 
 HeadlessPlatform::HeadlessPlatform()
-    : m_PaneTexts{"就绪", "顶点数              ", "面片数                   ",
-                  "相机坐标                                  ", "大写", "数字", "滚动"}
+    : m_PaneTexts{"就绪",
+                  "顶点数              ",
+                  "面片数                   ",
+                  "相机坐标                                  ",
+                  "大写",
+                  "数字",
+                  "滚动"}
 {
 }
 

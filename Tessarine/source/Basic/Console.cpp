@@ -24,8 +24,7 @@ Console::Console() : m_Sink(WriteToStandardOutput), m_LastFlush(std::chrono::ste
 Console& Console::operator<<(double value)
 {
     char digits[32];
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr;
+    const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr;
     return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
 }
 

@@ -29,8 +29,7 @@ public:
     Console& operator<<(double value);
 
     template <std::integral T>
-        requires(!std::same_as<T, bool> && !std::same_as<T, char>)
-    Console& operator<<(T value)
+    requires(!std::same_as<T, bool> && !std::same_as<T, char>) Console& operator<<(T value)
     {
         char digits[24];
         const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;

@@ -42,7 +42,10 @@ AssertionHandler SetAssertionHandler(AssertionHandler handler)
     return std::exchange(GetBook().handler, std::move(handler));
 }
 
-void BeginAssertionReports() { GetBook().counts.clear(); }
+void BeginAssertionReports()
+{
+    GetBook().counts.clear();
+}
 
 void EndAssertionReports()
 {
