@@ -61,6 +61,7 @@ public:
     {
     }
 
+    void MakeRoom();
     void FindVertexPositions();
     void SplitEdges();
     void MoveVertices();
@@ -80,7 +81,7 @@ private:
     /// A loop with more corners than this is not handed on from face to face.
     static constexpr std::size_t kManyCorners = 32;
 
-    const MANBrepElementManager* m_pManager;
+    MANBrepElementManager* m_pManager;
     ACTEuler m_Euler;
     DSSolid& m_Solid;
     WanderingLimit m_Limit;
@@ -88,6 +89,21 @@ private:
     std::vector<smVec3d> m_NewPositions; ///< of the old vertices, in list order
     std::vector<DSHalfEdge*> m_Corners;  ///< of one loop, in the order of the cuts
 };
+
+/// A split makes an edge, a vertex and two half-edges; the cut of a corner, of which two lie along an edge, a
+/// face with its loop, an edge and two half-edges.
+void LoopStep::MakeRoom()
+{
+    const std::size_t edges = m_Solid.GetEdgeList().size();
+    m_pManager->ReserveMore({.vertices = edges,
+                             .halfEdges = 6 * edges,
+                             .edges = 3 * edges,
+                             .loops = 2 * edges,
+                             .faces = 2 * edges});
+    m_Solid.GetVertexList().reserve(m_Solid.GetVertexList().size() + edges);
+    m_Solid.GetEdgeList().reserve(4 * edges);
+    m_Solid.GetFaceList().reserve(m_Solid.GetFaceList().size() + 2 * edges);
+}
 
 void LoopStep::FindVertexPositions()
 {
@@ -164,10 +180,6 @@ void LoopStep::SplitEdges()
 {
     auto& edges = m_Solid.GetEdgeList();
     const std::size_t count = edges.size();
-    m_Solid.GetVertexList().reserve(m_Solid.GetVertexList().size() + count);
-    // The cuts to come make a face and an edge at each corner.
-    m_Solid.GetFaceList().reserve(m_Solid.GetFaceList().size() + 2 * count);
-    edges.reserve(4 * count);
     for (std::size_t i = 0; i < count; ++i)
     {
         const DSEdge* pEdge = edges[i];
@@ -289,6 +301,7 @@ void IASubLOOPCommand::Execute()
     }
     KeepHiddenSnapshot(*pSolid);
     LoopStep step(GetElementManager(), *pSolid);
+    step.MakeRoom();
     step.FindVertexPositions();
     step.SplitEdges();
     step.MoveVertices();
