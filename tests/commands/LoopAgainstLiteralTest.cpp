@@ -1,0 +1,237 @@
+#include "Capture.h"
+#include "IASubLOOPCommand.h"
+#include "LinksHold.h"
+#include "LiteralLoop.h"
+#include "MANSceneManager.h"
+#include "Meshes.h"
+#include "RecordDump.h"
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace tessarine
+{
+namespace
+{
+/// What a run leaves: the failure, the console and every record.
+struct Outcome
+{
+    std::string failure;
+    std::string console;
+    std::string records;
+};
+
+void SubdivideByCommand(MANBrepElementManager& elements, MANSceneManager& scene)
+{
+    IASubLOOPCommand command;
+    command.SetElementManager(&elements);
+    command.SetSceneManager(&scene);
+    command.Execute();
+}
+
+/// Runs twice on the mesh, which is the second solid of its manager.
+Outcome Run(const IndexedMesh& mesh,
+            const std::function<void(MANBrepElementManager&, MANSceneManager&)>& step)
+{
+    MANBrepElementManager elements;
+    MANSceneManager scene;
+    LoadQuietly(elements, QuadCube());
+    MANSceneLeaf* pLeaf = scene.NewLeaf();
+    scene.GetRootGroup()->AddChild(pLeaf);
+    pLeaf->SetParent(scene.GetRootGroup());
+    pLeaf->SetSolid(LoadQuietly(elements, mesh));
+
+    Outcome outcome;
+    const AssertionCapture assertions;
+    ConsoleCapture console;
+    try
+    {
+        step(elements, scene);
+        step(elements, scene);
+    }
+    catch (const IException& exception)
+    {
+        outcome.failure = exception.GetMessage();
+    }
+    outcome.console = console.GetText();
+    EXPECT_TRUE(LinksHold(*pLeaf->GetSolid(), {.allowDisplacedHalfEdges = true, .allowTornEdges = true}));
+    outcome.records = DumpRecords(elements);
+    return outcome;
+}
+
+/// @return whether the mesh was subdivided
+bool ExpectSame(const IndexedMesh& mesh, const std::string& name)
+{
+    const Outcome literal = Run(mesh, SubdivideLiterally);
+    const Outcome command = Run(mesh, SubdivideByCommand);
+    EXPECT_EQ(command.failure, literal.failure) << name;
+    EXPECT_EQ(command.console, literal.console) << name;
+    EXPECT_TRUE(command.records == literal.records) << name << ": the records differ";
+    return literal.failure.empty();
+}
+
+/// Two poles above and below a ring of n, with valence n each.
+IndexedMesh Bipyramid(int n)
+{
+    IndexedMesh mesh = ClosedFan(n);
+    mesh.positions[0] = smVec3d(0, 0, 1);
+    mesh.positions.emplace_back(0, 0, -1);
+    for (int i = 0; i < n; ++i)
+    {
+        mesh.AddFace({n + 2, (i + 1) % n + 2, i + 2});
+    }
+    return mesh;
+}
+
+/// Puts a second mesh beside another, with its first corner in common.
+IndexedMesh JoinInFirstCorner(IndexedMesh mesh, const IndexedMesh& other)
+{
+    const auto offset = static_cast<std::int32_t>(mesh.positions.size()) - 1;
+    mesh.positions.insert(mesh.positions.end(), other.positions.begin() + 1, other.positions.end());
+    for (const std::int32_t index : other.indices)
+    {
+        mesh.indices.push_back(index == 1 ? 1 : index + offset);
+    }
+    mesh.faceSizes.insert(mesh.faceSizes.end(), other.faceSizes.begin(), other.faceSizes.end());
+    return mesh;
+}
+
+IndexedMesh Shaken(IndexedMesh mesh, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> shake(-0.1, 0.1);
+    for (smVec3d& position : mesh.positions)
+    {
+        position += smVec3d(shake(random), shake(random), shake(random));
+    }
+    return mesh;
+}
+
+std::vector<std::int32_t> FaceOf(const IndexedMesh& mesh, std::size_t face, std::size_t offset)
+{
+    const auto begin = mesh.indices.begin() + static_cast<std::ptrdiff_t>(offset);
+    return {begin, begin + mesh.faceSizes[face]};
+}
+
+/// Turns some faces over, doubles some and leaves some out.
+IndexedMesh Spoilt(const IndexedMesh& mesh, unsigned seed)
+{
+    std::mt19937 random(seed);
+    IndexedMesh spoilt;
+    spoilt.positions = mesh.positions;
+    std::size_t offset = 0;
+    for (std::size_t i = 0; i < mesh.faceSizes.size(); ++i)
+    {
+        std::vector<std::int32_t> corners = FaceOf(mesh, i, offset);
+        offset += corners.size();
+        const unsigned fate = random() % 24;
+        if (fate == 0)
+        {
+            std::reverse(corners.begin(), corners.end());
+        }
+        const int copies = fate == 1 ? 0 : (fate == 2 ? 2 : 1);
+        for (int copy = 0; copy < copies; ++copy)
+        {
+            spoilt.indices.insert(spoilt.indices.end(), corners.begin(), corners.end());
+            spoilt.faceSizes.push_back(static_cast<std::int32_t>(corners.size()));
+        }
+    }
+    return spoilt;
+}
+
+/// Faces of two to five corners, drawn at random from a few vertices.
+IndexedMesh Soup(int vertices, int faces, unsigned seed)
+{
+    std::mt19937 random(seed);
+    IndexedMesh mesh;
+    mesh.positions.resize(static_cast<std::size_t>(vertices));
+    for (int i = 0; i < faces; ++i)
+    {
+        const auto corners = static_cast<std::int32_t>(2 + random() % 4);
+        for (int k = 0; k < corners; ++k)
+        {
+            mesh.indices.push_back(static_cast<std::int32_t>(1 + random() % static_cast<unsigned>(vertices)));
+        }
+        mesh.faceSizes.push_back(corners);
+    }
+    return Shaken(mesh, seed);
+}
+
+TEST(LoopAgainstLiteral, GivesTheSameOnWholeMeshes)
+{
+    EXPECT_TRUE(ExpectSame(SingleTriangle(), "triangle"));
+    EXPECT_TRUE(ExpectSame(Tetrahedron(), "tetrahedron"));
+    EXPECT_TRUE(ExpectSame(QuadCube(), "cube of quads"));
+    EXPECT_TRUE(ExpectSame(TriangleCube(), "cube of triangles"));
+    EXPECT_TRUE(ExpectSame(Shaken(Sphere(2), 1), "sphere"));
+    EXPECT_TRUE(ExpectSame(Shaken(Torus(9, 7), 2), "torus"));
+    EXPECT_TRUE(ExpectSame(Shaken(Grid(6), 3), "grid"));
+    EXPECT_TRUE(ExpectSame(OpenFan(5), "open fan"));
+}
+
+TEST(LoopAgainstLiteral, GivesTheSameOnBrokenMeshes)
+{
+    EXPECT_TRUE(ExpectSame(ThreeTrianglesOnOneEdge(), "three faces on an edge"));
+    EXPECT_TRUE(ExpectSame(BowTie(), "bow tie"));
+    EXPECT_TRUE(ExpectSame(DegenerateTriangle(), "collinear triangle"));
+}
+
+TEST(LoopAgainstLiteral, GivesTheSameAroundCrowdedVertices)
+{
+    EXPECT_TRUE(ExpectSame(Shaken(Bipyramid(200), 4), "bipyramid"));
+    EXPECT_TRUE(ExpectSame(Shaken(OpenFan(200), 5), "open fan"));
+    EXPECT_TRUE(ExpectSame(Shaken(JoinInFirstCorner(Bipyramid(60), Bipyramid(50)), 6), "two fans"));
+    EXPECT_TRUE(ExpectSame(Shaken(JoinInFirstCorner(OpenFan(60), OpenFan(50)), 7), "two open fans"));
+}
+
+TEST(LoopAgainstLiteral, GivesTheSameOnFacesOfManyCorners)
+{
+    IndexedMesh prism;
+    constexpr int n = 60;
+    prism.positions.resize(2 * n);
+    for (int i = 1; i <= n; ++i)
+    {
+        prism.indices.push_back(i);
+    }
+    for (int i = 2 * n; i > n; --i)
+    {
+        prism.indices.push_back(i);
+    }
+    prism.faceSizes = {n, n};
+    for (int i = 1; i < n; ++i) // one side is left out
+    {
+        prism.AddFace({i + 1, i, n + i, n + i + 1});
+    }
+    EXPECT_TRUE(ExpectSame(Shaken(prism, 8), "prism"));
+    prism.AddFace({1, 2, n + 1}); // displaces a side of the long faces, whose loops become odd
+    prism.AddFace({n + 2, n + 1, 1});
+    EXPECT_TRUE(ExpectSame(Shaken(prism, 9), "prism with three faces on an edge"));
+}
+
+class LoopAgainstLiteralTest : public testing::TestWithParam<unsigned>
+{
+};
+
+TEST_P(LoopAgainstLiteralTest, GivesTheSameOnSpoiltMeshes)
+{
+    const unsigned seed = GetParam();
+    ExpectSame(Shaken(Spoilt(Torus(8, 6), seed), seed), "torus");
+    ExpectSame(Shaken(Spoilt(Grid(6), seed), seed), "grid");
+    ExpectSame(Shaken(Spoilt(Bipyramid(80), seed), seed), "bipyramid");
+    ExpectSame(Shaken(Spoilt(OpenFan(80), seed), seed), "open fan");
+    ExpectSame(Shaken(Spoilt(QuadCube(), seed), seed), "cube");
+    ExpectSame(Shaken(Spoilt(JoinInFirstCorner(OpenFan(60), Bipyramid(50)), seed), seed), "two fans");
+}
+
+TEST_P(LoopAgainstLiteralTest, GivesTheSameOnFacesDrawnAtRandom)
+{
+    for (unsigned i = 0; i < 10; ++i)
+    {
+        ExpectSame(Soup(12, 10, 100 * GetParam() + i), "few faces");
+        ExpectSame(Soup(6, 20, 100 * GetParam() + i), "many faces");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, LoopAgainstLiteralTest, testing::Range(0U, 8U));
+}
+}

@@ -330,14 +330,41 @@ TEST_F(ACTEulerTest, CutsAFaceBetweenVerticesAndBetweenHalfEdges)
 
 TEST_F(ACTEulerTest, RefusesAnEdgeFromACornerToItself)
 {
-    DSSolid* pSolid = Load(SingleTriangle());
+    const DSSolid* pSolid = Load(SingleTriangle());
     const std::uint32_t solid = pSolid->GetID();
     const std::uint32_t face = F(0)->GetID();
     EXPECT_TRUE(IsRefused([&] { m_Euler.MEF(solid, face, m_nNewFace, 1, 1); }));
     EXPECT_TRUE(IsRefused([&] { m_Euler.MEF(solid, face, m_nNewFace, 1, 9); }));
-    EXPECT_TRUE(IsRefused([&] { m_Euler.MEF4(solid, face, m_nNewFace, 1, 2, 1, 2); }));
     EXPECT_TRUE(IsRefused([&] { m_Euler.MEF4(solid, face, m_nNewFace, 1, 2, 2, 1); }));
-    EXPECT_TRUE(IsRefused([&] { m_Euler.LMEF(pSolid, H(0), H(0), m_nNewFace); }));
+}
+
+TEST_F(ACTEulerTest, CutsOffAnEdgeFromAHalfEdgeToItself)
+{
+    DSSolid* pSolid = Load(SingleTriangle());
+    m_Euler.LMEF(pSolid, H(1), H(1), m_nNewFace);
+    EXPECT_THAT(RingOf(L(1)), ElementsAre(3));
+    EXPECT_THAT(CornersOf(L(0)), ElementsAre(1, 2, 0, 1));
+    EXPECT_THAT(RingOf(L(0)), ElementsAre(1, 2, 0, 4));
+    EXPECT_EQ(SidesOf(E(3)), std::make_pair(3, 4));
+    EXPECT_TRUE(LinksHold(*pSolid));
+
+    m_Euler.LKEF(pSolid, H(4), H(3));
+    EXPECT_THAT(RingOf(L(0)), ElementsAre(0, 1, 2));
+    EXPECT_TRUE(LinksHold(*pSolid));
+}
+
+TEST_F(ACTEulerTest, PartsALoneVertexByAnEdgeFromItToItself)
+{
+    m_Euler.MVFS(m_nSolid, m_nFace, m_nVertex, {});
+    m_Euler.LMEF(S(0), H(0), H(0), m_nNewFace);
+    EXPECT_THAT(RingOf(L(1)), ElementsAre(0));
+    EXPECT_THAT(RingOf(L(0)), ElementsAre(1));
+    EXPECT_TRUE(LinksHold(*S(0)));
+
+    m_Euler.LKEF(S(0), H(0), H(1));
+    EXPECT_THAT(RingOf(L(1)), ElementsAre(1)) << "the last half-edge is left alone again";
+    EXPECT_EQ(V(0)->GetHalfEdge(), H(1));
+    EXPECT_TRUE(LinksHold(*S(0), {.allowOneVertexLoops = true}));
 }
 
 TEST_F(ACTEulerTest, RefusesACutBetweenTwoLoops)

@@ -13,6 +13,8 @@ struct LinkRules
     bool allowOneVertexLoops = false;
     /// The two half-edges of an edge may start at the same vertex: the faces run the same way along it.
     bool allowSameDirection = false;
+    /// The half-edges of an edge may join different vertices: such an edge was split.
+    bool allowTornEdges = false;
 };
 
 /// Follows every link of the solid and names the first that is broken, with the id of its element:

@@ -440,8 +440,9 @@ DSLoop* ACTEuler::CutLoop(DSSolid* pSolid, DSLoop* pLoop, DSHalfEdge* h1, DSHalf
     ExchangeTails(n1, n2);
     n1->GetLoop() = pNew;
     n2->GetLoop() = pLoop;
-    pNew->GetHalfEdge() = h1;
-    pLoop->GetHalfEdge() = h2;
+    // Between a half-edge and itself n1 is cut off alone; a lone half-edge is n1.
+    pNew->GetHalfEdge() = h1 != h2 ? h1 : n1;
+    pLoop->GetHalfEdge() = h2 != n1 ? h2 : n2;
     return pNew;
 }
 
@@ -450,12 +451,11 @@ void ACTEuler::LMEF(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2, std::uint32
     ASSERT(IsIn(pSolid, h1));
     ASSERT(IsIn(pSolid, h2));
     ASSERT(h1->GetLoop() == h2->GetLoop());
-    ASSERT(h1 != h2);
     ASSERT(LeadsTo(h1, h2));
 
     DSLoop* pNew = CutLoop(pSolid, h1->GetLoop(), h1, h2);
     nNewFaceID = pNew->GetFace()->GetID();
-    MoveRing(h1, pNew);
+    MoveRing(pNew->GetHalfEdge(), pNew);
 }
 
 void ACTEuler::LMEFCorners(DSSolid* pSolid, const std::vector<DSHalfEdge*>& corners)
