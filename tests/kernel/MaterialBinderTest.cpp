@@ -72,8 +72,10 @@ TEST(MaterialManager, AppendsWhatItMakes)
     DSMaterial* pMaterial = manager.NewMaterial();
     EXPECT_EQ(pMaterial->m_Name, "");
     EXPECT_EQ(manager.GetMaterialList().back().get(), pMaterial);
-    EXPECT_EQ(manager.NewTexture(), manager.GetTextureList()[0].get());
-    EXPECT_EQ(manager.NewImage(), manager.GetImageList()[0].get());
+    DSTexture* pTexture = manager.NewTexture();
+    EXPECT_EQ(manager.GetTextureList().back().get(), pTexture);
+    DSTextureBinding* pBinding = manager.NewImage();
+    EXPECT_EQ(manager.GetImageList().back().get(), pBinding);
 }
 
 TEST(MaterialManager, RestoresValuesAndLengths)
