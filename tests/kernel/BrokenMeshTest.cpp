@@ -1,5 +1,6 @@
 #include "Capture.h"
 #include "LinksHold.h"
+#include "LiteralBuild.h"
 #include "Meshes.h"
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -11,6 +12,11 @@ namespace tessarine
 {
 namespace
 {
+std::uint32_t PlaceOf(const DSHalfEdge* halfEdge)
+{
+    return halfEdge != nullptr ? halfEdge->GetID() & 0xDFFFFFFF : LiteralBuild::kNone;
+}
+
 LinkRules AllRules()
 {
     return {true, true, true};
@@ -78,6 +84,31 @@ TEST_F(BrokenMesh, GarbageIsImportedAndCopied)
                 const ConsoleCapture console;
                 ASSERT_NO_THROW(pVertex->GetValence());
             }
+        }
+    }
+}
+
+TEST_F(BrokenMesh, GarbageGetsTheEdgesAndTheLinesOfTheLiteralForm)
+{
+    for (int round = 0; round < 2000; ++round)
+    {
+        const IndexedMesh mesh = MakeGarbage();
+        m_Manager.Clear();
+        ConsoleCapture console;
+        const DSSolid* pSolid = m_Manager.BuildSolid(mesh.positions, mesh.indices, mesh.faceSizes, false);
+        const LiteralBuild literal(mesh.indices, mesh.faceSizes);
+        ASSERT_EQ(console.GetLines(), literal.lines) << "round " << round;
+        std::vector<LiteralBuild::Edge> edges;
+        for (const DSEdge* pEdge : pSolid->GetEdgeList())
+        {
+            edges.push_back({PlaceOf(pEdge->GetHalfEdge1()), PlaceOf(pEdge->GetHalfEdge2())});
+        }
+        ASSERT_EQ(edges, literal.edges) << "round " << round;
+        for (std::size_t place = 0; place < mesh.indices.size(); ++place)
+        {
+            const DSEdge* pEdge = m_Manager.GetHalfEdgeArray()[place]->GetEdge();
+            const bool hasEdge = literal.edgeOfHalfEdge[place] != LiteralBuild::kNone;
+            ASSERT_EQ(pEdge, hasEdge ? pSolid->GetEdgeList()[literal.edgeOfHalfEdge[place]] : nullptr);
         }
     }
 }
