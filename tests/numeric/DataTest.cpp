@@ -1,6 +1,7 @@
 #include "Data.h"
 #include "Failure.h"
 #include "Reports.h"
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <sstream>

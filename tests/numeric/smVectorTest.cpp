@@ -331,18 +331,18 @@ TYPED_TEST_SUITE(CheckedVector, CheckedVectors);
 
 TYPED_TEST(CheckedVector, HasTenMachineEpsilonsAsItsThreshold)
 {
-    using Number = typename TestFixture::Number;
-    const auto tenEpsilons = 10 * std::numeric_limits<Number>::epsilon();
+    using TNumber = NumberOf<TypeParam>;
+    const auto tenEpsilons = 10 * std::numeric_limits<TNumber>::epsilon();
     EXPECT_NEAR(Traits<TypeParam>::kZero / tenEpsilons, 1.0, 1e-7);
 }
 
 TYPED_TEST(CheckedVector, ReportsAndThrowsForADivisorAtTheThreshold)
 {
-    using Number = typename TestFixture::Number;
-    constexpr Number kNan = std::numeric_limits<Number>::quiet_NaN();
+    using TNumber = NumberOf<TypeParam>;
+    constexpr TNumber kNan = std::numeric_limits<TNumber>::quiet_NaN();
     const auto zero = Traits<TypeParam>::kZero;
     int nThrown = 0;
-    for (const Number t : {Number(0), zero, -zero, zero / 2, kNan})
+    for (const TNumber t : {TNumber(0), zero, -zero, zero / 2, kNan})
     {
         auto v = Filled<TypeParam>(7);
         EXPECT_THROW(v /= t, CExcpDivideZero);

@@ -26,6 +26,16 @@ T ReadBits(std::istream& stream)
     return value;
 }
 
+std::int32_t ReadSize(std::istream& stream)
+{
+    const auto nSize = ReadBits<std::int32_t>(stream);
+    if (nSize < 0)
+    {
+        throw Failure("What is stored here is no array: its size is negative. Store the array again.");
+    }
+    return nSize;
+}
+
 template <class T>
 void WriteBits(std::ostream& stream, const T& value)
 {
@@ -138,7 +148,7 @@ void Data::Serialize(std::ostream& stream) const
 void Data::Deserialize(std::istream& stream)
 {
     Data read;
-    const auto nSize = ReadBits<std::int32_t>(stream);
+    const std::int32_t nSize = ReadSize(stream);
     for (std::int32_t i = 0; i < nSize; ++i) // grows as it reads: the number may lie
     {
         read.Append(ReadBits<double>(stream));
