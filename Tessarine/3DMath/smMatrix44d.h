@@ -153,11 +153,12 @@ private:
         // clang-format on
     }
 
-    double& Element(int nRow, int nCol) { return m_Elements[static_cast<std::size_t>(nRow + 4 * nCol)]; }
-    const double& Element(int nRow, int nCol) const
+    static std::size_t Position(int nRow, int nCol)
     {
-        return m_Elements[static_cast<std::size_t>(nRow + 4 * nCol)];
+        return static_cast<std::size_t>(nRow) + 4 * static_cast<std::size_t>(nCol);
     }
+    double& Element(int nRow, int nCol) { return m_Elements[Position(nRow, nCol)]; }
+    const double& Element(int nRow, int nCol) const { return m_Elements[Position(nRow, nCol)]; }
 
     void SetPlaneRotation(double angle, int nFrom, int nTo);
     int FindPivotColumn(int nRow) const;
@@ -175,12 +176,12 @@ inline std::array<double, 9> smMatrix44d::GetMinor(int nExcludedRow, int nExclud
     ASSERT(nExcludedCol >=0 && nExcludedCol <= 3);
     // clang-format on
     std::array<double, 9> remaining{};
+    auto next = remaining.begin();
     for (int c = 0; c < 3; ++c)
     {
         for (int r = 0; r < 3; ++r)
         {
-            remaining[static_cast<std::size_t>(r + 3 * c)] =
-                Element(r < nExcludedRow ? r : r + 1, c < nExcludedCol ? c : c + 1);
+            *next++ = Element(r < nExcludedRow ? r : r + 1, c < nExcludedCol ? c : c + 1);
         }
     }
     return remaining;

@@ -48,6 +48,7 @@ testing::AssertionResult IsHeap(const CIndexedHeap& heap)
 std::vector<int> NamesInOrder(const CIndexedHeap& heap)
 {
     std::vector<int> names;
+    names.reserve(static_cast<std::size_t>(heap.GetSize()));
     for (std::int32_t i = 0; i < heap.GetSize(); ++i)
     {
         names.push_back(NameOf(heap.GetNode(i)));

@@ -25,6 +25,7 @@ Data Filled(const std::vector<double>& values)
 std::vector<double> ValuesOf(const Data& data)
 {
     std::vector<double> values;
+    values.reserve(static_cast<std::size_t>(data.GetSize()));
     for (int i = 0; i < data.GetSize(); ++i)
     {
         values.push_back(data[i]);
@@ -186,8 +187,7 @@ TEST(Data, GrowsByTheStepThatItIsGiven)
 TEST(Data, MakesRoomForACopyAtOnce)
 {
     const Data ten = Filled({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-    Data copy(ten);
-    EXPECT_EQ(copy.GetCapacity(), 10); // more than 0 + 4
+    EXPECT_EQ(Data(ten).GetCapacity(), 10); // more than 0 + 4
     Data other = Filled({1, 2, 3, 4, 5, 6, 7, 8});
     other = ten;
     EXPECT_EQ(other.GetCapacity(), 12); // 8 + 4, more than 10

@@ -9,6 +9,7 @@ namespace
 std::vector<std::int32_t> VerticesOf(const Polygon& polygon)
 {
     std::vector<std::int32_t> vertices;
+    vertices.reserve(static_cast<std::size_t>(polygon.GetSize()));
     for (int i = 0; i < polygon.GetSize(); ++i)
     {
         vertices.push_back(polygon[i]);

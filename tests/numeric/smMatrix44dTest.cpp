@@ -180,7 +180,8 @@ TEST(smMatrix44d, GivesEachElementByReference)
         for (int c = 0; c < 4; ++c)
         {
             m.At(r, c) = 10 * r + c + 1;
-            EXPECT_EQ(&fixed.At(r, c), m.GetData() + r + 4 * c);
+            const int nPosition = r + 4 * c;
+            EXPECT_EQ(&fixed.At(r, c), m.GetData() + nPosition);
         }
     }
     EXPECT_EQ(TableOf(m), kCounted);
