@@ -1,9 +1,9 @@
 #pragma once
 #include "Assert.h"
+#include "Memory.h"
 #include <algorithm>
 #include <cstddef>
 #include <memory>
-#include <new>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -224,10 +224,8 @@ public:
 private:
     static constexpr std::size_t kFirstBlockBytes = std::size_t{4} << 10U;
     static constexpr std::size_t kLargestBlockBytes = std::size_t{1} << 20U;
-    /// Records of 64 bytes then fill one cache line each.
-    static constexpr std::size_t kBlockAlignment = std::max<std::size_t>(64, alignof(T));
-
     static_assert(sizeof(T) >= sizeof(FreeCell) && alignof(T) >= alignof(FreeCell));
+    static_assert(alignof(T) <= kBlockAlignment);
 
     T* CreateAtEnd()
     {
@@ -243,11 +241,9 @@ private:
     T* CreateInFreeCell()
     {
         FreeCell* pCell = m_Store.freeCells;
-        FreeCell* pRest = pCell->next;
         static_assert(std::is_nothrow_default_constructible_v<T>);
-        T* pRecord = ::new (static_cast<void*>(pCell)) T();
-        m_Store.freeCells = pRest;
-        return pRecord;
+        m_Store.freeCells = pCell->next;
+        return ::new (static_cast<void*>(pCell)) T();
     }
 
     /// Each block is as large as all before it, within limits: small arrays stay small.
@@ -258,14 +254,11 @@ private:
 
     void AddBlock(std::size_t records)
     {
-        const auto free = [](std::byte* pBytes)
-        { ::operator delete (pBytes, std::align_val_t{kBlockAlignment}); };
-        auto* pBytes =
-            static_cast<std::byte*>(::operator new (records * sizeof(T), std::align_val_t{kBlockAlignment}));
-        m_Store.blocks.push_back(
-            Block(pBytes, free)); // the pointer frees the bytes itself when it cannot be made
-        m_Store.next = pBytes;
-        m_Store.end = pBytes + records * sizeof(T);
+        const std::size_t bytes = records * sizeof(T);
+        const Block block(static_cast<std::byte*>(AllocateBlock(bytes)), &FreeBlock);
+        m_Store.blocks.push_back(block);
+        m_Store.next = block.get();
+        m_Store.end = block.get() + bytes;
     }
 
     void PutCopiesBack(Checkpoint& checkpoint) noexcept

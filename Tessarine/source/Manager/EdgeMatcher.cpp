@@ -4,9 +4,20 @@
 
 namespace tessarine
 {
+namespace
+{
+std::uint32_t FirstIDOf(const ElementList<DSVertex>& vertices)
+{
+    return vertices.empty() ? 0 : vertices[0]->GetID();
+}
+}
+
 EdgeMatcher::EdgeMatcher(MANBrepElementManager& manager, DSSolid& solid, std::size_t expectedEdges,
                          Reports reports)
-    : m_Manager(manager), m_Solid(solid), m_EdgeOfPair(expectedEdges), m_Reports(reports)
+    : m_Manager(manager),
+      m_Solid(solid),
+      m_EdgeOfPair(FirstIDOf(solid.GetVertexList()), solid.GetVertexList().size(), expectedEdges),
+      m_Reports(reports)
 {
 }
 
@@ -43,23 +54,23 @@ void EdgeMatcher::Queue(DSHalfEdge* halfEdge)
     {
         Match(m_Pending[m_nMatched++ % kMostPending]);
     }
-    const auto key =
-        VertexPairMap::MakeKey(halfEdge->GetVertex()->GetID(), halfEdge->GetNext()->GetVertex()->GetID());
-    m_EdgeOfPair.Prefetch(key);
-    m_Pending[m_nQueued++ % kMostPending] = {halfEdge, key};
+    const VertexPairMap::Pair pair(halfEdge->GetVertex()->GetID(), halfEdge->GetNext()->GetVertex()->GetID());
+    m_EdgeOfPair.Prefetch(pair);
+    m_Pending[m_nQueued++ % kMostPending] = {halfEdge, pair};
 }
 
 void EdgeMatcher::Match(const Pending& pending)
 {
-    DSEdge*& pEdge = m_EdgeOfPair.Find(pending.key);
-    if (pEdge != nullptr)
+    std::uint32_t& place = m_EdgeOfPair.Find(pending.pair);
+    if (place != VertexPairMap::kNone)
     {
-        JoinEdge(*pEdge, pending.pHalfEdge);
+        JoinEdge(*m_Solid.GetEdgeList()[place], pending.pHalfEdge);
         return;
     }
-    pEdge = m_Manager.CreateEdge();
+    DSEdge* pEdge = m_Manager.CreateEdge();
     pEdge->GetHalfEdge1() = pending.pHalfEdge;
     pending.pHalfEdge->GetEdge() = pEdge;
+    place = static_cast<std::uint32_t>(m_Solid.GetEdgeList().size());
     m_Solid.GetEdgeList().push_back(pEdge);
 }
 

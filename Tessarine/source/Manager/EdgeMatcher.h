@@ -20,6 +20,7 @@ public:
         Yes
     };
 
+    /// The solid has its vertices, whose ids follow one another, and no edges yet.
     EdgeMatcher(MANBrepElementManager& manager, DSSolid& solid, std::size_t expectedEdges, Reports reports);
 
     /// Takes the half-edges of a loop, in the order of the circle.
@@ -32,7 +33,7 @@ private:
     struct Pending
     {
         DSHalfEdge* pHalfEdge;
-        VertexPairMap::Key key;
+        VertexPairMap::Pair pair;
     };
     /// A half-edge waits for its turn while the memory for its look-up is on the way.
     static constexpr std::size_t kMostPending = 16;
@@ -43,7 +44,7 @@ private:
 
     MANBrepElementManager& m_Manager;
     DSSolid& m_Solid;
-    VertexPairMap m_EdgeOfPair;
+    VertexPairMap m_EdgeOfPair; ///< places in the solid's list of edges
     Reports m_Reports;
     std::array<Pending, kMostPending> m_Pending{};
     std::size_t m_nQueued = 0;
