@@ -19,8 +19,14 @@ struct Line
     IOLineCursor cursor{text.data(), text.data() + text.size()};
 };
 
-std::int32_t IntOf(const std::string& text) { return Line(text).cursor.ReadInt(); }
-float FloatOf(const std::string& text) { return Line(text).cursor.ReadFloat(); }
+std::int32_t IntOf(const std::string& text)
+{
+    return Line(text).cursor.ReadInt();
+}
+float FloatOf(const std::string& text)
+{
+    return Line(text).cursor.ReadFloat();
+}
 
 TEST(IOLineCursor, ReadsAnIntegerBehindBlanksAndTabs)
 {
@@ -46,7 +52,7 @@ TEST(IOLineCursor, SaturatesIntegersBeyond32Bits)
     EXPECT_EQ(IntOf("-2147483649"), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(IntOf("18446744073709551617"), 2147483647); // 2^64 + 1: must not come round to 1
     EXPECT_EQ(IntOf(std::string(5000, '9')), 2147483647);
-    EXPECT_EQ(IntOf("-" + std::string(5000, '9')), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(IntOf(std::string("-").append(5000, '9')), std::numeric_limits<std::int32_t>::min());
 }
 
 TEST(IOLineCursor, ReadsFractionsAndExponents)
@@ -107,9 +113,9 @@ TEST(IOLineCursor, ReadsWordsForNoNumberAsZero)
 TEST(IOLineCursor, ReadsThousandsOfDigits)
 {
     EXPECT_EQ(FloatOf(std::string(5000, '9')), std::numeric_limits<float>::infinity());
-    EXPECT_EQ(FloatOf("0." + std::string(5000, '0') + "1"), 0.0F);
+    EXPECT_EQ(FloatOf(std::string("0.").append(5000, '0') + '1'), 0.0F);
     // The digits of a fraction are gathered before they are divided, and overflow.
-    EXPECT_EQ(FloatOf("0." + std::string(5000, '3')), std::numeric_limits<float>::infinity());
+    EXPECT_EQ(FloatOf(std::string("0.").append(5000, '3')), std::numeric_limits<float>::infinity());
 }
 
 TEST(IOLineCursor, ReadsZeroBehindTheLinesEnd)
@@ -165,7 +171,7 @@ std::string RandomNumberText(std::mt19937& random)
         }
         return text;
     }
-    text = pick(3) == 0 ? "-" : "";
+    text.append(pick(3) == 0 ? 1 : 0, '-');
     const auto addDigits = [&](unsigned count)
     {
         for (; count > 0; --count)
@@ -215,10 +221,34 @@ TEST(IOLineCursor, ReadsRandomTextsBitForBitAsTheLiteralScannerDoes)
 
 TEST(IOLineCursor, ReadsOddFormsBitForBitAsTheLiteralScannerDoes)
 {
-    for (const char* text :
-         {"1e+5", "-", ".", "1.2.3", "+1", "1e-400", "1e400", "-.e", "e5", ".e-3", "--1", "-e-", "16777215",
-          "16777216", "16777217", "1677721.6", "0.16777217", "99999999999", "1e38", "3.5e38", "1e-45", "-0.0",
-          "0.00000000000000000000000000000000000000000000001", "1 2", "1\t2", "1e\t-2", "", " "})
+    for (const char* text : {"1e+5",
+                             "-",
+                             ".",
+                             "1.2.3",
+                             "+1",
+                             "1e-400",
+                             "1e400",
+                             "-.e",
+                             "e5",
+                             ".e-3",
+                             "--1",
+                             "-e-",
+                             "16777215",
+                             "16777216",
+                             "16777217",
+                             "1677721.6",
+                             "0.16777217",
+                             "99999999999",
+                             "1e38",
+                             "3.5e38",
+                             "1e-45",
+                             "-0.0",
+                             "0.00000000000000000000000000000000000000000000001",
+                             "1 2",
+                             "1\t2",
+                             "1e\t-2",
+                             "",
+                             " "})
     {
         ExpectSameAsLiteral(text);
     }

@@ -1,4 +1,5 @@
 #include "DSTexture.h"
+#include "Assert.h"
 #include "Console.h"
 #include "File.h"
 #include "Image.h"
@@ -110,7 +111,8 @@ std::string FaultOfPpmSize(const PpmHeader& header, std::size_t bytes)
     {
         return "The PPM file is too large";
     }
-    const std::size_t needed = static_cast<std::size_t>(header.width) * static_cast<std::size_t>(header.height) * 3;
+    const std::size_t needed =
+        static_cast<std::size_t>(header.width) * static_cast<std::size_t>(header.height) * 3;
     if (needed > kMostDecodedBytes)
     {
         return "The PPM file is too large";
@@ -194,7 +196,10 @@ void SampleBilinear(const Resampling& from, int x, int y, std::uint8_t* out)
     }
 }
 
-double CubeOfPositive(double t) { return t > 0.0 ? t * t * t : 0.0; }
+double CubeOfPositive(double t)
+{
+    return t > 0.0 ? t * t * t : 0.0;
+}
 
 /// The cubic B-spline.
 double WeightAt(double t)
@@ -245,8 +250,8 @@ void DSTexture::LoadImage(const std::string& fileName)
     {
         ReadPPM(fileName);
     }
-    else if (EndsInOneOf(fileName, {"BMP", "bmp", "PNG", "png", "JPG", "jpg", "GIF", "gif", "TGA", "tga", "TIFF",
-                                    "tiff"}))
+    else if (EndsInOneOf(fileName, {"BMP", "bmp", "PNG", "png", "JPG", "jpg", "GIF", "gif", "TGA", "tga",
+                                    "TIFF", "tiff"}))
     {
         ReadPicture(fileName);
     }
@@ -349,7 +354,8 @@ bool DSTexture::Resample(ResampleMode mode)
     const Resampling from{m_pData.data(), m_nWidth, m_nHeight, m_nComponents, m_nNewWidth, m_nNewHeight};
     const Sampler sample = GetSampler(mode);
     const auto components = static_cast<std::size_t>(m_nComponents);
-    m_pNewData.resize(static_cast<std::size_t>(m_nNewWidth) * static_cast<std::size_t>(m_nNewHeight) * components);
+    m_pNewData.resize(static_cast<std::size_t>(m_nNewWidth) * static_cast<std::size_t>(m_nNewHeight) *
+                      components);
     std::uint8_t* out = m_pNewData.data();
     for (int y = 0; y < m_nNewHeight; ++y)
     {
@@ -363,6 +369,8 @@ bool DSTexture::Resample(ResampleMode mode)
 
 void DSTexture::SetImage(int width, int height, int components, std::vector<std::uint8_t> pixels)
 {
+    ASSERT(pixels.size() == std::size_t{1} * static_cast<unsigned>(width) * static_cast<unsigned>(height) *
+                                static_cast<unsigned>(components));
     m_nWidth = width;
     m_nHeight = height;
     m_nComponents = components;
