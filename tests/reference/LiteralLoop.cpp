@@ -72,7 +72,7 @@ smVec3d OpenPosition(DSVertex* v)
     return 3.0 * v->GetPosition() / 4.0 + (a + b) / 8.0;
 }
 
-void SplitOneEdge(ACTEuler& euler, DSSolid* solid, DSEdge* edge)
+void SplitOneEdge(MANBrepElementManager& manager, ACTEuler& euler, DSEdge* edge)
 {
     DSHalfEdge* h1 = edge->GetHalfEdge1();
     DSHalfEdge* h2 = edge->GetHalfEdge2();
@@ -93,9 +93,17 @@ void SplitOneEdge(ACTEuler& euler, DSSolid* solid, DSEdge* edge)
         position = (a + b) / 2.0;
         DebugConsole() << "boudary!" << '\n';
     }
+    DSEdge* found = manager.FindEdge(first->GetID(), second->GetID());
+    DSFace* face = h1->GetLoop()->GetFace();
     std::uint32_t newVertex = 0;
-    euler.SEMV(solid->GetID(), h1->GetLoop()->GetFace()->GetID(), first->GetID(), second->GetID(), newVertex,
-               position);
+    if (found != nullptr && found->GetHalfEdge1()->GetLoop()->GetFace() == face)
+    {
+        euler.LSEMV(found->GetHalfEdge1(), found->GetHalfEdge2(), newVertex, position);
+    }
+    else
+    {
+        euler.LSEMV(h1, h2, newVertex, position);
+    }
 }
 
 void CutOneLoop(ACTEuler& euler, DSSolid* solid, DSLoop* loop)
@@ -144,12 +152,17 @@ void SubdivideLiterally(MANBrepElementManager& manager, MANSceneManager& scene)
     {
         DSVertex* v = solid->GetVertexList()[i];
         int n = 0;
+        if (v->GetHalfEdge() == nullptr)
+        {
+            newPositions.push_back(v->GetPosition());
+            continue;
+        }
         newPositions.push_back(IsOpen(v, n) ? OpenPosition(v) : ClosedPosition(v, n));
     }
     const std::size_t edges = solid->GetEdgeList().size();
     for (std::size_t i = 0; i < edges; ++i)
     {
-        SplitOneEdge(euler, solid, solid->GetEdgeList()[i]);
+        SplitOneEdge(manager, euler, solid->GetEdgeList()[i]);
     }
     for (std::size_t i = 0; i < newPositions.size(); ++i)
     {

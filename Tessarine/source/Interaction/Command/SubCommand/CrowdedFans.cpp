@@ -1,4 +1,5 @@
 #include "CrowdedFans.h"
+#include "Console.h"
 #include "DSBrep.h"
 #include <algorithm>
 #include <tuple>
@@ -32,6 +33,7 @@ CrowdedFans::Fan CrowdedFans::WalkAround(const DSVertex& vertex)
     Fan fan;
     const DSHalfEdge* pStart = vertex.GetHalfEdge();
     const DSHalfEdge* h = pStart;
+    const DSHalfEdge* pLast = pStart;
     do
     {
         fan.spokes.push_back({h->GetNext()->GetVertex()->GetID(), fan.spokes.size(), h});
@@ -49,7 +51,9 @@ CrowdedFans::Fan CrowdedFans::WalkAround(const DSVertex& vertex)
             fan.forwardTurns = fan.spokes.size();
             h = FindTwin(*pStart->GetPrev());
         }
+        pLast = h != nullptr ? h : pLast;
     } while (h != nullptr && h != pStart);
+    fan.pBackwardEnd = fan.pForwardEnd != nullptr ? pLast : nullptr;
 
     std::sort(fan.spokes.begin(), fan.spokes.end(),
               [](const Spoke& a, const Spoke& b)
@@ -61,33 +65,43 @@ CrowdedFans::Fan CrowdedFans::WalkAround(const DSVertex& vertex)
     return fan;
 }
 
-DSEdge* CrowdedFans::FindEdge(std::uint32_t v1, std::uint32_t v2)
+/// The first spoke of the walk that ends there now.
+const CrowdedFans::Spoke* CrowdedFans::FindSpoke(Fan& fan, std::uint32_t end)
 {
-    const auto found = m_Fans.empty() ? m_Fans.end() : m_Fans.find(v1);
-    if (found == m_Fans.end())
-    {
-        return nullptr;
-    }
-    Fan& fan = found->second;
-    const auto first = fan.first.find(v2);
+    const auto first = fan.first.find(end);
     if (first == fan.first.end())
     {
         return nullptr;
     }
-    std::size_t& place = first->second;
-    while (place != fan.spokes.size() && fan.spokes[place].end == v2)
+    // A spoke that was split never ends there again.
+    for (std::size_t& i = first->second; i != fan.spokes.size() && fan.spokes[i].end == end; ++i)
     {
-        const Spoke& spoke = fan.spokes[place];
-        if (spoke.pHalfEdge->GetNext()->GetVertex()->GetID() == v2)
+        if (fan.spokes[i].pHalfEdge->GetNext()->GetVertex()->GetID() == end)
         {
-            if (fan.pForwardEnd != nullptr && spoke.turn >= fan.forwardTurns)
-            {
-                fan.pForwardEnd->GetTwin(); // says what the walk says when it turns back
-            }
-            return spoke.pHalfEdge->GetEdge();
+            return &fan.spokes[i];
         }
-        ++place; // split: it never ends there again
     }
+    return nullptr;
+}
+
+DSEdge* CrowdedFans::FindEdge(std::uint32_t v1, std::uint32_t v2)
+{
+    Fan& fan = m_Fans.at(v1);
+    const Spoke* pSpoke = FindSpoke(fan, v2);
+    // At its ends the walk looks for the twins that are not there, and GetTwin has its say.
+    if (fan.pForwardEnd != nullptr && (pSpoke == nullptr || pSpoke->turn >= fan.forwardTurns))
+    {
+        fan.pForwardEnd->GetTwin();
+    }
+    if (pSpoke != nullptr)
+    {
+        return pSpoke->pHalfEdge->GetEdge();
+    }
+    if (fan.pBackwardEnd != nullptr)
+    {
+        fan.pBackwardEnd->GetPrev()->GetTwin();
+    }
+    DebugConsole() << "V1 ID: " << v1 << '\n' << "V2 ID: " << v2 << '\n';
     return nullptr;
 }
 }

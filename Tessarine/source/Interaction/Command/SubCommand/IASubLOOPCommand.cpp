@@ -7,7 +7,6 @@
 #include "Failure.h"
 #include "MANBrepElementManager.h"
 #include <cmath>
-#include <string>
 
 namespace tessarine
 {
@@ -58,7 +57,7 @@ class LoopStep
 {
 public:
     LoopStep(MANBrepElementManager* pManager, DSSolid& solid)
-        : m_Euler(pManager), m_Solid(solid), m_Limit(solid.GetEdgeList().size())
+        : m_pManager(pManager), m_Euler(pManager), m_Solid(solid), m_Limit(solid.GetEdgeList().size())
     {
     }
 
@@ -72,6 +71,7 @@ private:
     smVec3d FindOpenVertexPosition(const DSVertex& vertex, int nTurns);
     void NoteTurns(const DSVertex& vertex, int nTurns);
     void SplitEdge(const DSEdge& edge);
+    const DSEdge& FindEdgeToSplit(const DSEdge& edge);
     void CutLoop(const DSLoop& loop);
     std::size_t CutLongLoop();
 
@@ -80,6 +80,7 @@ private:
     /// A loop with more corners than this is not handed on from face to face.
     static constexpr std::size_t kManyCorners = 32;
 
+    const MANBrepElementManager* m_pManager;
     ACTEuler m_Euler;
     DSSolid& m_Solid;
     WanderingLimit m_Limit;
@@ -104,9 +105,7 @@ smVec3d LoopStep::FindVertexPosition(const DSVertex& vertex)
     const DSHalfEdge* pStart = vertex.GetHalfEdge();
     if (pStart == nullptr)
     {
-        throw Failure("vertex " + std::to_string(vertex.GetID()) +
-                      " belongs to no face, and Loop subdivision "
-                      "cannot place it: remove such vertices from the model and import it again");
+        return vertex.GetPosition(); // no face uses it
     }
     smVec3d sum;
     int n = 0;
@@ -200,19 +199,25 @@ void LoopStep::SplitEdge(const DSEdge& edge)
     const smVec3d position = FindEdgePosition(pHalfEdge1, edge.GetHalfEdge2());
     DemandFinite(position);
 
-    const DSFace* pFace = pHalfEdge1->GetLoop()->GetFace();
-    ASSERT(pFace != nullptr);
-    const std::uint32_t v1 = pHalfEdge1->GetVertex()->GetID();
-    const std::uint32_t v2 = pHalfEdge1->GetNext()->GetVertex()->GetID();
+    const DSLoop* pLoop = pHalfEdge1->GetLoop();
+    ASSERT(pLoop != nullptr && pLoop->GetFace() != nullptr);
     std::uint32_t nVertexID = 0;
-    if (const DSEdge* pFound = m_CrowdedFans.FindEdge(v1, v2))
-    {
-        m_Euler.SEMV(m_Solid.GetID(), pFace->GetID(), pFound, nVertexID, position);
-    }
-    else
-    {
-        m_Euler.SEMV(m_Solid.GetID(), pFace->GetID(), v1, v2, nVertexID, position);
-    }
+    m_Euler.SEMV(m_Solid.GetID(), pLoop->GetFace()->GetID(), &FindEdgeToSplit(edge), nVertexID, position);
+}
+
+/// The edge that SEMV would split between the two vertices. Around a vertex with more than one fan, or with
+/// faces that run the same way along an edge, it would find none or the edge of another face, and refuse it:
+/// then it is the edge itself.
+const DSEdge& LoopStep::FindEdgeToSplit(const DSEdge& edge)
+{
+    const DSHalfEdge* h = edge.GetHalfEdge1();
+    const std::uint32_t v1 = h->GetVertex()->GetID();
+    const std::uint32_t v2 = h->GetNext()->GetVertex()->GetID();
+    const DSEdge* pFound =
+        m_CrowdedFans.Contains(v1) ? m_CrowdedFans.FindEdge(v1, v2) : m_pManager->FindEdge(v1, v2);
+    const bool isAccepted =
+        pFound != nullptr && pFound->GetHalfEdge1()->GetLoop()->GetFace() == h->GetLoop()->GetFace();
+    return isAccepted ? *pFound : edge;
 }
 
 void LoopStep::MoveVertices()

@@ -5,9 +5,7 @@ namespace tessarine
 {
 /// One level of Loop subdivision of the current solid, in place.
 ///
-/// Needs   Each vertex of the solid has a half-edge, each edge its first one (asserted), and FindEdge reaches
-///         the edge from the vertex at which that one starts (asserted): a vertex between two fans of faces
-///         is refused unless its half-edge lies in the fan of all edges that start there.
+/// Needs   Each edge of the solid has its first half-edge (asserted).
 /// Leaves  Each face of k corners as k corner triangles and one face of k corners; normals computed anew; the
 ///         old mesh as a hidden last child of the root. Material and texture coordinates of what is new stay
 ///         unset.
