@@ -1,0 +1,40 @@
+#pragma once
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessarine
+{
+class BatchRun;
+
+/// The parts of the list of operations that --help shows.
+enum class OperationGroup
+{
+    Document,
+    MenuCommand,
+    KeptCommand,
+    ViewAndInput,
+    Result
+};
+
+/// One row of the table of operations.
+struct Operation
+{
+    std::string_view name;
+    std::string_view arguments; ///< forms by name; those that can be left out together stand in brackets, last
+    OperationGroup group = OperationGroup::Document;
+    std::string_view purpose; ///< one line for the help
+    /// Null for an operation that comes with a later version.
+    void (*handler)(BatchRun& run, const std::vector<std::string>& arguments) = nullptr;
+};
+
+/// All operations, in the order of the help.
+std::span<const Operation> GetOperations();
+
+/// Null where the word names none.
+const Operation* FindOperation(std::string_view name);
+
+/// "simplify RATIO"
+std::string GetUsage(const Operation& operation);
+}
