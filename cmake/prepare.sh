@@ -7,11 +7,11 @@ die() {
   exit 1
 }
 
-# The packages of the named groups, as `packages` lists them.
+# The packages of the named groups, as the file `packages` (or the one in packages_file) lists them.
 packages_of() {
   awk -v wanted=" $* " '/^#/ || NF == 0 { next }
     /^\[/ { group = substr($0, 2, length($0) - 2); next }
-    index(wanted, " " group " ") { print $1 }' packages
+    index(wanted, " " group " ") { print $1 }' "${packages_file:-packages}"
 }
 
 is_installed() { [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }

@@ -1,0 +1,99 @@
+// Import of an OBJ file of a million faces, whole and the parse alone; how the cost grows; memory in the
+// stores.
+#include "Console.h"
+#include "HeadlessPlatform.h"
+#include "IOLoadObj.h"
+#include "MANBrepElementManager.h"
+#include "MANSceneManager.h"
+#include "Models.h"
+#include "Peers.h"
+#include "Timing.h"
+#include <malloc.h>
+#include <memory>
+
+using namespace tessarine;
+using namespace tessarine::bench;
+
+namespace
+{
+struct Stores
+{
+    MANSceneManager scene;
+    MANBrepElementManager elements;
+};
+
+std::unique_ptr<Stores> ImportWhole(const std::filesystem::path& path)
+{
+    auto stores = std::make_unique<Stores>();
+    IOLoadObj reader(&stores->scene, &stores->elements);
+    reader.Load(path.string());
+    return stores;
+}
+
+void ParseOnly(const std::filesystem::path& path)
+{
+    Stores stores;
+    IOLoadObj reader(&stores.scene, &stores.elements);
+    reader.ParseFile(path.string());
+}
+
+std::size_t BytesInUse()
+{
+    const auto info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+double BytesATriangle(const std::filesystem::path& path, int faces)
+{
+    const std::size_t before = BytesInUse();
+    const auto stores = ImportWhole(path);
+    return static_cast<double>(BytesInUse() - before) / faces;
+}
+
+double NanosecondsAFace(double seconds, int faces)
+{
+    return seconds / faces * 1e9;
+}
+}
+
+int main()
+{
+    HeadlessPlatform platform;
+    SetPlatform(&platform);
+    DebugConsole().SetSink([](std::string_view) {});
+    TemporaryFolder folder;
+    constexpr int kFaces = 1000000;
+    const auto big = WriteClosedModel(folder.GetPath(), kFaces);
+
+    std::unique_ptr<Stores> kept;
+    const auto whole = Race({{"Tessarine", [&] { kept.reset(); }, [&] { kept = ImportWhole(big); }},
+                             {"CGAL", [&] { kept.reset(); }, [&] { ReadWithCgal(big); }},
+                             {"OpenMesh", nullptr, [&] { ReadWithOpenMesh(big); }}},
+                            5);
+    kept.reset();
+    const auto parse = Race({{"Tessarine", nullptr, [&] { ParseOnly(big); }},
+                             {"tinyobjloader", nullptr, [&] { ParseWithTinyObj(big); }}},
+                            5);
+
+    std::printf("Import of %d faces, nanoseconds a face (median of 5, taking turns)\n", kFaces);
+    std::printf("  whole: Tessarine %.0f, CGAL %.0f, OpenMesh %.0f\n", NanosecondsAFace(whole[0], kFaces),
+                NanosecondsAFace(whole[1], kFaces), NanosecondsAFace(whole[2], kFaces));
+    std::printf("  parse: Tessarine %.0f, tinyobjloader %.0f\n", NanosecondsAFace(parse[0], kFaces),
+                NanosecondsAFace(parse[1], kFaces));
+    bool good = Judge("import, whole: time against CGAL's Surface_mesh", whole[0] / whole[1], 0.6);
+    good &= Judge("import, parse alone: time against tinyobjloader", parse[0] / parse[1], 0.5);
+
+    std::vector<double> perFace;
+    for (const int faces : {10000, 100000, kFaces})
+    {
+        const auto path = WriteClosedModel(folder.GetPath(), faces);
+        const auto taken = Race({{"Tessarine", [&] { kept.reset(); }, [&] { kept = ImportWhole(path); }}},
+                                faces < kFaces ? 25 : 7);
+        perFace.push_back(NanosecondsAFace(taken[0], faces));
+        std::printf("  whole import of %7d faces: %.0f ns a face\n", faces, perFace.back());
+    }
+    kept.reset();
+    good &= Judge("import: time a face of 1M faces against 10k", perFace.back() / perFace.front(), 1.3);
+    good &= Judge("stores after an import: bytes a triangle", BytesATriangle(big, kFaces), 700);
+    return good ? 0 : 1;
+}

@@ -1,0 +1,25 @@
+#pragma once
+#include <filesystem>
+#include <string>
+
+namespace tessarine::bench
+{
+/// A folder that goes with the program.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    const std::filesystem::path& GetPath() const { return m_Path; }
+
+private:
+    std::filesystem::path m_Path;
+};
+
+/// Writes a closed triangle mesh, a bumpy torus of about `faces` triangles, and reads it once into the page
+/// cache.
+/// @return its path
+std::filesystem::path WriteClosedModel(const std::filesystem::path& folder, int faces);
+}

@@ -1,0 +1,64 @@
+#pragma once
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tessarine::bench
+{
+/// Something to time: what is run before each round and not counted, and what is.
+struct Contestant
+{
+    std::string name;
+    std::function<void()> prepare;
+    std::function<void()> run;
+};
+
+inline double Median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+/// The median seconds of each contestant. They take turns, so that a drift of the machine meets them all;
+/// a first round warms up and is not counted.
+inline std::vector<double> Race(const std::vector<Contestant>& contestants, int rounds)
+{
+    std::vector<std::vector<double>> seconds(contestants.size());
+    for (int round = -1; round < rounds; ++round)
+    {
+        for (std::size_t i = 0; i < contestants.size(); ++i)
+        {
+            if (contestants[i].prepare)
+            {
+                contestants[i].prepare();
+            }
+            const auto begin = std::chrono::steady_clock::now();
+            contestants[i].run();
+            const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+            if (round >= 0)
+            {
+                seconds[i].push_back(taken.count());
+            }
+        }
+    }
+    std::vector<double> medians;
+    for (auto& list : seconds)
+    {
+        medians.push_back(Median(std::move(list)));
+    }
+    return medians;
+}
+
+/// Prints a figure with the bound that it is meant to keep, and whether it does.
+/// @return true when it does
+inline bool Judge(const std::string& what, double figure, double bound, bool atMost = true)
+{
+    const bool holds = atMost ? figure <= bound : figure >= bound;
+    std::printf("%-66s %8.3f  (%s %g) %s\n", what.c_str(), figure, atMost ? "at most" : "at least", bound,
+                holds ? "holds" : "MISSED");
+    return holds;
+}
+}
