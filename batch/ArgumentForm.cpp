@@ -11,7 +11,6 @@ namespace
 {
 constexpr long long kLeastInteger = std::numeric_limits<int>::min();
 constexpr long long kMostInteger = std::numeric_limits<int>::max();
-constexpr long long kMostId = std::numeric_limits<unsigned>::max();
 
 template <long long least, long long most>
 bool IsInteger(std::string_view word)
@@ -32,9 +31,15 @@ bool IsRatio(std::string_view word)
     return ReadNumber(word, value) && value >= 0.0 && value <= 1.0;
 }
 
-bool IsName(std::string_view word) { return !word.empty(); }
+bool IsName(std::string_view word)
+{
+    return !word.empty();
+}
 
-bool IsCountOrAll(std::string_view word) { return word == "all" || IsInteger<1, kMostInteger>(word); }
+bool IsCountOrAll(std::string_view word)
+{
+    return word == "all" || IsInteger<1, kMostInteger>(word);
+}
 
 constexpr auto IsAnyInteger = IsInteger<kLeastInteger, kMostInteger>;
 constexpr auto IsIndex = IsInteger<0, kMostInteger>;
@@ -62,7 +67,7 @@ constexpr ArgumentForm kForms[] = {
     {"ITOL", "a whole number from 1 to 4", IsInteger<1, 4>},
     {"TOL", kAnyNumber, IsNumber},
     {"ITMAX", "a whole number from 1", IsCount},
-    {"ID", "a decimal number of 32 bits", IsInteger<0, kMostId>},
+    {"ID", "a whole number from 0", IsIndex},
     {"X", kWholeNumber, IsAnyInteger},
     {"Y", kWholeNumber, IsAnyInteger},
     {"V", kAnyNumber, IsNumber},

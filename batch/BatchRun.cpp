@@ -24,7 +24,8 @@ BatchRun::~BatchRun()
 
 bool BatchRun::RunAll(const std::vector<OperationCall>& calls)
 {
-    return std::all_of(calls.begin(), calls.end(), [this](const OperationCall& call) { return RunOne(call); });
+    return std::all_of(calls.begin(), calls.end(),
+                       [this](const OperationCall& call) { return RunOne(call); });
 }
 
 bool BatchRun::RunOne(const OperationCall& call)
@@ -55,8 +56,8 @@ void BatchRun::WriteOutput(std::string_view text)
     WriteStandardOutput(text);
 }
 
-/// The console is flushed from anywhere, and a command must not end for the sake of its lines: a line that cannot be
-/// written fails the operation at its end.
+/// The console is flushed from anywhere, and a command must not end for the sake of its lines: a line that
+/// cannot be written fails the operation at its end.
 void BatchRun::TakeConsoleText(std::string_view text)
 {
     if (m_bQuiet || !m_strLostConsole.empty())

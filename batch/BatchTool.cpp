@@ -14,7 +14,8 @@ constexpr const char* kVersion = "tessarine-batch " TESSARINE_VERSION "\n";
 
 std::vector<OperationCall> ReadScript(const std::string& name)
 {
-    return name == "-" ? ParseScript(ReadStandardInput(), "standard input") : ParseScript(ReadFile(name), name);
+    return name == "-" ? ParseScript(ReadStandardInput(), "standard input")
+                       : ParseScript(ReadFile(name), name);
 }
 
 /// Those of the script come first.
@@ -36,7 +37,8 @@ std::vector<OperationCall> ReadOperations(const BatchOptions& options)
     return calls;
 }
 
-/// Goes to the folder and reads all operations. A file that cannot be read is a usage error here: nothing has run.
+/// Goes to the folder and reads all operations. A file that cannot be read is a usage error here: nothing has
+/// run.
 std::vector<OperationCall> Prepare(const BatchOptions& options)
 {
     try
@@ -71,7 +73,10 @@ int RunTool(const std::vector<std::string>& arguments)
     return run.RunAll(calls) ? ExitStatus::Done : ExitStatus::Failed;
 }
 
-void Complain(const std::string& text) { WriteStandardError("tessarine-batch: " + text + "\n"); }
+void Complain(const std::string& text)
+{
+    WriteStandardError("tessarine-batch: " + text + "\n");
+}
 }
 
 int RunBatchTool(const std::vector<std::string>& arguments) noexcept

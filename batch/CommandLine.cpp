@@ -75,7 +75,10 @@ Pattern ReadPattern(std::string_view text)
     return pattern;
 }
 
-std::string Quoted(const std::string& word) { return '"' + word + '"'; }
+std::string Quoted(const std::string& word)
+{
+    return '"' + word + '"';
+}
 
 void CheckCount(const OperationCall& call, const Pattern& pattern)
 {
@@ -86,7 +89,8 @@ void CheckCount(const OperationCall& call, const Pattern& pattern)
     }
     std::string text(call.pOperation->name);
     text += count > pattern.names.size()
-                ? ": " + Quoted(call.arguments[pattern.names.size()]) + " is neither its argument nor an operation"
+                ? ": " + Quoted(call.arguments[pattern.names.size()]) +
+                      " is neither its argument nor an operation"
                 : ": " + std::to_string(count) + (count == 1 ? " argument" : " arguments") + " given";
     throw UsageError(text + "; its form is: " + GetUsage(*call.pOperation));
 }
@@ -100,8 +104,8 @@ void CheckCall(const OperationCall& call)
         const ArgumentForm& form = FindArgumentForm(pattern.names[i]);
         if (!form.accepts(call.arguments[i]))
         {
-            throw UsageError(std::string(call.pOperation->name) + ": " + Quoted(call.arguments[i]) + " is no " +
-                             std::string(form.name) + " (" + std::string(form.description) + ")");
+            throw UsageError(std::string(call.pOperation->name) + ": " + Quoted(call.arguments[i]) +
+                             " is no " + std::string(form.name) + " (" + std::string(form.description) + ")");
         }
     }
 }
@@ -201,17 +205,17 @@ constexpr std::string_view kHelpHead =
     "  -q, --quiet          no console lines on standard output\n"
     "      --window WxH     size of the off-screen view, 800x600 if not given\n"
     "      --threads N      spread independent loops over N threads; same results\n"
-    "      --version        print the version\n"
-    "      --help [OPERATION]...  print this page, or the form of these operations\n"
+    "      --version, --help [OPERATION]...   as usual; --help with the operations' forms\n"
     "Operations, run in the order given (those with * come with a later version):\n";
 
 constexpr std::string_view kHelpFoot =
     "An argument that reads as an operation stands behind --: export -- report\n";
 
 constexpr std::pair<OperationGroup, std::string_view> kGroupLabels[] = {
-    {OperationGroup::Document, "document"},  {OperationGroup::MenuCommand, "menu"},
-    {OperationGroup::KeptCommand, "further"}, {OperationGroup::ViewAndInput, "view"},
-    {OperationGroup::Result, "result"},
+    {OperationGroup::Document, "document"},
+    {OperationGroup::MenuCommand, "menu"},
+    {OperationGroup::KeptCommand, "further"},
+    {OperationGroup::ViewAndInput, "view"},
 };
 
 std::string GetGroupText(OperationGroup group, std::string_view label)
@@ -226,7 +230,7 @@ std::string GetGroupText(OperationGroup group, std::string_view label)
         {
             continue;
         }
-        const std::string entry = (operation.handler == nullptr ? "*" : "") + GetUsage(operation);
+        const std::string entry = (ComesLater(operation) ? "*" : "") + GetUsage(operation);
         if (column + separator.size() + entry.size() >= kPageWidth)
         {
             text += ",\n" + std::string(kLabelWidth, ' ');
@@ -249,11 +253,11 @@ BatchOptions ParseOptions(std::vector<std::string> arguments)
     CLI::App parser;
     parser.set_help_flag();
     parser.prefix_command();
-    parser.add_option("-C,--directory", options.folder);
-    parser.add_option("-s,--script", options.script);
+    parser.add_option("-C,--directory", options.folder)->type_name("DIR");
+    parser.add_option("-s,--script", options.script)->type_name("FILE");
     parser.add_flag("-q,--quiet", options.quiet);
-    const CLI::Option* pViewSize = parser.add_option("--window", viewSize);
-    const CLI::Option* pThreads = parser.add_option("--threads", threads);
+    const CLI::Option* pViewSize = parser.add_option("--window", viewSize)->type_name("WxH");
+    const CLI::Option* pThreads = parser.add_option("--threads", threads)->type_name("N");
     parser.add_flag("--help", options.help);
     parser.add_flag("--version", options.version);
     try

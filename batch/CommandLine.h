@@ -48,9 +48,9 @@ BatchOptions ParseOptions(std::vector<std::string> arguments);
 std::vector<OperationCall> ParseOperations(const std::vector<std::string>& words);
 
 /// The operations of a script, line by line: an operation and its arguments stand on one line, and a line may
-/// hold several. '#' outside double quotes starts a comment; double quotes keep blanks together, and nothing in
-/// them is special but the next double quote. Lines end with LF or CR-LF.
-/// Throws UsageError, its text led by `name` and the line's number.
+/// hold several. '#' outside double quotes starts a comment; double quotes keep blanks together, and nothing
+/// in them is special but the next double quote. Lines end with LF or CR-LF. Throws UsageError, its text led
+/// by `name` and the line's number.
 std::vector<OperationCall> ParseScript(std::string_view text, const std::string& name);
 
 /// What --help prints: a page of 24 lines and 80 columns at most.

@@ -18,10 +18,22 @@ std::optional<std::uint32_t> IdOf(const T* element)
     return element != nullptr ? std::optional(element->GetID()) : std::nullopt;
 }
 
-std::array<float, 2> PartsOf(const smVec2f& v) { return {v[0], v[1]}; }
-std::array<float, 3> PartsOf(const smVec3f& v) { return {v[0], v[1], v[2]}; }
-std::array<double, 3> PartsOf(const smVec3d& v) { return {v[0], v[1], v[2]}; }
-std::array<float, 4> PartsOf(const smVec4f& v) { return {v[0], v[1], v[2], v[3]}; }
+std::array<float, 2> PartsOf(const smVec2f& v)
+{
+    return {v[0], v[1]};
+}
+std::array<float, 3> PartsOf(const smVec3f& v)
+{
+    return {v[0], v[1], v[2]};
+}
+std::array<double, 3> PartsOf(const smVec3d& v)
+{
+    return {v[0], v[1], v[2]};
+}
+std::array<float, 4> PartsOf(const smVec4f& v)
+{
+    return {v[0], v[1], v[2], v[3]};
+}
 
 /// The numbers by which the dump refers to materials and textures.
 template <class T>
@@ -178,8 +190,10 @@ private:
     void WriteElements()
     {
         const MANBrepElementManager& elements = m_Document.elements;
-        WriteRecords("solids", elements.GetSolidArray(), [this](const DSSolid& solid) { WriteFields(solid); });
-        WriteRecords("vertices", elements.GetVertexArray(), [this](const DSVertex& vertex) { WriteFields(vertex); });
+        WriteRecords("solids", elements.GetSolidArray(),
+                     [this](const DSSolid& solid) { WriteFields(solid); });
+        WriteRecords("vertices", elements.GetVertexArray(),
+                     [this](const DSVertex& vertex) { WriteFields(vertex); });
         WriteRecords("halfedges", elements.GetHalfEdgeArray(),
                      [this](const DSHalfEdge& halfEdge) { WriteFields(halfEdge); });
         WriteRecords("edges", elements.GetEdgeArray(), [this](const DSEdge& edge) { WriteFields(edge); });
@@ -265,7 +279,8 @@ private:
 
     void WriteFields(const DSMaterial& material)
     {
-        const DSTexture* pTexture = material.m_pTexture != nullptr ? material.m_pTexture->m_pTexture : nullptr;
+        const DSTexture* pTexture =
+            material.m_pTexture != nullptr ? material.m_pTexture->m_pTexture : nullptr;
         m_Text.Field("name", material.m_Name);
         m_Text.Field("ambient", PartsOf(material.m_Ambient));
         m_Text.Field("diffuse", PartsOf(material.m_Diffuse));
@@ -355,5 +370,8 @@ private:
 };
 }
 
-void WriteDump(const BatchDocument& document, const JsonText::Sink& sink) { DumpWriter(document, sink).Write(); }
+void WriteDump(const BatchDocument& document, const JsonText::Sink& sink)
+{
+    DumpWriter(document, sink).Write();
+}
 }

@@ -48,9 +48,15 @@ std::size_t SequenceLength(std::string_view text)
 }
 }
 
-JsonText::JsonText(Sink sink) : m_Sink(std::move(sink)) { m_strPending.reserve(2 * kMostPending); }
+JsonText::JsonText(Sink sink) : m_Sink(std::move(sink))
+{
+    m_strPending.reserve(2 * kMostPending);
+}
 
-void JsonText::BeginLine(int indent) { m_nIndent = indent; }
+void JsonText::BeginLine(int indent)
+{
+    m_nIndent = indent;
+}
 
 void JsonText::Key(std::string_view name)
 {
@@ -67,9 +73,15 @@ void JsonText::Put(std::string_view text)
     HandOnIfMuch();
 }
 
-void JsonText::Put(double value) { PutReal(value); }
+void JsonText::Put(double value)
+{
+    PutReal(value);
+}
 
-void JsonText::Put(float value) { PutReal(value); }
+void JsonText::Put(float value)
+{
+    PutReal(value);
+}
 
 template <class T>
 void JsonText::PutReal(T value)

@@ -10,7 +10,8 @@
 
 namespace tessarine
 {
-/// JSON written piece by piece and handed on in large pieces, so that a text of any length takes little memory.
+/// JSON written piece by piece and handed on in large pieces, so that a text of any length takes little
+/// memory.
 ///
 /// Numbers are in shortest round-trip form, floats as floats; "nan", "inf" and "-inf" are strings. Bytes of a
 /// string that are no UTF-8 become U+FFFD. The caller keeps to the grammar; commas come by themselves.
@@ -53,8 +54,7 @@ public:
     }
 
     template <std::integral T>
-        requires(!std::same_as<T, bool> && !std::same_as<T, char>)
-    void Put(T value)
+    requires(!std::same_as<T, bool> && !std::same_as<T, char>) void Put(T value)
     {
         if constexpr (std::is_signed_v<T>)
         {

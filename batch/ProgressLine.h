@@ -3,8 +3,8 @@
 
 namespace tessarine
 {
-/// Shows a person at the terminal, while it lives, which operation runs: a line on standard error that the next
-/// output takes the place of. Nothing is written where standard error is no terminal.
+/// Shows a person at the terminal, while it lives, which operation runs: a line on standard error that the
+/// next output takes the place of. Nothing is written where standard error is no terminal.
 class ProgressLine
 {
 public:

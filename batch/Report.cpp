@@ -37,7 +37,10 @@ Json NumberOf(float value)
     return asPrinted;
 }
 
-Json PointOf(const smVec3d& point) { return {NumberOf(point[0]), NumberOf(point[1]), NumberOf(point[2])}; }
+Json PointOf(const smVec3d& point)
+{
+    return {NumberOf(point[0]), NumberOf(point[1]), NumberOf(point[2])};
+}
 
 Json IdsOf(const std::vector<std::uint32_t>& ids)
 {
@@ -86,9 +89,12 @@ void AddNodes(Json& nodes, const MANSceneGroup& group, const MANBrepElementManag
 
 Json CameraOf(const Open3DCamera& camera)
 {
-    return {{"position", PointOf(camera.GetPosition())}, {"target", PointOf(camera.GetTarget())},
-            {"up", PointOf(camera.GetUp())},             {"near", NumberOf(camera.GetNear())},
-            {"far", NumberOf(camera.GetFar())},          {"fovy", NumberOf(camera.GetFovy())},
+    return {{"position", PointOf(camera.GetPosition())},
+            {"target", PointOf(camera.GetTarget())},
+            {"up", PointOf(camera.GetUp())},
+            {"near", NumberOf(camera.GetNear())},
+            {"far", NumberOf(camera.GetFar())},
+            {"fovy", NumberOf(camera.GetFovy())},
             {"aspect", NumberOf(camera.GetAspect())}};
 }
 

@@ -66,5 +66,8 @@ std::string ReadStandardInput()
     return text;
 }
 
-bool IsErrorStreamTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool IsErrorStreamTerminal()
+{
+    return isatty(STDERR_FILENO) == 1;
+}
 }

@@ -5,8 +5,9 @@
 /// The three streams that a process starts with.
 namespace tessarine
 {
-/// Makes the streams safe to use: what was closed at the start stays unusable, so that no file opened later takes
-/// its place; and a pipe without a reader is a failed write, not the end of the process. Called once, first.
+/// Makes the streams safe to use: what was closed at the start stays unusable, so that no file opened later
+/// takes its place; and a pipe without a reader is a failed write, not the end of the process. Called once,
+/// first.
 void PrepareStreams();
 
 /// Writes to standard output, at once. Throws FileError (see File.h) when not all of it could be written.
