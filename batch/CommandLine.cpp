@@ -205,7 +205,7 @@ constexpr std::string_view kHelpHead =
     "  -q, --quiet          no console lines on standard output\n"
     "      --window WxH     size of the off-screen view, 800x600 if not given\n"
     "      --threads N      spread independent loops over N threads; same results\n"
-    "      --version, --help [OPERATION]...   as usual; --help with the operations' forms\n"
+    "      --version, --help [OPERATION]...  as usual; help on single operations\n"
     "Operations, run in the order given (those with * come with a later version):\n";
 
 constexpr std::string_view kHelpFoot =
