@@ -1,7 +1,6 @@
 #include "Path.h"
 #include "File.h"
 #include <algorithm>
-#include <cctype>
 #include <optional>
 #include <string_view>
 #include <sys/stat.h>

@@ -100,7 +100,7 @@ const DSSolid* Open3DView::GetLastMarkedSolid(const std::vector<std::uint32_t>& 
 /// What is marked last counts: the hover marks are drawn over those of the selection.
 const DSSolid* Open3DView::GetCountedSolid() const
 {
-    if (m_pController == nullptr)
+    if (m_pSceneManager == nullptr)
     {
         return nullptr;
     }

@@ -29,7 +29,7 @@ smVec3d ReadVector(IOLineCursor& line)
 
 bool IsFinite(const smVec3d& vector)
 {
-    return std::isfinite(vector[0]) && std::isfinite(vector[1]) && std::isfinite(vector[2]);
+    return std::isfinite(vector.x) && std::isfinite(vector.y) && std::isfinite(vector.z);
 }
 }
 

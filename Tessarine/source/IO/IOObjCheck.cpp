@@ -18,7 +18,7 @@ bool IsPosition(const IOLineCursor& line)
 
 bool IsFinite(const smVec3d& position)
 {
-    return std::isfinite(position[0]) && std::isfinite(position[1]) && std::isfinite(position[2]);
+    return std::isfinite(position.x) && std::isfinite(position.y) && std::isfinite(position.z);
 }
 
 /// The line of the index-th record of a kind, counted from 0.

@@ -40,12 +40,12 @@ void ForEachCorner(const DSFace& face, TVisit visit)
 
 void WriteVector(std::string_view keyword, const smVec3d& vector, IOTextOutput& file)
 {
-    file << keyword << vector[0] << " " << vector[1] << " " << vector[2] << " \n";
+    file << keyword << vector.x << " " << vector.y << " " << vector.z << " \n";
 }
 
 void WriteColour(std::string_view keyword, const smVec3f& colour, IOTextOutput& file)
 {
-    file << keyword << double{colour[0]} << double{colour[1]} << double{colour[2]} << " \n";
+    file << keyword << double{colour.x} << double{colour.y} << double{colour.z} << " \n";
 }
 
 void WriteMaterial(const DSMaterial& material, IOTextOutput& file)
@@ -169,7 +169,7 @@ void IOSaveObj::WriteNormals(const DSSolid& solid, IOTextOutput& file)
 
 bool IOSaveObj::IsNewNormal(const smVec3d& normal)
 {
-    const bool isNumber = !std::isnan(normal[0]) && !std::isnan(normal[1]) && !std::isnan(normal[2]);
+    const bool isNumber = !std::isnan(normal.x) && !std::isnan(normal.y) && !std::isnan(normal.z);
     return !isNumber || m_NormalSet.insert(normal).second;
 }
 
@@ -183,7 +183,7 @@ void IOSaveObj::WriteTexCoords(const DSSolid& solid, IOTextOutput& file)
                           [&file](const DSHalfEdge& halfEdge)
                           {
                               const smVec2f& texCoord = halfEdge.GetTexCoord();
-                              file << "vt " << double{texCoord[0]} << " " << double{texCoord[1]} << "\n";
+                              file << "vt " << double{texCoord.x} << " " << double{texCoord.y} << "\n";
                           });
         }
     }
@@ -223,9 +223,9 @@ std::size_t IOSaveObj::NormalHash::operator()(const smVec3d& normal) const
 {
     constexpr std::uint64_t kMix = 0x9E3779B97F4A7C15U;
     std::uint64_t hash = 0;
-    for (int i = 0; i < 3; ++i)
+    for (const double component : {normal.x, normal.y, normal.z})
     {
-        hash = (hash ^ std::bit_cast<std::uint64_t>(normal[i] + 0.0)) * kMix; // + 0.0 makes the zeros one
+        hash = (hash ^ std::bit_cast<std::uint64_t>(component + 0.0)) * kMix; // + 0.0 makes the zeros one
         hash ^= hash >> 32U;
     }
     return hash;
@@ -233,6 +233,6 @@ std::size_t IOSaveObj::NormalHash::operator()(const smVec3d& normal) const
 
 bool IOSaveObj::NormalEqual::operator()(const smVec3d& a, const smVec3d& b) const
 {
-    return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
+    return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 }

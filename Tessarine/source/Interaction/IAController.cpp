@@ -50,7 +50,7 @@ void IAController::ClearModels()
     EmptyElements();
 }
 
-void IAController::EmptyElements() noexcept
+void IAController::EmptyElements()
 {
     if (m_pView != nullptr)
     {

@@ -89,7 +89,7 @@ private:
     TCommand* Run(unsigned nCommandID, THandOver handOver);
     IACommand* RunLater(unsigned nCommandID);
     void RunTwoStep(const char* step);
-    void EmptyElements() noexcept;
+    void EmptyElements();
 
     MANCommandManager* m_pCommandManager = nullptr;
     Open3DView* m_pView = nullptr;
