@@ -70,12 +70,11 @@ void ForEachHalfEdge(const DSFace& face, TVisit visit)
     for (const DSLoop* pLoop : face.GetLoopList())
     {
         const DSHalfEdge* pFirst = pLoop->GetHalfEdge();
-        const DSHalfEdge* pHalfEdge = pFirst;
-        do
+        for (const DSHalfEdge* pHalfEdge = pFirst; pHalfEdge != nullptr;)
         {
             visit(*pHalfEdge);
-            pHalfEdge = pHalfEdge->GetNext();
-        } while (pHalfEdge != pFirst);
+            pHalfEdge = pHalfEdge->GetNext() != pFirst ? pHalfEdge->GetNext() : nullptr;
+        }
     }
 }
 
@@ -84,8 +83,14 @@ std::size_t CountCrowdedEdges(const DSSolid& solid, const MANBrepElementManager&
     std::vector<std::uint32_t> users(elements.GetEdgeArray().size(), 0);
     for (const DSFace* pFace : solid.GetFaceList())
     {
-        ForEachHalfEdge(*pFace, [&users](const DSHalfEdge& halfEdge)
-                        { ++users[halfEdge.GetEdge()->GetID() & kEdgeIndexMask]; });
+        ForEachHalfEdge(*pFace,
+                        [&users](const DSHalfEdge& halfEdge)
+                        {
+                            if (halfEdge.GetEdge() != nullptr) // a face of one corner has none
+                            {
+                                ++users[halfEdge.GetEdge()->GetID() & kEdgeIndexMask];
+                            }
+                        });
     }
     return static_cast<std::size_t>(
         std::count_if(users.begin(), users.end(), [](std::uint32_t count) { return count > 2; }));

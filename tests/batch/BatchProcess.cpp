@@ -110,9 +110,15 @@ void TemporaryFolder::Write(const std::string& name, const std::string& text) co
     std::ofstream(m_Path / name, std::ios::binary) << text;
 }
 
-std::string TemporaryFolder::Read(const std::string& name) const { return ReadAll(m_Path / name); }
+std::string TemporaryFolder::Read(const std::string& name) const
+{
+    return ReadAll(m_Path / name);
+}
 
-bool TemporaryFolder::Has(const std::string& name) const { return std::filesystem::exists(m_Path / name); }
+bool TemporaryFolder::Has(const std::string& name) const
+{
+    return std::filesystem::exists(m_Path / name);
+}
 
 std::vector<std::string> TemporaryFolder::GetNames() const
 {

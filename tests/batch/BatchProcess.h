@@ -46,7 +46,8 @@ struct ProcessResult
 ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
                        const std::string& input = "", OutputTo outputTo = OutputTo::Test);
 
-/// (1,1,1), (1,-1,-1), (-1,1,-1), (-1,-1,1): centred, of extent 2, so that it stands as it is in the unit cube.
+/// (1,1,1), (1,-1,-1), (-1,1,-1), (-1,-1,1): centred, of extent 2, so that it stands as it is in the unit
+/// cube.
 inline constexpr char kTetrahedron[] = "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\n"
                                        "f 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n";
 }

@@ -19,7 +19,10 @@ struct Breach : std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-std::string Name(Link id) { return id == kNull ? "null" : std::to_string(id); }
+std::string Name(Link id)
+{
+    return id == kNull ? "null" : std::to_string(id);
+}
 
 /// One of the six arrays of a dump, a column a field.
 struct Table
@@ -43,7 +46,10 @@ struct Table
         return column != lists.end() && slot < column->second.size() ? column->second[slot] : empty;
     }
 
-    std::size_t CountLive() const { return static_cast<std::size_t>(std::count(live.begin(), live.end(), true)); }
+    std::size_t CountLive() const
+    {
+        return static_cast<std::size_t>(std::count(live.begin(), live.end(), true));
+    }
 };
 
 /// Takes the tables, and the solids of the scene's leaves, out of the text while it is read.
@@ -88,13 +94,15 @@ public:
         m_strField = name;
         if (m_nDepth == 1)
         {
-            static const char* const kTables[] = {"solids", "vertices", "halfedges", "edges", "loops", "faces"};
+            static const char* const kTables[] = {"solids", "vertices", "halfedges",
+                                                  "edges",  "loops",    "faces"};
             const bool isTable = std::find(std::begin(kTables), std::end(kTables), name) != std::end(kTables);
             m_pTable = isTable ? &tables[name] : nullptr;
             m_bInScene = name == "scene";
         }
-        static const char* const kLinks[] = {"id", "prev", "next", "v",  "e",     "loop",  "h1",      "h2",
-                                             "h",  "face", "solid", "vertices", "faces", "edges", "loops"};
+        static const char* const kLinks[] = {"id",    "prev",     "next",  "v",     "e",
+                                             "loop",  "h1",       "h2",    "h",     "face",
+                                             "solid", "vertices", "faces", "edges", "loops"};
         m_bIsLink = std::find(std::begin(kLinks), std::end(kLinks), name) != std::end(kLinks);
         return true;
     }
@@ -252,11 +260,13 @@ public:
         findings.edges = m_Edges.CountLive();
         findings.faces = m_Faces.CountLive();
         findings.displacedHalfEdges = m_nDisplaced;
+        findings.loneHalfEdges = m_nLone;
         findings.clashingEdges = m_nClashing;
     }
 
 private:
-    static void Demand(bool holds, const std::string& subject, const char* verb, const Elements& kind, Link id)
+    static void Demand(bool holds, const std::string& subject, const char* verb, const Elements& kind,
+                       Link id)
     {
         if (!holds)
         {
@@ -276,25 +286,30 @@ private:
     {
         const Link next = Follow(m_HalfEdges, h, "next", m_HalfEdges);
         const Link prev = Follow(m_HalfEdges, h, "prev", m_HalfEdges);
-        Demand(m_HalfEdges.Get("prev", next) == h, m_HalfEdges.Describe(h), "is not the prev of its next", m_HalfEdges,
-               next);
-        Demand(m_HalfEdges.Get("next", prev) == h, m_HalfEdges.Describe(h), "is not the next of its prev", m_HalfEdges,
-               prev);
-        const Link loop = Follow(m_HalfEdges, h, "loop", m_Loops);
-        Demand(m_HalfEdges.Get("loop", next) == loop, m_HalfEdges.Describe(h), "is in another loop than its next",
+        Demand(m_HalfEdges.Get("prev", next) == h, m_HalfEdges.Describe(h), "is not the prev of its next",
                m_HalfEdges, next);
+        Demand(m_HalfEdges.Get("next", prev) == h, m_HalfEdges.Describe(h), "is not the next of its prev",
+               m_HalfEdges, prev);
+        const Link loop = Follow(m_HalfEdges, h, "loop", m_Loops);
+        Demand(m_HalfEdges.Get("loop", next) == loop, m_HalfEdges.Describe(h),
+               "is in another loop than its next", m_HalfEdges, next);
         ++m_LoopUsers[m_Loops.Slot(loop)];
         ++m_VertexUsers[m_Vertices.Slot(Follow(m_HalfEdges, h, "v", m_Vertices))];
+        if (m_HalfEdges.Get("e", h) == kNull && next == h)
+        {
+            ++m_nLone;
+            return;
+        }
         ++m_EdgeUsers[m_Edges.Slot(Follow(m_HalfEdges, h, "e", m_Edges))];
     }
 
     void CheckListedByEdge(Link h)
     {
         const Link edge = m_HalfEdges.Get("e", h);
-        if (m_Edges.Get("h1", edge) != h && m_Edges.Get("h2", edge) != h)
+        if (edge != kNull && m_Edges.Get("h1", edge) != h && m_Edges.Get("h2", edge) != h)
         {
-            Demand(m_EdgeUsers[m_Edges.Slot(edge)] > 2 && m_Edges.Get("h2", edge) != kNull, m_HalfEdges.Describe(h),
-                   "is not listed by its edge", m_Edges, edge);
+            Demand(m_EdgeUsers[m_Edges.Slot(edge)] > 2 && m_Edges.Get("h2", edge) != kNull,
+                   m_HalfEdges.Describe(h), "is not listed by its edge", m_Edges, edge);
             ++m_nDisplaced;
         }
     }
@@ -302,15 +317,16 @@ private:
     void CheckEdge(Link edge)
     {
         const Link h1 = Follow(m_Edges, edge, "h1", m_HalfEdges);
-        Demand(m_HalfEdges.Get("e", h1) == edge, m_Edges.Describe(edge), "has an h1 of another edge", m_HalfEdges, h1);
+        Demand(m_HalfEdges.Get("e", h1) == edge, m_Edges.Describe(edge), "has an h1 of another edge",
+               m_HalfEdges, h1);
         const Link h2 = m_Edges.Get("h2", edge);
         if (h2 == kNull)
         {
             return;
         }
         Follow(m_Edges, edge, "h2", m_HalfEdges);
-        Demand(h1 != h2 && m_HalfEdges.Get("e", h2) == edge, m_Edges.Describe(edge), "has an h2 of another edge",
-               m_HalfEdges, h2);
+        Demand(h1 != h2 && m_HalfEdges.Get("e", h2) == edge, m_Edges.Describe(edge),
+               "has an h2 of another edge", m_HalfEdges, h2);
         m_nClashing += m_HalfEdges.Get("v", h1) == m_HalfEdges.Get("v", h2) ? 1 : 0;
     }
 
@@ -327,13 +343,14 @@ private:
         } while (h != first && length <= m_HalfEdges.size());
         if (length != m_LoopUsers[m_Loops.Slot(loop)])
         {
-            throw Breach(m_Loops.Describe(loop) + " has " + std::to_string(length) + " half-edges in its circle, and " +
-                         std::to_string(m_LoopUsers[m_Loops.Slot(loop)]) + " that name it");
+            throw Breach(m_Loops.Describe(loop) + " has " + std::to_string(length) +
+                         " half-edges in its circle, and " + std::to_string(m_LoopUsers[m_Loops.Slot(loop)]) +
+                         " that name it");
         }
         const Link face = Follow(m_Loops, loop, "face", m_Faces);
         const auto& loops = m_Faces.GetList("loops", face);
-        Demand(std::count(loops.begin(), loops.end(), loop) == 1, m_Loops.Describe(loop), "is not listed by its face",
-               m_Faces, face);
+        Demand(std::count(loops.begin(), loops.end(), loop) == 1, m_Loops.Describe(loop),
+               "is not listed by its face", m_Faces, face);
     }
 
     void CheckFace(Link face)
@@ -345,8 +362,8 @@ private:
         }
         for (const Link loop : loops)
         {
-            Demand(m_Loops.IsLive(loop) && m_Loops.Get("face", loop) == face, m_Faces.Describe(face), "lists", m_Loops,
-                   loop);
+            Demand(m_Loops.IsLive(loop) && m_Loops.Get("face", loop) == face, m_Faces.Describe(face), "lists",
+                   m_Loops, loop);
         }
         Follow(m_Faces, face, "solid", m_Solids);
     }
@@ -362,8 +379,8 @@ private:
             return;
         }
         const Link h = Follow(m_Vertices, vertex, "h", m_HalfEdges);
-        Demand(m_HalfEdges.Get("v", h) == vertex, m_Vertices.Describe(vertex), "has a half-edge of another vertex",
-               m_HalfEdges, h);
+        Demand(m_HalfEdges.Get("v", h) == vertex, m_Vertices.Describe(vertex),
+               "has a half-edge of another vertex", m_HalfEdges, h);
     }
 
     /// The solid that lists each live element of a kind, in slot order; every one is listed exactly once.
@@ -376,12 +393,12 @@ private:
                 for (const Link id : m_Solids.GetList(field, solid))
                 {
                     Demand(kind.IsLive(id), m_Solids.Describe(solid), "lists", kind, id);
-                    Demand(owners[kind.Slot(id)] == kNull, m_Solids.Describe(solid), "lists once more", kind, id);
+                    Demand(owners[kind.Slot(id)] == kNull, m_Solids.Describe(solid), "lists once more", kind,
+                           id);
                     owners[kind.Slot(id)] = solid;
                 }
             });
-        kind.ForEach([&](Link id)
-                     { Demand(owners[kind.Slot(id)] != kNull, "no solid", "lists", kind, id); });
+        kind.ForEach([&](Link id) { Demand(owners[kind.Slot(id)] != kNull, "no solid", "lists", kind, id); });
         return owners;
     }
 
@@ -390,15 +407,19 @@ private:
         const std::vector<Link> ofVertices = FindOwners(m_Vertices, "vertices");
         const std::vector<Link> ofFaces = FindOwners(m_Faces, "faces");
         const std::vector<Link> ofEdges = FindOwners(m_Edges, "edges");
-        m_Faces.ForEach([&](Link face)
-                        { Demand(m_Faces.Get("solid", face) == ofFaces[m_Faces.Slot(face)], "another solid", "lists",
-                                 m_Faces, face); });
+        m_Faces.ForEach(
+            [&](Link face)
+            {
+                Demand(m_Faces.Get("solid", face) == ofFaces[m_Faces.Slot(face)], "another solid", "lists",
+                       m_Faces, face);
+            });
         m_HalfEdges.ForEach(
             [&](Link h)
             {
+                const Link edge = m_HalfEdges.Get("e", h);
                 const Link solid = m_Faces.Get("solid", m_Loops.Get("face", m_HalfEdges.Get("loop", h)));
                 Demand(ofVertices[m_Vertices.Slot(m_HalfEdges.Get("v", h))] == solid &&
-                           ofEdges[m_Edges.Slot(m_HalfEdges.Get("e", h))] == solid,
+                           (edge == kNull || ofEdges[m_Edges.Slot(edge)] == solid),
                        "the vertex and the edge", "do not lie in the solid of", m_HalfEdges, h);
             });
     }
@@ -414,6 +435,7 @@ private:
     std::vector<std::size_t> m_LoopUsers;   ///< half-edges that name the loop
     std::vector<std::size_t> m_VertexUsers; ///< half-edges that start at the vertex
     std::size_t m_nDisplaced = 0;
+    std::size_t m_nLone = 0;
     std::size_t m_nClashing = 0;
 };
 }

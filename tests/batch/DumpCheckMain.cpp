@@ -21,8 +21,9 @@ int main(int argc, char** argv)
         std::cerr << "dumpcheck: " << findings.breach << '\n';
         return 1;
     }
-    std::cout << findings.solids << " solids, " << findings.vertices << " vertices, " << findings.edges << " edges, "
-              << findings.faces << " faces, " << findings.halfEdges << " half-edges; " << findings.displacedHalfEdges
-              << " displaced half-edges, " << findings.clashingEdges << " edges of clashing orientation\n";
+    std::cout << findings.solids << " solids, " << findings.vertices << " vertices, " << findings.edges
+              << " edges, " << findings.faces << " faces, " << findings.halfEdges << " half-edges; "
+              << findings.displacedHalfEdges << " displaced and " << findings.loneHalfEdges
+              << " lone half-edges, " << findings.clashingEdges << " edges of clashing orientation\n";
     return 0;
 }
