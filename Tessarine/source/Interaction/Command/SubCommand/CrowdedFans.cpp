@@ -25,7 +25,8 @@ void CrowdedFans::Add(const DSVertex& vertex)
     m_Fans[vertex.GetID()] = WalkAround(vertex);
 }
 
-/// Empty when the walk leaves the vertex, as it does where faces run the same way along an edge.
+/// Kept: where faces run the same way along an edge the walk leaves the vertex, and what it meets there
+/// counts.
 CrowdedFans::Fan CrowdedFans::WalkAround(const DSVertex& vertex)
 {
     Fan fan;
@@ -33,10 +34,6 @@ CrowdedFans::Fan CrowdedFans::WalkAround(const DSVertex& vertex)
     const DSHalfEdge* h = pStart;
     do
     {
-        if (h->GetVertex() != &vertex)
-        {
-            return {};
-        }
         fan.spokes.push_back({h->GetNext()->GetVertex()->GetID(), fan.spokes.size(), h});
         if (fan.pForwardEnd != nullptr)
         {

@@ -31,11 +31,36 @@ void DemandFinite(const smVec3d& position)
     }
 }
 
+/// How far all walks around vertices may lead away from them, taken together. Where many faces run the same
+/// way along their edges, each walk can visit most of the mesh.
+class WanderingLimit
+{
+public:
+    explicit WanderingLimit(std::size_t edges) : m_nLeft(kStepsOfASmallSolid + 8 * edges) {}
+
+    void Count(const DSHalfEdge* h, const DSVertex& vertex)
+    {
+        if (h->GetVertex() != &vertex && m_nLeft-- == 0)
+        {
+            throw Failure("too many faces run against their neighbours for Loop subdivision: turn the faces "
+                          "of the model the same way round and try again");
+        }
+    }
+
+private:
+    static constexpr std::uint64_t kStepsOfASmallSolid = 1'000'000;
+
+    std::uint64_t m_nLeft;
+};
+
 /// The work of one run.
 class LoopStep
 {
 public:
-    LoopStep(MANBrepElementManager* pManager, DSSolid& solid) : m_Euler(pManager), m_Solid(solid) {}
+    LoopStep(MANBrepElementManager* pManager, DSSolid& solid)
+        : m_Euler(pManager), m_Solid(solid), m_Limit(solid.GetEdgeList().size())
+    {
+    }
 
     void FindVertexPositions();
     void SplitEdges();
@@ -57,6 +82,7 @@ private:
 
     ACTEuler m_Euler;
     DSSolid& m_Solid;
+    WanderingLimit m_Limit;
     CrowdedFans m_CrowdedFans;
     std::vector<smVec3d> m_NewPositions; ///< of the old vertices, in list order
     std::vector<DSHalfEdge*> m_Corners;  ///< of one loop, in the order of the cuts
@@ -76,7 +102,12 @@ void LoopStep::FindVertexPositions()
 smVec3d LoopStep::FindVertexPosition(const DSVertex& vertex)
 {
     const DSHalfEdge* pStart = vertex.GetHalfEdge();
-    ASSERT(pStart != nullptr);
+    if (pStart == nullptr)
+    {
+        throw Failure("vertex " + std::to_string(vertex.GetID()) +
+                      " belongs to no face, and Loop subdivision "
+                      "cannot place it: remove such vertices from the model and import it again");
+    }
     smVec3d sum;
     int n = 0;
     CycleGuard guard;
@@ -89,6 +120,7 @@ smVec3d LoopStep::FindVertexPosition(const DSVertex& vertex)
             return FindOpenVertexPosition(vertex, n);
         }
         guard.Visit(h);
+        m_Limit.Count(h, vertex);
         ++n;
         sum += GetEnd(h);
         h = pTwin->GetNext();
@@ -113,6 +145,7 @@ smVec3d LoopStep::FindOpenVertexPosition(const DSVertex& vertex, int nTurns)
         guard.Visit(h);
         ++nTurns;
         h = pTwin;
+        m_Limit.Count(h, vertex);
     }
     const smVec3d& b = GetStart(h->GetPrev());
     DebugConsole() << "boudary!\n";
