@@ -51,10 +51,10 @@ TEST(IOFixedFormat, WritesTheLongestNumbersAndThoseThatAreNone)
 {
     constexpr double kMost = std::numeric_limits<double>::max();
     EXPECT_EQ(Format(-kMost).size(), kMostFixedCharacters);
-    for (const double value : {kMost, -kMost, std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN(),
-                               -std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::min(),
-                               std::numeric_limits<double>::denorm_min()})
+    for (const double value :
+         {kMost, -kMost, std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+          std::numeric_limits<double>::quiet_NaN(), -std::numeric_limits<double>::quiet_NaN(),
+          std::numeric_limits<double>::min(), std::numeric_limits<double>::denorm_min()})
     {
         ExpectAsPrintf(value);
     }

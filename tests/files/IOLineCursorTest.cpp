@@ -19,8 +19,14 @@ struct Line
     IOLineCursor cursor{text.data(), text.data() + text.size()};
 };
 
-std::int32_t IntOf(const std::string& text) { return Line(text).cursor.ReadInt(); }
-float FloatOf(const std::string& text) { return Line(text).cursor.ReadFloat(); }
+std::int32_t IntOf(const std::string& text)
+{
+    return Line(text).cursor.ReadInt();
+}
+float FloatOf(const std::string& text)
+{
+    return Line(text).cursor.ReadFloat();
+}
 
 TEST(IOLineCursor, ReadsAnIntegerBehindBlanksAndTabs)
 {
@@ -215,10 +221,34 @@ TEST(IOLineCursor, ReadsRandomTextsBitForBitAsTheLiteralScannerDoes)
 
 TEST(IOLineCursor, ReadsOddFormsBitForBitAsTheLiteralScannerDoes)
 {
-    for (const char* text :
-         {"1e+5", "-", ".", "1.2.3", "+1", "1e-400", "1e400", "-.e", "e5", ".e-3", "--1", "-e-", "16777215",
-          "16777216", "16777217", "1677721.6", "0.16777217", "99999999999", "1e38", "3.5e38", "1e-45", "-0.0",
-          "0.00000000000000000000000000000000000000000000001", "1 2", "1\t2", "1e\t-2", "", " "})
+    for (const char* text : {"1e+5",
+                             "-",
+                             ".",
+                             "1.2.3",
+                             "+1",
+                             "1e-400",
+                             "1e400",
+                             "-.e",
+                             "e5",
+                             ".e-3",
+                             "--1",
+                             "-e-",
+                             "16777215",
+                             "16777216",
+                             "16777217",
+                             "1677721.6",
+                             "0.16777217",
+                             "99999999999",
+                             "1e38",
+                             "3.5e38",
+                             "1e-45",
+                             "-0.0",
+                             "0.00000000000000000000000000000000000000000000001",
+                             "1 2",
+                             "1\t2",
+                             "1e\t-2",
+                             "",
+                             " "})
     {
         ExpectSameAsLiteral(text);
     }

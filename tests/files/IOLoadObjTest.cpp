@@ -1,6 +1,6 @@
+#include "IOLoadObj.h"
 #include "Capture.h"
 #include "Failure.h"
-#include "IOLoadObj.h"
 #include "LiteralObjReader.h"
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -39,7 +39,10 @@ struct Parsed
     std::vector<std::string> lines;
 };
 
-std::string Unknown(int line) { return "Unknow token! Line: " + std::to_string(line) + ",Index: 0"; }
+std::string Unknown(int line)
+{
+    return "Unknow token! Line: " + std::to_string(line) + ",Index: 0";
+}
 
 std::vector<double> NumbersOf(const PositionList& list)
 {
@@ -207,7 +210,8 @@ TEST(IOLoadObj, ReportsALineThatStartsWithAZero)
 
 TEST(IOLoadObj, ReadsCarriageReturnsBeforeNewlinesAsLineEndsOfNumbers)
 {
-    const Parsed parsed("v 1 2 3\r\nvt 0.5 1\r\nf 1 2 3\r\nf 1//4 2//5 3//6\r\nf 1/1 2/2 3/3 \r\nf \\\r\n7 8 9\r\n");
+    const Parsed parsed(
+        "v 1 2 3\r\nvt 0.5 1\r\nf 1 2 3\r\nf 1//4 2//5 3//6\r\nf 1/1 2/2 3/3 \r\nf \\\r\n7 8 9\r\n");
     EXPECT_THAT(NumbersOf(parsed.reader.GetPositions()), ElementsAre(1.0, 2.0, 3.0));
     EXPECT_THAT(NumbersOf(parsed.reader.GetTexCoords()), ElementsAre(0.5F, 1.0F));
     EXPECT_THAT(parsed.reader.GetFaceSizes(), ElementsAre(3, 3, 3, 3));
@@ -243,8 +247,9 @@ TEST(IOLoadObj, ParsesAnewOnASecondText)
 /// Lines that look like an OBJ file's, and now and then do not.
 std::string RandomText(std::mt19937& random)
 {
-    static constexpr const char* kStarts[] = {"v ", "vn", "vt ", "f ", "f", "F 1/2", "usemtl ", "u", "o ", "f \\\n",
-                                              "#", "g ", "V ", "v", "f 1//2 3 ", "\xFF"};
+    static constexpr const char* kStarts[] = {"v ",      "vn", "vt ",       "f ",     "f", "F 1/2",
+                                              "usemtl ", "u",  "o ",        "f \\\n", "#", "g ",
+                                              "V ",      "v",  "f 1//2 3 ", "\xFF"};
     static constexpr char kCharacters[] = "0123456789//  .-+e\\\t\r\n";
     std::string text;
     for (auto lines = random() % 6; lines > 0; --lines)
@@ -312,9 +317,10 @@ TEST(IOLoadObj, NamesTheLineOfAVertexNumberZero)
 
 TEST(IOLoadObj, NamesRelativeNumbersAsWhatTheyAre)
 {
-    EXPECT_EQ(Parsed("v 0 0 0\nf -1 -2 -3").failureText,
-              "model.obj, line 2: the relative vertex number -1 is not understood; number from the start of the "
-              "file");
+    EXPECT_EQ(
+        Parsed("v 0 0 0\nf -1 -2 -3").failureText,
+        "model.obj, line 2: the relative vertex number -1 is not understood; number from the start of the "
+        "file");
 }
 
 TEST(IOLoadObj, NamesTheLineOfAVertexNumberBeyond32Bits)
@@ -349,15 +355,17 @@ TEST(IOLoadObj, ChecksTextureNumbersOnlyWhereAMaterialLineMakesThemCount)
     EXPECT_EQ(Parsed("v 0 0 0\nf 1/1 1/7 1/-1").failureText, "");
     EXPECT_EQ(Parsed("usemtl a\nv 0 0 0\nvt 0 0\nf 1/1 1/7 1/1").failureText,
               "model.obj, line 4: there is no texture coordinate 7, the file has 1");
-    EXPECT_EQ(Parsed("usemtl a\nv 0 0 0\nvt 0 0\nf 1/1 1/-1 1/1").failureText,
-              "model.obj, line 4: the relative texture coordinate number -1 is not understood; number from the "
-              "start of the file");
+    EXPECT_EQ(
+        Parsed("usemtl a\nv 0 0 0\nvt 0 0\nf 1/1 1/-1 1/1").failureText,
+        "model.obj, line 4: the relative texture coordinate number -1 is not understood; number from the "
+        "start of the file");
 }
 
 TEST(IOLoadObj, NamesTheFirstFaceWhoseCornersDisagreeOnTextureNumbers)
 {
-    const std::string reason = "some corners of the file have a texture number and some have none, from this face "
-                               "on; give one to all of them, or to none";
+    const std::string reason =
+        "some corners of the file have a texture number and some have none, from this face "
+        "on; give one to all of them, or to none";
     EXPECT_EQ(Parsed("usemtl a\nv 0 0 0\nvt 0 0\nf 1/1 1/1 1/1\nf 1 1/1 1/1").failureText,
               "model.obj, line 5: " + reason);
     EXPECT_EQ(Parsed("usemtl a\nv 0 0 0\nvt 0 0\nf 1 1 1\nf 1/1 1/1 1/1").failureText,

@@ -38,7 +38,10 @@ TEST(IOTextLines, SkipsBlankLinesAndWhiteSpaceInFrontOfALine)
     EXPECT_THAT(LinesOf("\n \t\n\v\f\r\n  one \n\n\ttwo"), ElementsAre("one ", "two"));
 }
 
-TEST(IOTextLines, EndsAfterALastLineWithoutNewline) { EXPECT_THAT(LinesOf("one\ntwo"), ElementsAre("one", "two")); }
+TEST(IOTextLines, EndsAfterALastLineWithoutNewline)
+{
+    EXPECT_THAT(LinesOf("one\ntwo"), ElementsAre("one", "two"));
+}
 
 TEST(IOTextLines, GivesOneMoreEmptyLineBehindANewline)
 {

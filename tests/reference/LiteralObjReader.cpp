@@ -6,7 +6,10 @@ namespace tessarine
 {
 namespace
 {
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
 std::string NextLine(std::istream& stream)
 {
@@ -30,8 +33,8 @@ std::string ReadName(const std::string& line, std::size_t index)
 
 void BlankOutCarriageReturns(std::string& line)
 {
-    for (std::size_t i = line.size(); i > 0 && (line[i - 1] == '\r' || line[i - 1] == ' ' || line[i - 1] == '\t');
-         --i)
+    for (std::size_t i = line.size();
+         i > 0 && (line[i - 1] == '\r' || line[i - 1] == ' ' || line[i - 1] == '\t'); --i)
     {
         line[i - 1] = ' ';
     }
@@ -46,7 +49,10 @@ void LiteralScanner::SkipBlanks(const std::string& line, std::size_t& index)
     }
 }
 
-char LiteralScanner::ReadChar(const std::string& line, std::size_t& index) { return At(line, index++); }
+char LiteralScanner::ReadChar(const std::string& line, std::size_t& index)
+{
+    return At(line, index++);
+}
 
 std::int32_t LiteralScanner::ReadInt(const std::string& line, std::size_t& index)
 {

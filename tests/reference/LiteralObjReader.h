@@ -15,7 +15,10 @@ public:
     static std::int32_t ReadInt(const std::string& line, std::size_t& index);
     static float ReadFloat(const std::string& line, std::size_t& index);
     static char ReadChar(const std::string& line, std::size_t& index);
-    static char At(const std::string& line, std::size_t index) { return index < line.size() ? line[index] : '\0'; }
+    static char At(const std::string& line, std::size_t index)
+    {
+        return index < line.size() ? line[index] : '\0';
+    }
     static void SkipBlanks(const std::string& line, std::size_t& index);
 };
 

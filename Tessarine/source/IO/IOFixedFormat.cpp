@@ -27,7 +27,10 @@ constexpr auto kPairs = []
     return pairs;
 }();
 
-void PutPair(char* out, std::uint64_t value) { std::memcpy(out, kPairs.data() + 2 * value, 2); }
+void PutPair(char* out, std::uint64_t value)
+{
+    std::memcpy(out, kPairs.data() + 2 * value, 2);
+}
 
 /// mantissa * 2^-shift * 10^6, rounded to the nearest whole number, halves to even.
 std::uint64_t ScaleToMillionths(std::uint64_t mantissa, int shift)

@@ -40,15 +40,15 @@ public:
         }
     }
 
-    /// A decimal number behind blanks, with or without a minus; 0 where there is none. A plus is no part of it.
-    /// Numbers beyond 32 bits become the largest or the smallest one.
+    /// A decimal number behind blanks, with or without a minus; 0 where there is none. A plus is no part of
+    /// it. Numbers beyond 32 bits become the largest or the smallest one.
     std::int32_t ReadInt();
 
     /// A decimal number behind blanks, with fraction and exponent; 0 where there is none.
     ///
-    /// Each step is rounded to single precision: digit by digit for the whole part and for the fraction, which
-    /// is then divided by 10 once for each of its digits, and once for each unit of the exponent.
-    /// Kept    The precision of all models rests on this order. Do not hand it to a library.
+    /// Each step is rounded to single precision: digit by digit for the whole part and for the fraction,
+    /// which is then divided by 10 once for each of its digits, and once for each unit of the exponent. Kept
+    /// The precision of all models rests on this order. Do not hand it to a library.
     float ReadFloat();
 
     /// The word behind blanks, up to the next blank or zero. IsAtZero then tells which one ended it.

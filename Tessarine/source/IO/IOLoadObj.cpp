@@ -7,8 +7,6 @@
 #include "IOTextLines.h"
 #include "MANSceneManager.h"
 #include "Path.h"
-#include <algorithm>
-#include <cmath>
 
 namespace tessarine
 {
@@ -26,11 +24,6 @@ smVec3d ReadVector(IOLineCursor& line)
     const float z = line.ReadFloat();
     return {x, y, z};
 }
-
-bool IsFinite(const smVec3d& vector)
-{
-    return std::isfinite(vector.x) && std::isfinite(vector.y) && std::isfinite(vector.z);
-}
 }
 
 IOLoadObj::IOLoadObj(MANSceneManager* sceneManager, MANBrepElementManager* elementManager)
@@ -43,13 +36,13 @@ IOLoadObj::~IOLoadObj() = default;
 void IOLoadObj::Load(const std::string& fileName)
 {
     ParseFile(fileName);
-    EnterScene(fileName);
+    EnterScene();
 }
 
 void IOLoadObj::LoadText(const std::string& fileName, const std::string& text)
 {
     ParseText(fileName, text);
-    EnterScene(fileName);
+    EnterScene();
 }
 
 void IOLoadObj::ParseFile(const std::string& fileName)
@@ -230,7 +223,7 @@ void IOLoadObj::CheckNumbers(const std::string& fileName, const std::string& tex
     check.CheckNumbers("texture coordinate", m_TexIndices, m_FaceSizes, m_TexCoords.size());
 }
 
-void IOLoadObj::EnterScene(const std::string& fileName)
+void IOLoadObj::EnterScene()
 {
     DSSolid* solid = BuildSolid();
     DropArrays();
@@ -238,7 +231,7 @@ void IOLoadObj::EnterScene(const std::string& fileName)
     leaf->SetSolid(solid);
     ReportTopology(*solid);
     solid->CalcNormals();
-    Unitize(*solid, fileName);
+    Unitize(*solid);
     MANSceneGroup* root = m_pSceneManager->GetRootGroup();
     root->AddChild(leaf);
     leaf->SetParent(root);
@@ -278,17 +271,11 @@ void IOLoadObj::ReportTopology(DSSolid& solid)
     DebugConsole() << "Solid fits Euler formular: " << (fits ? "true" : "false") << '\n';
 }
 
-void IOLoadObj::Unitize(DSSolid& solid, const std::string& fileName)
+void IOLoadObj::Unitize(DSSolid& solid)
 {
     float cx = 0.0F;
     float cy = 0.0F;
     float cz = 0.0F;
     m_pElementManager->UnitizeSolid(&solid, cx, cy, cz);
-    const auto& vertices = solid.GetVertexList();
-    if (!std::all_of(vertices.begin(), vertices.end(),
-                     [](const DSVertex* vertex) { return IsFinite(vertex->GetPosition()); }))
-    {
-        throw Failure(fileName + ": the coordinates lie too far apart to be scaled in single precision");
-    }
 }
 }

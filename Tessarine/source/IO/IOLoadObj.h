@@ -67,9 +67,9 @@ private:
     void ReportUnknownToken() const;
 
     void CheckNumbers(const std::string& fileName, const std::string& text) const;
-    void EnterScene(const std::string& fileName);
+    void EnterScene();
     static void ReportTopology(DSSolid& solid);
-    void Unitize(DSSolid& solid, const std::string& fileName);
+    void Unitize(DSSolid& solid);
     DSSolid* BuildSolid();
     void DropArrays();
 

@@ -9,7 +9,10 @@ namespace tessarine
 {
 namespace
 {
-bool IsFace(const IOLineCursor& line) { return line.Peek() == 'f' || line.Peek() == 'F'; }
+bool IsFace(const IOLineCursor& line)
+{
+    return line.Peek() == 'f' || line.Peek() == 'F';
+}
 
 bool IsPosition(const IOLineCursor& line)
 {
@@ -85,7 +88,8 @@ void IOObjCheck::CheckFaceSizes(const IndexList& faceSizes) const
 void IOObjCheck::CheckNumbers(const std::string& what, const IndexList& numbers, const IndexList& faceSizes,
                               std::size_t count) const
 {
-    const auto wrong = std::find_if(numbers.begin(), numbers.end(), [count](std::int32_t number)
+    const auto wrong = std::find_if(numbers.begin(), numbers.end(),
+                                    [count](std::int32_t number)
                                     { return number < 1 || static_cast<std::size_t>(number) > count; });
     if (wrong != numbers.end())
     {
@@ -95,14 +99,15 @@ void IOObjCheck::CheckNumbers(const std::string& what, const IndexList& numbers,
 
 void IOObjCheck::FailAtUnevenFace(std::size_t face) const
 {
-    FailAt(FindFace(face), "some corners of the file have a texture number and some have none, from this face "
-                           "on; give one to all of them, or to none");
+    FailAt(FindFace(face),
+           "some corners of the file have a texture number and some have none, from this face "
+           "on; give one to all of them, or to none");
 }
 
 void IOObjCheck::FailAt(const IOLineCursor& line, const std::string& reason) const
 {
-    throw Failure(m_strFileName + ", line " + std::to_string(IOTextLines(m_strText).GetNumberOf(line)) + ": " +
-                  reason);
+    throw Failure(m_strFileName + ", line " + std::to_string(IOTextLines(m_strText).GetNumberOf(line)) +
+                  ": " + reason);
 }
 
 IOLineCursor IOObjCheck::FindPosition(std::size_t index) const

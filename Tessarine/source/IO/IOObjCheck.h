@@ -14,7 +14,8 @@ class IOObjCheck
 {
 public:
     /// Both are kept by reference.
-    IOObjCheck(const std::string& fileName, const std::string& text) : m_strFileName(fileName), m_strText(text)
+    IOObjCheck(const std::string& fileName, const std::string& text)
+        : m_strFileName(fileName), m_strText(text)
     {
     }
 

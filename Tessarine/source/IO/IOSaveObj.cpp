@@ -16,9 +16,15 @@ namespace tessarine
 namespace
 {
 /// As C's "%s" takes it.
-std::string_view UpToZero(const std::string& text) { return text.c_str(); }
+std::string_view UpToZero(const std::string& text)
+{
+    return text.c_str();
+}
 
-std::int32_t ToCount(std::size_t size) { return static_cast<std::int32_t>(size); }
+std::int32_t ToCount(std::size_t size)
+{
+    return static_cast<std::int32_t>(size);
+}
 
 /// Calls visit(halfEdge) for each corner of the face, loop by loop.
 template <class TVisit>

@@ -11,13 +11,13 @@ namespace tessarine
 {
 class IOTextOutput;
 
-/// Writes the visible solids of the element manager as a Wavefront OBJ file: positions and polygons. One object
-/// serves one save.
+/// Writes the visible solids of the element manager as a Wavefront OBJ file: positions and polygons. One
+/// object serves one save.
 ///
-/// The bytes are those of a fixed set of C formats, trailing blanks included, with "\n" as line end everywhere.
-/// Says    "The file NAME was not opened" when the file cannot be written.
-/// Fails   By Failure when the file is not written whole; an older one then stays.
-/// Kept    Vertex numbers start at 1 again in each object, so a file of several objects is right only for the
+/// The bytes are those of a fixed set of C formats, trailing blanks included, with "\n" as line end
+/// everywhere. Says    "The file NAME was not opened" when the file cannot be written. Fails   By Failure
+/// when the file is not written whole; an older one then stays. Kept    Vertex numbers start at 1 again in
+/// each object, so a file of several objects is right only for the
 ///         first. A vertex that was not written counts as number 0.
 class IOSaveObj : public IOSave
 {

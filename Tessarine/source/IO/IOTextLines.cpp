@@ -6,7 +6,10 @@ namespace tessarine
 {
 namespace
 {
-bool IsWhiteSpace(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }
+bool IsWhiteSpace(char character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
 }
 
 IOLineCursor IOTextLines::Next()

@@ -7,8 +7,8 @@ namespace tessarine
 {
 /// Walks a text line by line, as a stream does that skips white space and then reads up to the newline.
 ///
-/// Blank lines are skipped, and white space in front of a line. The end is known only when a read has met it: a
-/// text that ends in white space behind a newline has one more, empty, line, and so has an empty text.
+/// Blank lines are skipped, and white space in front of a line. The end is known only when a read has met it:
+/// a text that ends in white space behind a newline has one more, empty, line, and so has an empty text.
 /// Lines may be of any length. The text must outlive the walk.
 class IOTextLines
 {

@@ -7,7 +7,8 @@
 namespace tessarine
 {
 IOTextOutput::IOTextOutput(Sink sink)
-    : m_Sink(std::move(sink)), m_pPiece(std::make_unique_for_overwrite<char[]>(kPieceSize)),
+    : m_Sink(std::move(sink)),
+      m_pPiece(std::make_unique_for_overwrite<char[]>(kPieceSize)),
       m_pAt(m_pPiece.get())
 {
 }
