@@ -39,12 +39,16 @@ TEST(IOFixedFormat, KeepsTheSignOfNothing)
 
 TEST(IOFixedFormat, RoundsExactHalvesToEven)
 {
-    EXPECT_EQ(Format(1.0 / 128), "0.007812");  // 0.0078125
-    EXPECT_EQ(Format(3.0 / 128), "0.023438");  // 0.0234375
-    EXPECT_EQ(Format(5e-7), "0.000000");       // its binary value is a little smaller than a half
-    EXPECT_EQ(Format(0.0000015), "0.000002");  // and this one's is smaller, too, but nearer to 2
-    EXPECT_EQ(Format(0.9999995), "0.999999");  // 0.99999949999999997...
-    EXPECT_EQ(Format(9.9999999), "10.000000"); // carries over
+    EXPECT_EQ(Format(1.0 / 128), "0.007812"); // 0.0078125
+    EXPECT_EQ(Format(3.0 / 128), "0.023438"); // 0.0234375
+}
+
+TEST(IOFixedFormat, RoundsTheBinaryValueAndNotTheDecimalOneInTheSource)
+{
+    EXPECT_EQ(Format(5e-7), "0.000000");      // 4.99999999999999977e-7
+    EXPECT_EQ(Format(2.5e-6), "0.000003");    // 2.50000000000000020e-6
+    EXPECT_EQ(Format(0.9999985), "0.999999"); // 0.99999850000000001
+    EXPECT_EQ(Format(9.9999999), "10.000000");
 }
 
 TEST(IOFixedFormat, WritesTheLongestNumbersAndThoseThatAreNone)

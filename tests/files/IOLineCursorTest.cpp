@@ -52,7 +52,7 @@ TEST(IOLineCursor, SaturatesIntegersBeyond32Bits)
     EXPECT_EQ(IntOf("-2147483649"), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(IntOf("18446744073709551617"), 2147483647); // 2^64 + 1: must not come round to 1
     EXPECT_EQ(IntOf(std::string(5000, '9')), 2147483647);
-    EXPECT_EQ(IntOf("-" + std::string(5000, '9')), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(IntOf(std::string("-").append(5000, '9')), std::numeric_limits<std::int32_t>::min());
 }
 
 TEST(IOLineCursor, ReadsFractionsAndExponents)
@@ -113,9 +113,9 @@ TEST(IOLineCursor, ReadsWordsForNoNumberAsZero)
 TEST(IOLineCursor, ReadsThousandsOfDigits)
 {
     EXPECT_EQ(FloatOf(std::string(5000, '9')), std::numeric_limits<float>::infinity());
-    EXPECT_EQ(FloatOf("0." + std::string(5000, '0') + "1"), 0.0F);
+    EXPECT_EQ(FloatOf(std::string("0.").append(5000, '0') + '1'), 0.0F);
     // The digits of a fraction are gathered before they are divided, and overflow.
-    EXPECT_EQ(FloatOf("0." + std::string(5000, '3')), std::numeric_limits<float>::infinity());
+    EXPECT_EQ(FloatOf(std::string("0.").append(5000, '3')), std::numeric_limits<float>::infinity());
 }
 
 TEST(IOLineCursor, ReadsZeroBehindTheLinesEnd)
@@ -171,7 +171,7 @@ std::string RandomNumberText(std::mt19937& random)
         }
         return text;
     }
-    text = pick(3) == 0 ? "-" : "";
+    text.append(pick(3) == 0 ? 1 : 0, '-');
     const auto addDigits = [&](unsigned count)
     {
         for (; count > 0; --count)

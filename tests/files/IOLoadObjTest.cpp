@@ -177,10 +177,10 @@ TEST(IOLoadObj, UsesNoMaterialWithoutAMaterialLine)
 
 TEST(IOLoadObj, DecidesByTheFirstCharacterAlone)
 {
-    const Parsed parsed("frog 1 2\ngrape\n#\n\xFFxyz\nmountain top\nuncle.. tom");
-    EXPECT_THAT(parsed.reader.GetFaceSizes(), ElementsAre(6)); // "rog " and two numbers: 0 0 0 0 1 2
-    EXPECT_THAT(parsed.reader.GetVertexIndices(), ElementsAre(0, 0, 0, 0, 1, 2));
-    EXPECT_THAT(parsed.reader.GetGroupNames(), ElementsAre(Pair(1, "..")));
+    const Parsed parsed("frog 1 2\ngrape\n#\n\xFFxyz\nmountain top\nuncle.tom cat");
+    EXPECT_THAT(parsed.reader.GetFaceSizes(), ElementsAre(5)); // each letter is a corner without a number
+    EXPECT_THAT(parsed.reader.GetVertexIndices(), ElementsAre(0, 0, 0, 1, 2));
+    EXPECT_THAT(parsed.reader.GetGroupNames(), ElementsAre(Pair(1, "tom")));
     EXPECT_THAT(parsed.lines, ElementsAre("Cannot open file!!")); // the library "in"
 }
 
