@@ -51,6 +51,7 @@ Json IdsOf(const std::vector<std::uint32_t>& ids)
 void AddSolid(Json& node, const DSSolid& solid, const MANBrepElementManager& elements)
 {
     const SolidCounts counts = CountSolid(solid, elements);
+    node["solidVisible"] = solid.IsVisible();
     node["vertices"] = counts.vertices;
     node["faces"] = counts.faces;
     node["edges"] = counts.edges;
@@ -104,7 +105,8 @@ Json OverlaysOf(const BatchDocument& document)
     return {{"pointCloud", view.GetPointCloud().size()},
             {"pointNormals", view.GetPointNormals().size()},
             {"projectedPoints", view.GetProjectedPoints().size()},
-            {"cutFaces", document.scene.GetCutFaceList().size()}};
+            {"cutFaces", document.scene.GetCutFaceList().size()},
+            {"newMesh", view.GetNewMesh() != nullptr ? Json(view.GetNewMesh()->GetID()) : Json()}};
 }
 
 /// One entry of an object a line, whatever it holds.
@@ -141,8 +143,8 @@ std::string MakeReport(const BatchDocument& document)
     Json rest;
     rest["camera"] = CameraOf(*document.view.GetCamera());
     rest["flags"] = document.view.GetDisplayFlags();
-    rest["selection"] = IdsOf(document.elements.GetSelectList());
-    rest["selection"]["type"] = document.elements.GetSelectType();
+    rest["selection"] = {{"type", document.elements.GetSelectType()}};
+    rest["selection"].update(IdsOf(document.elements.GetSelectList()));
     rest["hover"] = IdsOf(document.view.GetHoverList());
     rest["overlays"] = OverlaysOf(document);
     rest["history"] = document.historySize;

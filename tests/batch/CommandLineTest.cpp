@@ -17,10 +17,13 @@ std::string Spell(const std::vector<OperationCall>& calls)
     std::string text;
     for (const OperationCall& call : calls)
     {
-        text += (text.empty() ? "" : " ") + std::string(call.pOperation->name) + "(";
+        text += text.empty() ? "" : " ";
+        text += call.pOperation->name;
+        text += "(";
         for (const std::string& argument : call.arguments)
         {
-            text += (text.back() == '(' ? "" : ",") + argument;
+            text += text.back() == '(' ? "" : ",";
+            text += argument;
         }
         text += ")";
     }
@@ -229,7 +232,8 @@ TEST(BatchHelp, NamesEveryOperationAndMarksThoseOfLaterVersions)
     const std::string help = GetHelpText();
     for (const Operation& operation : GetOperations())
     {
-        const std::string entry = (ComesLater(operation) ? " *" : " ") + GetUsage(operation);
+        std::string entry = ComesLater(operation) ? " *" : " ";
+        entry += GetUsage(operation);
         EXPECT_THAT(help, HasSubstr(entry));
     }
 }

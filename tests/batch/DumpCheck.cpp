@@ -303,10 +303,24 @@ private:
         ++m_EdgeUsers[m_Edges.Slot(Follow(m_HalfEdges, h, "e", m_Edges))];
     }
 
+    /// Start and end vertex, the lower id first.
+    std::pair<Link, Link> EndsOf(Link h) const
+    {
+        const Link start = m_HalfEdges.Get("v", h);
+        const Link end = m_HalfEdges.Get("v", m_HalfEdges.Get("next", h));
+        return {std::min(start, end), std::max(start, end)};
+    }
+
     void CheckListedByEdge(Link h)
     {
         const Link edge = m_HalfEdges.Get("e", h);
-        if (edge != kNull && m_Edges.Get("h1", edge) != h && m_Edges.Get("h2", edge) != h)
+        if (edge == kNull)
+        {
+            return;
+        }
+        Demand(EndsOf(h) == EndsOf(Follow(m_Edges, edge, "h1", m_HalfEdges)), m_HalfEdges.Describe(h),
+               "lies between other vertices than the first of", m_Edges, edge);
+        if (m_Edges.Get("h1", edge) != h && m_Edges.Get("h2", edge) != h)
         {
             Demand(m_EdgeUsers[m_Edges.Slot(edge)] > 2 && m_Edges.Get("h2", edge) != kNull,
                    m_HalfEdges.Describe(h), "is not listed by its edge", m_Edges, edge);

@@ -1,4 +1,7 @@
 #include "BatchProcess.h"
+#include "DumpCheck.h"
+#include "File.h"
+#include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -56,6 +59,30 @@ TEST_F(BatchProcess, PrintsTheConsoleOfAnImport)
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, kTetrahedronConsole);
     EXPECT_THAT(result.errors, IsEmpty());
+}
+
+// The links follow from the builder's order: a half-edge a corner in file order, a vertex keeps the last that
+// was made at it, and an edge is made where a half-edge first meets its pair of vertices. 1/sqrt(3) =
+// 0.5773502691896258.
+TEST_F(BatchProcess, DumpsATetrahedronToTheLetter)
+{
+    EXPECT_EQ(Run({"import", "tetra.obj", "dump", "dump.json"}).status, 0);
+
+    const std::string expected = ReadFile(TESSARINE_GOLDEN "/tetrahedron.json");
+    EXPECT_EQ(m_Folder.Read("dump.json"), expected);
+    EXPECT_EQ(Run({"-q", "import", "tetra.obj", "dump", "-"}).output, expected);
+}
+
+TEST_F(BatchProcess, DumpsALoopStepWithAllLinksInOrder)
+{
+    EXPECT_EQ(Run({"import", "tetra.obj", "subdivide-loop", "subdivide-loop", "dump", "dump.json"}).status,
+              0);
+
+    std::ifstream dump(m_Folder.GetPath() / "dump.json");
+    const DumpFindings findings = CheckDump(dump);
+    EXPECT_THAT(findings.breach, IsEmpty());
+    EXPECT_EQ(findings.solids, 3U);            // the model and two snapshots
+    EXPECT_EQ(findings.faces, 64U + 4U + 16U); // theirs
 }
 
 TEST_F(BatchProcess, HoldsTheConsoleBackWhenQuietButNotWhatIsAskedFor)
@@ -181,7 +208,7 @@ TEST_F(BatchProcess, SubdividesByLoop)
     EXPECT_EQ(report["nodes"][0]["faces"], 16);
     EXPECT_EQ(report["nodes"][0]["edges"], 24);
     EXPECT_EQ(report["nodes"][1]["faces"], 4); // the mesh before, kept
-    EXPECT_EQ(report["nodes"][1]["visible"], false);
+    EXPECT_EQ(report["nodes"][1]["solidVisible"], false);
     EXPECT_EQ(report["history"], 1);
 }
 

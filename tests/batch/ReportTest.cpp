@@ -114,14 +114,16 @@ TEST(Report, TellsOfEachNodeUnderTheRoot)
 {
     Stores stores;
     stores.Show(CentredTetrahedron());
-    stores.Show(IndexedMesh())->SetVisible(false);
+    MANSceneLeaf* pSnapshot = stores.Show(IndexedMesh());
+    pSnapshot->SetVisible(false);
+    pSnapshot->GetSolid()->SetVisible(false);
     stores.scene.GetRootGroup()->AddChild(stores.scene.NewLeaf());
 
     const nlohmann::json expected = nlohmann::json::parse(R"([
-        {"id": 3758096384, "visible": true, "solid": 3758096384, "vertices": 4, "faces": 4, "edges": 6,
+        {"id": 3758096384, "visible": true, "solid": 3758096384, "solidVisible": true, "vertices": 4, "faces": 4, "edges": 6,
          "boundaryEdges": 0, "edgesOfMoreThanTwoFaces": 0, "pieces": 1, "isolatedVertices": 0, "eulerNumber": 2,
          "min": [-1.0, -1.0, -1.0], "max": [1.0, 1.0, 1.0]},
-        {"id": 3758096385, "visible": false, "solid": 3758096385, "vertices": 0, "faces": 0, "edges": 0,
+        {"id": 3758096385, "visible": false, "solid": 3758096385, "solidVisible": false, "vertices": 0, "faces": 0, "edges": 0,
          "boundaryEdges": 0, "edgesOfMoreThanTwoFaces": 0, "pieces": 0, "isolatedVertices": 0, "eulerNumber": 0,
          "min": null, "max": null},
         {"id": 3758096386, "visible": true, "solid": null}])");
