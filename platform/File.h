@@ -1,5 +1,4 @@
 #pragma once
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -14,7 +13,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The whole of an ordinary file (no folder, device or pipe).
+/// The whole of an ordinary file (no folder, device or pipe). Symbolic links are followed.
 /// Throws FileError when it is not there, is none, or cannot be read to its end.
 std::string ReadFile(const std::filesystem::path& path);
 
@@ -23,7 +22,8 @@ std::string ReadFile(const std::filesystem::path& path);
 class ReplacingFile
 {
 public:
-    /// Throws FileError when the folder cannot be written, or when the target is no ordinary file.
+    /// The new file has the permissions of the one that it replaces; a symbolic link is kept and its file
+    /// replaced. Throws FileError when the folder cannot be written, or when the target is no ordinary file.
     explicit ReplacingFile(std::filesystem::path target);
     ~ReplacingFile();
     ReplacingFile(const ReplacingFile&) = delete;
@@ -36,11 +36,18 @@ public:
     void Commit();
 
 private:
-    std::filesystem::path m_Target;
-    std::filesystem::path m_Temporary;
-    std::FILE* m_pStream = nullptr;
+    void CreateTemporary(unsigned permissions);
+    void WritePending();
+    void Discard() noexcept;
+
+    std::filesystem::path m_Name;      ///< as it was asked for, for the messages
+    std::filesystem::path m_Target;    ///< absolute, behind every symbolic link
+    std::filesystem::path m_Temporary; ///< empty when there is none
+    std::string m_Pending;
+    int m_nDescriptor = -1;
 };
 
+/// Throws FileError when the current folder is no longer there.
 std::filesystem::path GetCurrentFolder();
 
 /// Throws FileError.

@@ -75,6 +75,25 @@ public:
     /// one.
     DSHalfEdge* GetTwin() const;
 
+    /// A circle of this half-edge alone.
+    void MakeCircle() { m_pPrev = m_pNext = this; }
+    /// Joins another's circle right in front of it.
+    void InsertBefore(DSHalfEdge* other)
+    {
+        other->m_pPrev->m_pNext = this;
+        m_pPrev = other->m_pPrev;
+        other->m_pPrev = this;
+        m_pNext = other;
+    }
+    /// Joins another's circle right behind it.
+    void InsertBehind(DSHalfEdge* other)
+    {
+        m_pNext = other->m_pNext;
+        other->m_pNext->m_pPrev = this;
+        other->m_pNext = this;
+        m_pPrev = other;
+    }
+
 private:
     DSHalfEdge* m_pPrev = nullptr;
     DSHalfEdge* m_pNext = nullptr;
@@ -135,6 +154,11 @@ private:
 class DSFace : public DSElement
 {
 public:
+    DSFace() = default;
+    DSFace(const DSFace&) = default;
+    DSFace(DSFace&&) noexcept = default;
+    DSFace& operator=(const DSFace&) = default;
+    DSFace& operator=(DSFace&&) noexcept = default;
     virtual ~DSFace() = default;
 
     /// Null stands for the default material. A builder sets it on the first face of a run only.
@@ -202,6 +226,11 @@ private:
 class DSSolid : public DSElement
 {
 public:
+    DSSolid() = default;
+    DSSolid(const DSSolid&) = default;
+    DSSolid(DSSolid&&) noexcept = default;
+    DSSolid& operator=(const DSSolid&) = default;
+    DSSolid& operator=(DSSolid&&) noexcept = default;
     virtual ~DSSolid() = default;
 
     ElementList<DSVertex>& GetVertexList() { return m_VertexList; }

@@ -18,6 +18,16 @@ using TexCoordList = std::vector<smVec2f>;
 using GroupNameMap = std::map<std::int32_t, std::string>;
 using TextureNameMap = std::map<std::string, std::string>;
 
+/// How many elements of each kind.
+struct ElementCounts
+{
+    std::size_t vertices = 0;
+    std::size_t halfEdges = 0;
+    std::size_t edges = 0;
+    std::size_t loops = 0;
+    std::size_t faces = 0;
+};
+
 /// The one owner of all element records: makes them, hands out their ids, looks them up, deletes them,
 /// builds linked solids from index lists, and keeps the selection.
 ///
@@ -31,12 +41,15 @@ public:
     MANBrepElementManager& operator=(const MANBrepElementManager&) = delete;
 
     /// A new record with the next id of its kind, linked to nothing.
-    DSVertex* CreateVertex();
-    DSHalfEdge* CreateHalfEdge();
-    DSEdge* CreateEdge();
-    DSLoop* CreateLoop();
-    DSFace* CreateFace();
-    DSSolid* CreateSolid();
+    DSVertex* CreateVertex() { return CreateRecord(m_VertexArray, ElementKind::Vertex); }
+    DSHalfEdge* CreateHalfEdge() { return CreateRecord(m_HalfEdgeArray, ElementKind::HalfEdge); }
+    DSEdge* CreateEdge() { return CreateRecord(m_EdgeArray, ElementKind::Edge); }
+    DSLoop* CreateLoop() { return CreateRecord(m_LoopArray, ElementKind::Loop); }
+    DSFace* CreateFace() { return CreateRecord(m_FaceArray, ElementKind::Face); }
+    DSSolid* CreateSolid() { return CreateRecord(m_SolidList, ElementKind::Solid); }
+
+    /// Makes room for so many elements besides those that are there. For speed alone.
+    void ReserveMore(const ElementCounts& counts);
 
     DSSolid* GetSolid(std::uint32_t id) const;
     DSFace* GetFace(std::uint32_t id) const;
@@ -133,6 +146,17 @@ public:
     void Restore(Checkpoint&& checkpoint) noexcept;
 
 private:
+    template <class T>
+    static T* CreateRecord(RecordArray<T>& array, std::uint32_t kind)
+    {
+        // The index must not reach into the four bits of the kind.
+        ASSERT(array.size() < 0x10000000);
+        T* pRecord = array.Create();
+        pRecord->SetID(static_cast<std::uint32_t>(array.size() - 1) | kind);
+        return pRecord;
+    }
+    DSElement* FindLiveElement(std::uint32_t id) const;
+
     RecordArray<DSSolid> m_SolidList;
     RecordArray<DSFace> m_FaceArray;
     RecordArray<DSEdge> m_EdgeArray;

@@ -1,0 +1,338 @@
+#include "File.h"
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace tessarine
+{
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr std::size_t kChunk = std::size_t{1} << 20U;
+constexpr int kMostLinks = 40; // as the kernel follows
+constexpr int kMostTemporaryNames = 10000;
+
+/// In English whatever the user's locale is.
+std::string ReasonOf(int error)
+{
+    switch (error)
+    {
+    case ENOENT: return "no such file";
+    case EACCES:
+    case EPERM: return "permission denied";
+    case EISDIR: return "it is a folder";
+    case ENOTDIR: return "a part of its path is no folder";
+    case ELOOP: return "its symbolic links form a circle";
+    case ENAMETOOLONG: return "its name is too long";
+    case ENXIO: return "it is no ordinary file";
+    case ENOSPC: return "the disk is full";
+    case EDQUOT: return "the disk quota is used up";
+    case EFBIG: return "it would exceed the largest size of a file";
+    case EROFS: return "the disk is read-only";
+    default: break;
+    }
+    const char* text = ::strerrordesc_np(error);
+    return text != nullptr ? text : "error " + std::to_string(error);
+}
+
+/// "cannot open Data/x.obj: no such file (working folder: /home/me)"
+[[noreturn]] void Refuse(const char* action, const fs::path& path, const std::string& reason)
+{
+    if (path.empty())
+    {
+        throw FileError(std::string("cannot ") + action + " a file without a name");
+    }
+    std::string text = std::string("cannot ") + action + " " + path.string() + ": " + reason;
+    std::error_code error;
+    if (const fs::path folder = fs::current_path(error); path.is_relative() && !error)
+    {
+        text += " (working folder: " + folder.string() + ")";
+    }
+    throw FileError(text);
+}
+
+/// Repeats a system call that a signal interrupts.
+template <class TCall>
+auto Retry(TCall call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+    {
+        result = call();
+    }
+    return result;
+}
+
+class Descriptor
+{
+public:
+    explicit Descriptor(int number) : m_nNumber(number) {}
+    ~Descriptor()
+    {
+        if (m_nNumber >= 0)
+        {
+            ::close(m_nNumber);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Get() const { return m_nNumber; }
+
+private:
+    int m_nNumber;
+};
+
+std::string KindRefused(mode_t mode)
+{
+    if (S_ISDIR(mode))
+    {
+        return ReasonOf(EISDIR);
+    }
+    return S_ISREG(mode) ? std::string() : "it is no ordinary file";
+}
+
+/// A file that does not fit must be refused: the kernel would end the process before an allocation fails.
+std::size_t GetMostBytes()
+{
+    const long pages = ::sysconf(_SC_PHYS_PAGES);
+    const long pageSize = ::sysconf(_SC_PAGESIZE);
+    if (pages <= 0 || pageSize <= 0)
+    {
+        return std::string().max_size();
+    }
+    return static_cast<std::size_t>(pages) * static_cast<std::size_t>(pageSize) / 2;
+}
+
+/// Reads until nothing is left, whatever size the file claims.
+std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected)
+{
+    const std::size_t most = GetMostBytes();
+    const auto chunk = std::make_unique_for_overwrite<char[]>(kChunk);
+    std::string bytes;
+    for (bytes.reserve(std::min(expected, most));;)
+    {
+        const ssize_t count = Retry([&] { return ::read(descriptor, chunk.get(), kChunk); });
+        if (count < 0)
+        {
+            Refuse("read", path, ReasonOf(errno));
+        }
+        if (count == 0)
+        {
+            return bytes;
+        }
+        if (bytes.size() + static_cast<std::size_t>(count) > most)
+        {
+            Refuse("read", path, "it does not fit in the memory of this machine");
+        }
+        bytes.append(chunk.get(), static_cast<std::size_t>(count));
+    }
+}
+
+/// The name behind every symbolic link, also where the last one leads to nothing yet.
+fs::path FollowLinks(const fs::path& name)
+{
+    std::error_code error;
+    fs::path target = fs::absolute(name, error);
+    for (int links = 0; !error && fs::is_symlink(fs::symlink_status(target, error)); ++links)
+    {
+        if (links == kMostLinks)
+        {
+            Refuse("write", name, ReasonOf(ELOOP));
+        }
+        target = target.parent_path() / fs::read_symlink(target, error);
+    }
+    return target;
+}
+
+/// A file over the process's limit is a failed write, not the end of the process.
+void IgnoreFileSizeSignal()
+{
+    static const bool done = []
+    {
+        struct sigaction action = {};
+        if (::sigaction(SIGXFSZ, nullptr, &action) == 0 && action.sa_handler == SIG_DFL)
+        {
+            std::signal(SIGXFSZ, SIG_IGN);
+        }
+        return true;
+    }();
+    static_cast<void>(done);
+}
+}
+
+std::string ReadFile(const fs::path& path)
+{
+    // Opening a pipe that nobody writes to would wait for ever without O_NONBLOCK.
+    const Descriptor file(
+        Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    struct stat status = {};
+    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0)
+    {
+        Refuse("open", path, ReasonOf(errno));
+    }
+    if (const std::string reason = KindRefused(status.st_mode); !reason.empty())
+    {
+        Refuse("open", path, reason);
+    }
+    const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
+    if (size > GetMostBytes())
+    {
+        Refuse("read", path, "it does not fit in the memory of this machine");
+    }
+    return ReadToEnd(file.Get(), path, size);
+}
+
+ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))
+{
+    IgnoreFileSizeSignal();
+    if (!m_Name.has_filename())
+    {
+        Refuse("write", m_Name, "it names no file");
+    }
+    m_Target = FollowLinks(m_Name);
+    struct stat status = {};
+    const bool exists = ::stat(m_Target.c_str(), &status) == 0;
+    if (exists)
+    {
+        if (const std::string reason = KindRefused(status.st_mode); !reason.empty())
+        {
+            Refuse("write", m_Name, reason);
+        }
+        if (::faccessat(AT_FDCWD, m_Target.c_str(), W_OK, AT_EACCESS) != 0)
+        {
+            Refuse("write", m_Name, ReasonOf(errno));
+        }
+    }
+    CreateTemporary(exists ? status.st_mode & 0777U : 0666U);
+    if (exists && ::fchmod(m_nDescriptor, status.st_mode & 0777U) != 0) // the user's mask took part of it
+    {
+        const std::string reason = ReasonOf(errno);
+        Discard();
+        Refuse("write", m_Name, reason);
+    }
+}
+
+void ReplacingFile::CreateTemporary(unsigned permissions)
+{
+    static std::atomic<unsigned> counter{0};
+    m_Pending.reserve(kChunk);
+    for (int attempt = 0; attempt < kMostTemporaryNames; ++attempt)
+    {
+        m_Temporary = m_Target.parent_path() / (".tessarine-" + std::to_string(::getpid()) + "-" +
+                                                std::to_string(++counter) + ".part");
+        m_nDescriptor = Retry(
+            [&]
+            { return ::open(m_Temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions); });
+        if (m_nDescriptor >= 0 || errno != EEXIST)
+        {
+            break;
+        }
+    }
+    if (m_nDescriptor < 0)
+    {
+        const int error = errno;
+        m_Temporary.clear();
+        Refuse("write", m_Name, error == ENOENT ? "no such folder" : ReasonOf(error));
+    }
+}
+
+ReplacingFile::~ReplacingFile()
+{
+    Discard();
+}
+
+void ReplacingFile::Discard() noexcept
+{
+    if (m_nDescriptor >= 0)
+    {
+        ::close(std::exchange(m_nDescriptor, -1));
+    }
+    if (!m_Temporary.empty())
+    {
+        ::unlink(m_Temporary.c_str());
+        m_Temporary.clear();
+    }
+}
+
+void ReplacingFile::Write(std::string_view bytes)
+{
+    while (!bytes.empty())
+    {
+        const std::size_t count = std::min(bytes.size(), kChunk - m_Pending.size());
+        m_Pending.append(bytes.substr(0, count));
+        bytes.remove_prefix(count);
+        if (m_Pending.size() == kChunk)
+        {
+            WritePending();
+        }
+    }
+}
+
+void ReplacingFile::WritePending()
+{
+    for (std::string_view rest = m_Pending; !rest.empty();)
+    {
+        const ssize_t count = Retry([&] { return ::write(m_nDescriptor, rest.data(), rest.size()); });
+        if (count < 0)
+        {
+            Refuse("write", m_Name, ReasonOf(errno));
+        }
+        rest.remove_prefix(static_cast<std::size_t>(count));
+    }
+    m_Pending.clear();
+}
+
+void ReplacingFile::Commit()
+{
+    WritePending();
+    // Interrupted or not, the descriptor is closed and must not be closed again.
+    if (::close(std::exchange(m_nDescriptor, -1)) != 0 && errno != EINTR)
+    {
+        Refuse("write", m_Name, ReasonOf(errno));
+    }
+    if (std::rename(m_Temporary.c_str(), m_Target.c_str()) != 0)
+    {
+        Refuse("write", m_Name, ReasonOf(errno));
+    }
+    m_Temporary.clear();
+}
+
+fs::path GetCurrentFolder()
+{
+    std::error_code error;
+    fs::path folder = fs::current_path(error);
+    if (error)
+    {
+        throw FileError("cannot tell the current folder: " + ReasonOf(error.value()));
+    }
+    return folder;
+}
+
+void SetCurrentFolder(const fs::path& folder)
+{
+    std::error_code error;
+    fs::current_path(folder, error);
+    if (error)
+    {
+        Refuse("enter the folder", folder,
+               error.value() == ENOENT ? "no such folder" : ReasonOf(error.value()));
+    }
+}
+
+CurrentFolderGuard::CurrentFolderGuard() : m_Folder(GetCurrentFolder()) {}
+
+CurrentFolderGuard::~CurrentFolderGuard()
+{
+    std::error_code error; // a folder that was removed meanwhile cannot be entered again
+    fs::current_path(m_Folder, error);
+}
+}

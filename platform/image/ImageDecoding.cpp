@@ -1,0 +1,30 @@
+#include "ImageDecoding.h"
+
+namespace tessarine
+{
+void CheckImageSize(std::int64_t width, std::int64_t height, int components)
+{
+    if (width < 1 || height < 1)
+    {
+        throw ImageFault("it has no pixels");
+    }
+    if (width > kMostPixelsASide || height > kMostPixelsASide)
+    {
+        throw ImageFault("it is " + std::to_string(width) + " x " + std::to_string(height) +
+                         " pixels large; at most " + std::to_string(kMostPixelsASide) + " a side are read");
+    }
+    if (static_cast<std::size_t>(width * height * components) > kMostDecodedBytes)
+    {
+        throw ImageFault("its " + std::to_string(width) + " x " + std::to_string(height) +
+                         " pixels take more than " + std::to_string(kMostDecodedBytes >> 20U) + " MiB");
+    }
+}
+
+Image MakeImage(std::int64_t width, std::int64_t height, int components)
+{
+    CheckImageSize(width, height, components);
+    Image image{static_cast<int>(width), static_cast<int>(height), components, {}};
+    image.pixels.resize(static_cast<std::size_t>(width * height * components));
+    return image;
+}
+}
