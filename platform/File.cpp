@@ -207,7 +207,7 @@ ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))
         {
             Refuse("write", m_Name, reason);
         }
-        if (::access(m_Target.c_str(), W_OK) != 0)
+        if (::faccessat(AT_FDCWD, m_Target.c_str(), W_OK, AT_EACCESS) != 0)
         {
             Refuse("write", m_Name, ReasonOf(errno));
         }

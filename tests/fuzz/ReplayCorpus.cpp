@@ -1,4 +1,5 @@
-// Feeds every file of the folder that is named on the command line to a fuzz target, in the order of their names.
+// Feeds every file of the folder that is named on the command line to a fuzz target, in the order of their
+// names.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessarine
@@ -24,13 +25,27 @@ public:
     /// A picture that is missing, refused or broken leaves the record with its name and no image.
     void LoadImage(const std::string& fileName);
 
-    /// Reads a raw (P6) portable pixmap. Says on standard error what is wrong with it.
+    /// Reads a raw (P6) portable pixmap, whatever its maximum is. Says on standard error what is wrong with
+    /// it. Kept    The count of components is not set.
     void ReadPPM(const std::string& fileName);
 
-    /// The nearer power of two of each side, with a bias downward, within the largest and smallest side.
+    /// The same from memory.
+    void DecodePPM(const std::string& fileName, std::string_view bytes);
+
+    /// The nearer power of two of each side, with a bias downward. The larger side, the width where both are
+    /// equal, is at most 512.
+    ///
+    /// Needs   Sides from 1 to 2^30.
+    /// Kept    The other side is neither scaled in proportion nor held below 512, and only it is raised
+    /// to 16.
     static void ChooseTextureSize(int width, int height, int& newWidth, int& newHeight);
 
     /// Brings the image into the resampled buffers at the size of ChooseTextureSize.
+    ///
+    /// Source  P. Bourke, bicubic interpolation, for Cubic.
+    /// Kept    Nearest and Bilinear take the first pixel of the next line where they pass the end of one;
+    /// Cubic
+    ///         scales by whole numbers.
     /// @return false when the size does not change
     bool Resample(ResampleMode mode);
 
@@ -48,6 +63,9 @@ public:
     void SetImage(int width, int height, int components, std::vector<std::uint8_t> pixels);
 
 private:
+    void ReadPicture(const std::string& fileName);
+    void TakeResampled();
+
     std::string m_strFileName;
     int m_nWidth = 0;
     int m_nHeight = 0;
