@@ -28,6 +28,5 @@ private:
     std::uint32_t m_nLowestID = 0;
     std::vector<std::uint32_t>
         m_PlaceOfID; ///< place in the source's list, by the id's distance from the lowest
-    std::size_t m_nCorners = 0;
 };
 }

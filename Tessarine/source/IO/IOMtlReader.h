@@ -1,0 +1,51 @@
+#pragma once
+#include "MANBrepElementManager.h"
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+namespace tessarine
+{
+class IOLineCursor;
+
+/// Reads material libraries (MTL) into the material manager, and notes which texture file each material
+/// names.
+///
+/// Needs   Both stores outlive the reader.
+/// Leaves  A material for each "newmtl", with its colours; a texture for each file that a "map_Kd" names
+/// first. Says    The keywords that are recognised and not used, and the unknown ones, each with its line.
+/// Kept    A keyword with nothing behind it on its line is an unknown one. Blank lines do not count as lines.
+class IOMtlReader
+{
+public:
+    IOMtlReader(MANMaterialManager& materialManager, TextureNameMap& textureMaps)
+        : m_MaterialManager(materialManager), m_TextureMaps(textureMaps)
+    {
+    }
+
+    /// One library. The current material does not outlast it.
+    void ParseText(const std::string& text);
+
+    /// A "map_Kd" was met.
+    bool HasTexture() const { return m_bHasTexture; }
+
+private:
+    void ParseLine(IOLineCursor& line);
+    void OpenMaterial(IOLineCursor& line);
+    /// @return false when the token is none of a current material's
+    bool ParseMaterialLine(std::string_view token, IOLineCursor& line);
+    void BindTexture(IOLineCursor& line);
+    bool IsTextureLoaded(const std::string& fileName);
+    void ReportUnknownToken(const IOLineCursor& line) const;
+
+    MANMaterialManager& m_MaterialManager;
+    TextureNameMap& m_TextureMaps;
+    DSMaterial* m_pMaterial = nullptr;
+    int m_nLine = 0;
+    bool m_bHasTexture = false;
+    /// The names of the first m_nKnownTextures textures of the manager.
+    std::unordered_set<std::string> m_TextureNames;
+    std::size_t m_nKnownTextures = 0;
+};
+}

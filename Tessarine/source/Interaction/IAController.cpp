@@ -1,0 +1,224 @@
+#include "IAController.h"
+#include "Assert.h"
+#include "Failure.h"
+#include "IACommand.h"
+#include "IASubLOOPCommand.h"
+#include "IOLoadObj.h"
+#include "IOSaveObj.h"
+#include "MANCommandManager.h"
+#include "Open3DView.h"
+#include "Platform.h"
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace tessarine
+{
+namespace
+{
+constexpr char kObjExtension[] = ".obj";
+
+/// Kept: these two spellings and no other.
+bool HasObjExtension(const std::string& fileName)
+{
+    return fileName.ends_with(".obj") || fileName.ends_with(".OBJ");
+}
+
+/// Shows the box that refuses a file's type, and ends the operation.
+[[noreturn]] void RefuseFile(const std::string& text)
+{
+    GetPlatform().ShowMessage("错误", text);
+    throw Failure::AfterMessageBox(text);
+}
+}
+
+void IAController::SetView(Open3DView* view)
+{
+    m_pView = view;
+    view->SetController(this, &m_SceneManager, &m_ElementManager);
+}
+
+void IAController::ResetModels()
+{
+    m_SceneManager.Reset();
+    EmptyElements();
+}
+
+void IAController::ClearModels()
+{
+    m_SceneManager.Clear();
+    EmptyElements();
+}
+
+void IAController::EmptyElements()
+{
+    if (m_pView != nullptr)
+    {
+        m_pView->SetNewMesh(nullptr); // its solid goes as well
+    }
+    if (m_pElementsAside != nullptr && !m_pElementsAside->has_value())
+    {
+        m_pElementsAside->emplace(m_ElementManager.Take());
+    }
+    else
+    {
+        m_ElementManager.Clear();
+    }
+}
+
+void IAController::Redraw()
+{
+    ASSERT(m_pView != nullptr);
+    m_pView->Redraw();
+}
+
+void IAController::ImportObj()
+{
+    const auto path =
+        GetPlatform().AskOpenFile({"Wavefront OBJ(*.obj)|*.obj||所有文件(*.*)|*.*||", kObjExtension});
+    if (!path)
+    {
+        return;
+    }
+    if (!HasObjExtension(path->filename().string()))
+    {
+        RefuseFile("不能导入此类型文件!");
+    }
+    IOLoadObj reader(&m_SceneManager, &m_ElementManager);
+    ResetModels();
+    reader.Load(path->string());
+}
+
+void IAController::ExportObj()
+{
+    const auto path = GetPlatform().AskSaveFile({"Obj Files(*.obj)|*.obj||", kObjExtension});
+    if (!path)
+    {
+        return;
+    }
+    const std::string fileName = path->filename().string();
+    if (!HasObjExtension(fileName))
+    {
+        RefuseFile("不能保存成此类型文件!");
+    }
+    IOSaveObj(&m_SceneManager, &m_ElementManager).SaveObj(fileName);
+}
+
+/// Create, hand over, run, keep, redraw.
+template <class TCommand, class THandOver>
+TCommand* IAController::Run(unsigned nCommandID, THandOver handOver)
+{
+    ASSERT(m_pCommandManager != nullptr);
+    std::unique_ptr<IACommand> command = m_pCommandManager->CreateCommand(nCommandID);
+    ASSERT(command != nullptr);
+    auto* pCommand = static_cast<TCommand*>(command.get());
+    handOver(*pCommand);
+    pCommand->Execute();
+    m_pCommandManager->StoreCommand(std::move(command));
+    Redraw();
+    return pCommand;
+}
+
+/// A command that comes with a later version: the command manager says so.
+IACommand* IAController::RunLater(unsigned nCommandID)
+{
+    return Run<IACommand>(nCommandID, [](IACommand&) {});
+}
+
+void IAController::SubdivideLoop()
+{
+    Run<IASubLOOPCommand>(CommandID::SubLOOP,
+                          [this](IASubLOOPCommand& command)
+                          {
+                              command.SetElementManager(&m_ElementManager);
+                              command.SetSceneManager(&m_SceneManager);
+                          });
+}
+
+void IAController::SubdivideAdaptive()
+{
+    RunLater(CommandID::SubAdaptive);
+}
+
+void IAController::ProjectSamples()
+{
+    RunLater(CommandID::Projection);
+}
+
+void IAController::BuildInitialMesh()
+{
+    RunLater(CommandID::Reconstruction);
+}
+
+void IAController::RefineHierarchical()
+{
+    RunLater(CommandID::Smooth);
+}
+
+void IAController::RefineIncremental()
+{
+    m_pIncrementalCommand = RunLater(CommandID::ReconstructionSmooth);
+}
+
+void IAController::RefineTwoStep()
+{
+    m_pTwoStepCommand = RunLater(CommandID::ReconstructionSmoothTwoStep);
+}
+
+void IAController::RefineEnergy()
+{
+    RunLater(CommandID::ReconstructionSmoothEnergyFunction);
+}
+
+void IAController::OptimizeMesh(int /*mode*/)
+{
+    RunLater(CommandID::RefineMesh);
+}
+
+void IAController::Simplify(float /*ratio*/)
+{
+    RunLater(CommandID::Simplify);
+}
+
+void IAController::SetMaterialOfSelection()
+{
+    RunLater(CommandID::SetMaterial);
+}
+
+void IAController::GenerateSplats()
+{
+    RunLater(CommandID::GenerateSplat);
+}
+
+void IAController::TwoStepFirst()
+{
+    RunTwoStep("first");
+}
+
+void IAController::TwoStepSecond()
+{
+    RunTwoStep("second");
+}
+
+void IAController::TwoStepThird()
+{
+    RunTwoStep("third");
+}
+
+void IAController::RunTwoStep(const char* step)
+{
+    if (m_pTwoStepCommand == nullptr)
+    {
+        throw Failure(std::string("the ") + step +
+                      " step needs a two-step refinement that has run: run it first (\"两步对应算法\")");
+    }
+    throw Failure(std::string("the ") + step +
+                  " step of two-step refinement comes with a later version of Tessarine");
+}
+
+void IAController::Restore(const Checkpoint& checkpoint) noexcept
+{
+    m_pIncrementalCommand = checkpoint.incrementalCommand;
+    m_pTwoStepCommand = checkpoint.twoStepCommand;
+}
+}

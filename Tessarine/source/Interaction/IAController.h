@@ -1,0 +1,102 @@
+#pragma once
+#include "MANBrepElementManager.h"
+#include "MANSceneManager.h"
+#include <optional>
+
+namespace tessarine
+{
+class IACommand;
+class MANCommandManager;
+class Open3DView;
+
+/// Holds the two stores of one document, and is the only door to the commands on them: an operation here is
+/// one entry of the menu, or one word of a batch run.
+///
+/// Every command operation follows one recipe: create a command by id, hand it what it needs, run it, keep it
+/// in the history, redraw. An operation throws what ends its command; the stores are then in no defined
+/// state, and whoever runs the operation for the user puts them back (IAWorkbench::Perform).
+class IAController
+{
+public:
+    IAController() = default;
+    IAController(const IAController&) = delete;
+    IAController& operator=(const IAController&) = delete;
+
+    /// Joins the controller to a view, and the view to the controller and its stores.
+    void SetView(Open3DView* view);
+    void SetCommandManager(MANCommandManager* manager) { m_pCommandManager = manager; }
+
+    /// Empties the stores before an import. Lights, cut faces, materials and the list of the selection stay.
+    void ResetModels();
+    /// Empties the stores of a new document.
+    void ClearModels();
+    void Redraw();
+
+    MANSceneManager& GetSceneManager() { return m_SceneManager; }
+    const MANSceneManager& GetSceneManager() const { return m_SceneManager; }
+    MANBrepElementManager& GetElementManager() { return m_ElementManager; }
+    const MANBrepElementManager& GetElementManager() const { return m_ElementManager; }
+    MANSceneGroup* GetRootGroup() const { return m_SceneManager.GetRootGroup(); }
+
+    /// Asks for an OBJ file and puts its model in the place of the current one. Nothing when the user
+    /// cancels. Fails   A name that ends in neither ".obj" nor ".OBJ" gives a message box; the models are
+    /// untouched.
+    void ImportObj();
+    /// Asks for a name and writes the visible solids there.
+    /// Kept    The file lands in the folder that the dialog made the current one.
+    void ExportObj();
+
+    void SubdivideLoop();
+    void SubdivideAdaptive();
+    void ProjectSamples();
+    void BuildInitialMesh();
+    void RefineHierarchical();
+    void RefineIncremental();
+    void RefineTwoStep();
+    void RefineEnergy();
+    /// @param mode 1 to 3
+    void OptimizeMesh(int mode);
+    /// @param ratio the share of the faces that goes, 0 to 1: the menu's "20%" is 0.8
+    void Simplify(float ratio);
+    void SetMaterialOfSelection();
+    void GenerateSplats();
+    /// The three steps of the command that the last RefineTwoStep kept. Failure where there is none.
+    void TwoStepFirst();
+    void TwoStepSecond();
+    void TwoStepThird();
+
+    /// The last command of its kind, which the history owns; null before the first.
+    IACommand* GetIncrementalCommand() const { return m_pIncrementalCommand; }
+    IACommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
+
+    using ElementCheckpoint = std::optional<MANBrepElementManager::Checkpoint>;
+
+    /// Where the next ResetModels moves the elements instead of destroying them, as long as nothing is there;
+    /// null ends it.
+    void SetElementsAside(ElementCheckpoint* place) { m_pElementsAside = place; }
+
+    /// What a command can change here, beside the stores.
+    struct Checkpoint
+    {
+        IACommand* incrementalCommand = nullptr;
+        IACommand* twoStepCommand = nullptr;
+    };
+    Checkpoint Save() const { return {m_pIncrementalCommand, m_pTwoStepCommand}; }
+    void Restore(const Checkpoint& checkpoint) noexcept;
+
+private:
+    template <class TCommand, class THandOver>
+    TCommand* Run(unsigned nCommandID, THandOver handOver);
+    IACommand* RunLater(unsigned nCommandID);
+    void RunTwoStep(const char* step);
+    void EmptyElements();
+
+    MANCommandManager* m_pCommandManager = nullptr;
+    Open3DView* m_pView = nullptr;
+    MANSceneManager m_SceneManager;
+    MANBrepElementManager m_ElementManager;
+    IACommand* m_pIncrementalCommand = nullptr;
+    IACommand* m_pTwoStepCommand = nullptr;
+    ElementCheckpoint* m_pElementsAside = nullptr;
+};
+}

@@ -1,0 +1,196 @@
+#include "IAWorkbench.h"
+#include "Assert.h"
+#include "CExcp.h"
+#include "Console.h"
+#include "Failure.h"
+#include "File.h"
+#include "Platform.h"
+#include <exception>
+#include <new>
+
+namespace tessarine
+{
+namespace
+{
+constexpr char kModelStays[] = "; the model is as it was";
+
+/// A sentence for an exception of the system that carries no message.
+std::string DescribeByClass(const IException& exception)
+{
+    if (dynamic_cast<const CExcpDivideZero*>(&exception) != nullptr)
+    {
+        return "a division by zero, or a vector of length zero";
+    }
+    if (dynamic_cast<const CExcpSingularMatrix*>(&exception) != nullptr)
+    {
+        return "a matrix that has no inverse";
+    }
+    if (dynamic_cast<const CExcpOutOfRange*>(&exception) != nullptr)
+    {
+        return "an index beyond the end of its list";
+    }
+    return "an error that has no description";
+}
+
+/// Why the operation ended, by the exception that is being handled.
+std::string DescribeFailure()
+{
+    try
+    {
+        throw;
+    }
+    catch (const AssertionFailure& failure)
+    {
+        const AssertionSite& site = failure.GetSite();
+        return std::string("an internal check failed: ") + site.expression + " (" + site.path + ", line " +
+               std::to_string(site.line) + ")" + kModelStays;
+    }
+    catch (const Failure& failure)
+    {
+        return failure.GetMessage();
+    }
+    catch (const IException& exception)
+    {
+        const std::string& message = exception.GetMessage();
+        return (message.empty() ? DescribeByClass(exception) : message) + kModelStays;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return std::string("not enough memory") + kModelStays;
+    }
+    catch (const std::exception& exception)
+    {
+        return exception.what();
+    }
+    catch (...)
+    {
+        return std::string("an unknown error") + kModelStays;
+    }
+}
+
+/// Tells the user about the exception that is being handled.
+void ShowFailure(const std::string& operation) noexcept
+{
+    try
+    {
+        GetPlatform().ShowFailure(operation, DescribeFailure());
+    }
+    catch (...) // no memory even for the message: the caller still learns that the operation failed
+    {
+    }
+}
+
+void FinishReports() noexcept
+{
+    try
+    {
+        EndAssertionReports();
+        DebugConsole().Flush();
+    }
+    catch (...) // no memory for the counts; the reports themselves are out
+    {
+    }
+}
+
+/// Any file: the framework's dialogs have no filter of the system's own.
+FileQuestion AnyFile()
+{
+    return {"所有文件(*.*)|*.*||", ""};
+}
+}
+
+IAWorkbench::IAWorkbench() : m_pController(std::make_unique<IAController>())
+{
+    NewDocument();
+}
+
+bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
+{
+    BeginAssertionReports();
+    const bool done = RunOrRestore(operation, effect, action);
+    if (!done && effect != Effect::None)
+    {
+        RedrawAfterFailure();
+    }
+    FinishReports();
+    return done;
+}
+
+bool IAWorkbench::RunOrRestore(const std::string& operation, Effect effect,
+                               const std::function<void()>& action)
+{
+    try
+    {
+        IACheckpoint before(*m_pController, m_View, m_CommandManager, effect);
+        try
+        {
+            action();
+        }
+        catch (...)
+        {
+            before.Restore();
+            throw;
+        }
+        return true;
+    }
+    catch (...)
+    {
+        ShowFailure(operation);
+        return false;
+    }
+}
+
+/// The operation may have shown some of what is no more.
+void IAWorkbench::RedrawAfterFailure() noexcept
+{
+    try
+    {
+        m_View.Redraw();
+    }
+    catch (...) // the user has been told already; the next frame shows the model
+    {
+    }
+}
+
+void IAWorkbench::NewDocument()
+{
+    auto controller = std::make_unique<IAController>();
+    ConnectController(*controller);
+    m_View.Redraw();
+    m_pController = std::move(controller);
+}
+
+void IAWorkbench::ConnectController(IAController& controller)
+{
+    controller.SetView(&m_View);
+    controller.SetCommandManager(&m_CommandManager);
+    controller.ClearModels();
+}
+
+void IAWorkbench::ImportObj()
+{
+    {
+        const CurrentFolderGuard folder;
+        m_pController->ImportObj();
+    }
+    m_pController->Redraw();
+}
+
+void IAWorkbench::ExportObj()
+{
+    const CurrentFolderGuard folder;
+    m_pController->ExportObj();
+}
+
+void IAWorkbench::OpenDocument()
+{
+    const CurrentFolderGuard folder;
+    GetPlatform().AskOpenFile(AnyFile());
+}
+
+void IAWorkbench::SaveDocument()
+{
+    const CurrentFolderGuard folder;
+    GetPlatform().AskSaveFile(AnyFile());
+}
+}

@@ -1,0 +1,64 @@
+#pragma once
+#include "IACheckpoint.h"
+#include "IAController.h"
+#include "MANCommandManager.h"
+#include "Open3DView.h"
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tessarine
+{
+/// What the document and the view do together, without any window: the one controller of the current
+/// document, the view and the command history that outlive it, and the boundary that every operation of the
+/// user passes.
+class IAWorkbench
+{
+public:
+    /// With an empty document.
+    IAWorkbench();
+    IAWorkbench(const IAWorkbench&) = delete;
+    IAWorkbench& operator=(const IAWorkbench&) = delete;
+
+    IAController& GetController() { return *m_pController; }
+    const IAController& GetController() const { return *m_pController; }
+    Open3DView& GetView() { return m_View; }
+    const Open3DView& GetView() const { return m_View; }
+    MANCommandManager& GetCommandManager() { return m_CommandManager; }
+    const MANCommandManager& GetCommandManager() const { return m_CommandManager; }
+
+    /// Runs what a user asked for, and alone catches what ends it: nothing that a file or a user supplies
+    /// ends the process.
+    ///
+    /// Fails   The user is told once (Platform::ShowFailure), and model, selection, overlays and history are
+    ///         exactly as before: same records at the same addresses, same ids, same order.
+    /// @param operation names it to the user
+    /// @return whether it ran to its end
+    bool Perform(const std::string& operation, Effect effect, const std::function<void()>& action);
+
+    // What follows throws, and is to be run through Perform.
+
+    /// A fresh controller takes the place of the old one; camera, display flags and history stay.
+    void NewDocument();
+
+    /// Effect::ReplacesModel. The controller's ImportObj; the current folder is afterwards what it was.
+    void ImportObj();
+    /// Effect::None. The same for ExportObj.
+    void ExportObj();
+
+    /// Effect::None. The framework's file commands: they ask for a file, and read and write nothing, as
+    /// models come and go by ImportObj and ExportObj.
+    void OpenDocument();
+    void SaveDocument();
+
+private:
+    bool RunOrRestore(const std::string& operation, Effect effect, const std::function<void()>& action);
+    void ConnectController(IAController& controller);
+    void RedrawAfterFailure() noexcept;
+
+    // The history goes last: a command may hold what the overlays of the view point at.
+    MANCommandManager m_CommandManager;
+    Open3DView m_View;
+    std::unique_ptr<IAController> m_pController;
+};
+}

@@ -1,0 +1,103 @@
+#include "MANCommandManager.h"
+#include "Assert.h"
+#include "Failure.h"
+#include "IASubLOOPCommand.h"
+#include "Platform.h"
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace tessarine
+{
+namespace
+{
+using CommandMaker = std::unique_ptr<IACommand> (*)();
+
+template <class TCommand>
+std::unique_ptr<IACommand> Make()
+{
+    return std::make_unique<TCommand>();
+}
+
+/// A class of commands. One that comes with a later version has no maker.
+struct CommandClass
+{
+    unsigned id;
+    const char* operation; ///< what it does, to the user
+    CommandMaker make;
+};
+
+constexpr CommandClass kCommandClasses[] = {
+    {CommandID::CameraMove, "panning the camera", nullptr},
+    {CommandID::CameraZoom, "zooming the camera", nullptr},
+    {CommandID::CameraOrbit, "orbiting the model", nullptr},
+    {CommandID::CameraAround, "looking around", nullptr},
+    {CommandID::SubLOOP, "Loop subdivision", Make<IASubLOOPCommand>},
+    {CommandID::SubAdaptive, "adaptive subdivision", nullptr},
+    {CommandID::Select, "selecting elements", nullptr},
+    {CommandID::DrawSplat, "drawing a splat", nullptr},
+    {CommandID::GenerateSplat, "generating splats", nullptr},
+    {CommandID::Projection, "projection sampling", nullptr},
+    {CommandID::Reconstruction, "building the initial mesh", nullptr},
+    {CommandID::Smooth, "hierarchical refinement", nullptr},
+    {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
+    {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
+    {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
+    {CommandID::Simplify, "simplification", nullptr},
+    {CommandID::RefineMesh, "mesh optimisation", nullptr},
+    {CommandID::MoveVertex, "moving vertices", nullptr},
+    {CommandID::MoveFace, "moving faces", nullptr},
+    {CommandID::MoveSolid, "moving solids", nullptr},
+    {CommandID::SetMaterial, "setting a material", nullptr},
+};
+}
+
+MANCommandManager::~MANCommandManager()
+{
+    for (auto& command : m_History)
+    {
+        command.reset();
+    }
+}
+
+std::unique_ptr<IACommand> MANCommandManager::CreateCommand(unsigned id)
+{
+    const auto found = std::find_if(std::begin(kCommandClasses), std::end(kCommandClasses),
+                                    [id](const CommandClass& entry) { return entry.id == id; });
+    if (found == std::end(kCommandClasses))
+    {
+        ShowMessage("This command does not exist!");
+        return nullptr;
+    }
+    if (found->make == nullptr)
+    {
+        throw Failure(std::string(found->operation) + " comes with a later version of Tessarine");
+    }
+    return found->make();
+}
+
+void MANCommandManager::StoreCommand(std::unique_ptr<IACommand>&& command)
+{
+    ASSERT(command != nullptr);
+    // Kept: the truncation of an undo stack that was never finished. The count keeps up with the size, so
+    // that there is nothing to cut.
+    while (m_nCurrent < static_cast<int>(m_History.size()) - 1)
+    {
+        m_History.pop_back();
+    }
+    if (command->IsUndoable())
+    {
+        m_History.push_back(std::move(command));
+        ++m_nCurrent;
+    }
+}
+
+void MANCommandManager::Restore(const Checkpoint& checkpoint) noexcept
+{
+    while (m_History.size() > checkpoint.size)
+    {
+        m_History.pop_back();
+    }
+    m_nCurrent = checkpoint.current;
+}
+}

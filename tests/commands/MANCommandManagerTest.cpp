@@ -1,0 +1,160 @@
+#include "MANCommandManager.h"
+#include "Capture.h"
+#include "Failure.h"
+#include <gmock/gmock.h>
+
+namespace tessarine
+{
+namespace
+{
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A command that tells when it is deleted.
+class TellingCommand : public IACommand
+{
+public:
+    TellingCommand(std::vector<int>& deleted, int name, bool undoable = true)
+        : IACommand(undoable), m_Deleted(deleted), m_nName(name)
+    {
+    }
+    ~TellingCommand() override { m_Deleted.push_back(m_nName); }
+
+private:
+    std::vector<int>& m_Deleted;
+    int m_nName;
+};
+
+TEST(Command, HasStepsThatDoNothingUntilAClassHasThem)
+{
+    class Plain : public IACommand
+    {
+    };
+    Plain command;
+    command.Execute();
+    command.Undo();
+    command.Reserve1();
+    command.Reserve2();
+    EXPECT_TRUE(command.IsUndoable());
+}
+
+class UnknownId : public testing::TestWithParam<unsigned>
+{
+};
+
+TEST_P(UnknownId, ShowsAMessageAndGivesNothing)
+{
+    const MessageCapture messages;
+    EXPECT_EQ(MANCommandManager::CreateCommand(GetParam()), nullptr);
+    EXPECT_THAT(messages.GetTexts(), ElementsAre("This command does not exist!"));
+}
+
+INSTANTIATE_TEST_SUITE_P(GapsAndStrangers, UnknownId,
+                         testing::Values(0x6000005U, 0x7000003U, 0U, 0x1000000U, 0x1000005U, 0x8000002U,
+                                         0xFFFFFFFFU));
+
+/// What CreateCommand says of a class that this version does not have; empty when it makes one.
+std::string RefusalOf(unsigned id)
+{
+    const MessageCapture messages;
+    try
+    {
+        const auto command = MANCommandManager::CreateCommand(id);
+        return command != nullptr ? "" : "no such id";
+    }
+    catch (const Failure& failure)
+    {
+        EXPECT_THAT(messages.GetTexts(), IsEmpty());
+        return failure.GetMessage();
+    }
+}
+
+TEST(CommandManager, MakesALoopSubdivision)
+{
+    EXPECT_EQ(RefusalOf(0x4000001), "");
+}
+
+TEST(CommandManager, RefusesByNameWhatComesLater)
+{
+    EXPECT_EQ(RefusalOf(0x1000001), "panning the camera comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x1000002), "zooming the camera comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x1000003), "orbiting the model comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x1000004), "looking around comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x4000002), "adaptive subdivision comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x5000001), "selecting elements comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x5000002), "drawing a splat comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x5000003), "generating splats comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000001), "projection sampling comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000002), "building the initial mesh comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000008), "simplification comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x6000009), "mesh optimisation comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x7000001), "moving vertices comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x7000002), "moving faces comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x7000004), "moving solids comes with a later version of Tessarine");
+    EXPECT_EQ(RefusalOf(0x8000001), "setting a material comes with a later version of Tessarine");
+}
+
+TEST(CommandManager, KeepsEveryCommandThatItStores)
+{
+    std::vector<int> deleted;
+    {
+        MANCommandManager manager;
+        EXPECT_EQ(manager.GetHistorySize(), 0U);
+        EXPECT_EQ(manager.GetCurrent(), 0);
+        for (int n = 1; n <= 5; ++n)
+        {
+            manager.StoreCommand(std::make_unique<TellingCommand>(deleted, n));
+            EXPECT_EQ(manager.GetHistorySize(), static_cast<std::size_t>(n));
+            EXPECT_EQ(manager.GetCurrent(), n);
+        }
+        EXPECT_THAT(deleted, IsEmpty());
+    }
+    EXPECT_THAT(deleted, ElementsAre(1, 2, 3, 4, 5)); // in index order
+}
+
+TEST(CommandManager, LeavesACommandThatCannotBeUndoneToItsCaller)
+{
+    std::vector<int> deleted;
+    MANCommandManager manager;
+    std::unique_ptr<IACommand> command = std::make_unique<TellingCommand>(deleted, 1, false);
+    manager.StoreCommand(std::move(command));
+    EXPECT_NE(command, nullptr); // NOLINT(bugprone-use-after-move): that it was not moved is the point
+    EXPECT_EQ(manager.GetHistorySize(), 0U);
+    EXPECT_EQ(manager.GetCurrent(), 0);
+    EXPECT_THAT(deleted, IsEmpty());
+}
+
+TEST(CommandManager, AssertsThatAStoredCommandIsThere)
+{
+    const AssertionCapture assertions;
+    MANCommandManager manager;
+    EXPECT_THROW(manager.StoreCommand(nullptr), AssertionFailure);
+}
+
+TEST(CommandManager, DeletesAReleasedCommandAndAcceptsNone)
+{
+    std::vector<int> deleted;
+    MANCommandManager::ReleaseCommand(std::make_unique<TellingCommand>(deleted, 1));
+    MANCommandManager::ReleaseCommand(nullptr);
+    EXPECT_THAT(deleted, ElementsAre(1));
+}
+
+TEST(CommandManager, GoesBackToACheckpoint)
+{
+    std::vector<int> deleted;
+    MANCommandManager manager;
+    manager.StoreCommand(std::make_unique<TellingCommand>(deleted, 1));
+    const auto before = manager.Save();
+    manager.StoreCommand(std::make_unique<TellingCommand>(deleted, 2));
+    manager.StoreCommand(std::make_unique<TellingCommand>(deleted, 3));
+    manager.Restore(before);
+    EXPECT_THAT(deleted, ElementsAre(3, 2));
+    EXPECT_EQ(manager.GetHistorySize(), 1U);
+    EXPECT_EQ(manager.GetCurrent(), 1);
+}
+}
+}
