@@ -161,11 +161,12 @@ TEST_F(BoundaryTest, SaysOfOtherExceptionsThatTheyHaveNoDescription)
     EXPECT_EQ(GetReasonFor(CExcpUnknown()), "an error that has no description; the model is as it was");
 }
 
-TEST_F(BoundaryTest, ShowsTheContextOfAnException)
+TEST_F(BoundaryTest, PutsTheContextBeforeTheClassOfAnException)
 {
     CExcpDivideZero exception;
     exception.AddContext("in face 3");
-    EXPECT_EQ(GetReasonFor(exception), "( in face 3 ) ; the model is as it was");
+    EXPECT_EQ(GetReasonFor(exception),
+              "( in face 3 ) a division by zero, or a vector of length zero; the model is as it was");
 }
 
 TEST_F(BoundaryTest, StopsWhatIsNoException)
