@@ -165,7 +165,7 @@ public:
         m_pTable = &found->second;
     }
 
-    std::size_t size() const { return m_pTable->live.size(); }
+    std::size_t CountSlots() const { return m_pTable->live.size(); }
     std::size_t CountLive() const { return m_pTable->CountLive(); }
     Link GetID(std::size_t slot) const { return static_cast<Link>(slot) | m_nTag; }
 
@@ -173,7 +173,7 @@ public:
     template <class TVisit>
     void ForEach(TVisit visit) const
     {
-        for (std::size_t slot = 0; slot < size(); ++slot)
+        for (std::size_t slot = 0; slot < CountSlots(); ++slot)
         {
             if (m_pTable->live[slot])
             {
@@ -185,7 +185,7 @@ public:
     bool IsLive(Link id) const
     {
         const Link slot = id - m_nTag;
-        return id != kNull && slot >= 0 && slot < static_cast<Link>(size()) &&
+        return id != kNull && slot >= 0 && slot < static_cast<Link>(CountSlots()) &&
                m_pTable->live[static_cast<std::size_t>(slot)];
     }
 
@@ -227,9 +227,9 @@ public:
           m_Edges(reader, "edges", 0x80000000),
           m_Loops(reader, "loops", 0xA0000000),
           m_Faces(reader, "faces", 0xC0000000),
-          m_EdgeUsers(m_Edges.size()),
-          m_LoopUsers(m_Loops.size()),
-          m_VertexUsers(m_Vertices.size())
+          m_EdgeUsers(m_Edges.CountSlots()),
+          m_LoopUsers(m_Loops.CountSlots()),
+          m_VertexUsers(m_Vertices.CountSlots())
     {
     }
 
@@ -354,7 +354,7 @@ private:
             Demand(m_HalfEdges.Get("loop", h) == loop, m_Loops.Describe(loop), "runs over", m_HalfEdges, h);
             ++length;
             h = m_HalfEdges.Get("next", h);
-        } while (h != first && length <= m_HalfEdges.size());
+        } while (h != first && length <= m_HalfEdges.CountSlots());
         if (length != m_LoopUsers[m_Loops.Slot(loop)])
         {
             throw Breach(m_Loops.Describe(loop) + " has " + std::to_string(length) +
@@ -400,7 +400,7 @@ private:
     /// The solid that lists each live element of a kind, in slot order; every one is listed exactly once.
     std::vector<Link> FindOwners(const Elements& kind, const char* field) const
     {
-        std::vector<Link> owners(kind.size(), kNull);
+        std::vector<Link> owners(kind.CountSlots(), kNull);
         m_Solids.ForEach(
             [&](Link solid)
             {

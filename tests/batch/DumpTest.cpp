@@ -171,10 +171,10 @@ TEST(Dump, WritesSelectionOverlaysAndCutFaces)
 
     const std::string text = stores.Dump();
     const nlohmann::json dump = nlohmann::json::parse(text);
-    EXPECT_EQ(dump["selection"]["ids"], nlohmann::json({1}));
+    EXPECT_EQ(dump["selection"]["ids"], nlohmann::json::array({1}));
     EXPECT_EQ(dump["vertices"][1]["selected"], true);
     EXPECT_EQ(dump["vertices"][0]["selected"], false);
-    EXPECT_EQ(dump["view"]["hover"], nlohmann::json({0}));
+    EXPECT_EQ(dump["view"]["hover"], nlohmann::json::array({0}));
     EXPECT_EQ(dump["view"]["newMesh"], 0xE0000000U);
     EXPECT_THAT(text, HasSubstr(R"("pointCloud": [[1,2,3],[0.5,0,0]], "pointNormals": [[0,0,1]], )"
                                 R"("projectedPoints": [[0,1,0]])"));

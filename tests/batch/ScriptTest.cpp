@@ -11,6 +11,7 @@ namespace
 std::vector<std::string> NamesIn(const std::vector<OperationCall>& calls)
 {
     std::vector<std::string> names;
+    names.reserve(calls.size());
     for (const OperationCall& call : calls)
     {
         names.emplace_back(call.pOperation->name);
