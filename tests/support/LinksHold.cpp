@@ -127,7 +127,8 @@ private:
                                  pSecond->GetVertex() == pFirst->GetNext()->GetVertex();
         const bool runsAlong = pFirst->GetVertex() == pSecond->GetVertex() &&
                                pFirst->GetNext()->GetVertex() == pSecond->GetNext()->GetVertex();
-        Demand(runsAgainst || runsAlong || m_Rules.allowTornEdges, "the two half-edges of an edge join the same vertices", edge);
+        Demand(runsAgainst || runsAlong || m_Rules.allowTornEdges,
+               "the two half-edges of an edge join the same vertices", edge);
         Demand(runsAgainst || m_Rules.allowSameDirection || m_Rules.allowTornEdges,
                "the two half-edges of an edge run in opposite directions", edge);
     }
