@@ -1,11 +1,16 @@
 # What every target of the house is built with, and how a layer is declared.
 
+# A compiler cache with a base folder hands the compiler paths relative to the build folder.
+file(RELATIVE_PATH relativeSource "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
+
 add_library(HouseFlags INTERFACE)
 target_compile_options(HouseFlags INTERFACE
   -ffp-contract=off # the same bits on every machine
   # An assertion names its source by the path below Tessarine/.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
-  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/Tessarine/=")
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/Tessarine/="
+  "-fmacro-prefix-map=${relativeSource}="
+  "-fmacro-prefix-map=${relativeSource}Tessarine/=")
 target_compile_definitions(HouseFlags INTERFACE
   TESSARINE_ASSERTIONS=$<BOOL:${TESSARINE_ASSERTIONS}>)
 

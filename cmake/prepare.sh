@@ -1,7 +1,7 @@
 # Shared by ./run and ./test: puts on the machine what is missing, and configures and builds.
 # Every step says in a line what it does; a failure ends in one sentence that says what to do.
 
-say() { printf '\033[1m==\033[0m %s\n' "$*"; }
+say() { if [ -t 1 ]; then printf '\033[1m==\033[0m %s\n' "$*"; else printf '== %s\n' "$*"; fi; }
 die() {
   printf 'tessarine: %s\n' "$*" >&2
   exit 1

@@ -1,7 +1,6 @@
 #include "GifReader.h"
 #include "ImageDecoding.h"
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <gif_lib.h>
 #include <memory>
@@ -111,6 +110,20 @@ private:
         }
     }
 
+    /// A line at a time: a short file may have a large screen.
+    static void Fill(Image& screen, const GifColorType& colour)
+    {
+        std::vector<std::uint8_t> line;
+        for (int x = 0; x < screen.width; ++x)
+        {
+            line.insert(line.end(), {colour.Red, colour.Green, colour.Blue});
+        }
+        for (int row = 0; row < screen.height; ++row)
+        {
+            std::memcpy(GetRow(screen, row), line.data(), line.size());
+        }
+    }
+
     /// The screen in its background colour; black where the file names none.
     Image MakeScreen() const
     {
@@ -120,12 +133,7 @@ private:
         const ColorMapObject* colours = m_pGif->SColorMap;
         if (colours != nullptr && m_pGif->SBackGroundColor < colours->ColorCount)
         {
-            const GifColorType& back = colours->Colors[m_pGif->SBackGroundColor];
-            const std::array<std::uint8_t, 3> pixel = {back.Red, back.Green, back.Blue};
-            for (std::size_t i = 0; i < screen.pixels.size(); ++i)
-            {
-                screen.pixels[i] = pixel[i % 3];
-            }
+            Fill(screen, colours->Colors[m_pGif->SBackGroundColor]);
         }
         return screen;
     }

@@ -82,6 +82,7 @@ private:
         png_set_user_limits(m_pPng, kMostPixelsASide, kMostPixelsASide);
         png_set_chunk_malloc_max(m_pPng, kMostChunkBytes);
         png_read_info(m_pPng, m_pInfo);
+        m_nPackedBytes = png_get_rowbytes(m_pPng, m_pInfo) * png_get_image_height(m_pPng, m_pInfo);
         png_set_expand(m_pPng); // palettes, small greys and transparent colours to whole bytes
         png_set_scale_16(m_pPng);
         png_set_interlace_handling(m_pPng);
@@ -91,9 +92,7 @@ private:
     /// A picture that cannot come out of so few bytes is refused before it is allocated.
     void CheckLength() const
     {
-        const std::size_t bits = std::size_t{png_get_image_width(m_pPng, m_pInfo)} *
-                                 png_get_image_height(m_pPng, m_pInfo); // at least one a pixel
-        if (bits / 8 > m_nFileBytes * kMostDeflation)
+        if (m_nPackedBytes > m_nFileBytes * kMostDeflation)
         {
             throw ImageFault("the file ends before its picture does");
         }
@@ -102,6 +101,7 @@ private:
     LibraryCall m_Call;
     std::string_view m_Bytes;
     std::size_t m_nFileBytes;
+    std::size_t m_nPackedBytes = 0; ///< of all rows as the file has them
     png_structp m_pPng;
     png_infop m_pInfo = nullptr;
 };

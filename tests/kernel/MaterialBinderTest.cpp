@@ -1,1 +1,193 @@
+#include "Capture.h"
+#include "Meshes.h"
 #include <gtest/gtest.h>
+
+namespace tessarine
+{
+namespace
+{
+using Lines = std::vector<std::string>;
+
+class MaterialBinding : public testing::Test
+{
+protected:
+    DSMaterial* AddMaterial(const std::string& name)
+    {
+        DSMaterial* pMaterial = m_Manager.GetMaterialManager().NewMaterial();
+        pMaterial->m_Name = name;
+        return pMaterial;
+    }
+
+    /// A fan with one face for each group.
+    DSSolid* Load(const IndexList& faceGroups, const GroupNameMap& groupNames)
+    {
+        const IndexedMesh mesh = OpenFan(static_cast<int>(faceGroups.size()));
+        return m_Manager.LoadMaterialSolid(mesh.positions, mesh.indices, mesh.faceSizes, {}, {}, faceGroups,
+                                           groupNames, false);
+    }
+    DSSolid* LoadTextured(const IndexList& faceGroups, const GroupNameMap& groupNames,
+                          const TextureNameMap& textureMaps)
+    {
+        const IndexedMesh mesh = OpenFan(static_cast<int>(faceGroups.size()));
+        return m_Manager.LoadTexturedSolid(mesh.positions, mesh.indices, mesh.faceSizes, {}, {}, faceGroups,
+                                           groupNames, textureMaps, false);
+    }
+    DSMaterial* Default() { return &m_Manager.GetMaterialManager().GetDefaultMaterial(); }
+
+    static std::vector<DSMaterial*> MaterialsOf(DSSolid* solid)
+    {
+        std::vector<DSMaterial*> materials;
+        for (DSFace* pFace : solid->GetFaceList())
+        {
+            materials.push_back(pFace->GetMaterial());
+        }
+        return materials;
+    }
+
+    MANBrepElementManager m_Manager;
+    AssertionCapture m_Assertions;
+    ConsoleCapture m_Console;
+};
+
+using Materials = std::vector<DSMaterial*>;
+}
+
+TEST(MaterialManager, MakesTheDefaultMaterialOfTheTable)
+{
+    const MANMaterialManager manager;
+    const DSMaterial& material = manager.GetDefaultMaterial();
+    EXPECT_EQ(material.m_Name, "Default_Mat");
+    EXPECT_EQ(material.m_Ambient.x, 1.0F);
+    EXPECT_EQ(material.m_Diffuse.y, 1.0F);
+    EXPECT_EQ(material.m_Specular.z, 0.75F);
+    EXPECT_EQ(material.m_Emission.x, 0.0F);
+    EXPECT_EQ(material.m_fShininess, 40.0F);
+    EXPECT_EQ(material.m_fTransparency, 1.0F);
+    EXPECT_EQ(material.m_pTexture, nullptr);
+}
+
+TEST(MaterialManager, AppendsWhatItMakes)
+{
+    MANMaterialManager manager;
+    DSMaterial* pMaterial = manager.NewMaterial();
+    EXPECT_EQ(pMaterial->m_Name, "");
+    EXPECT_EQ(manager.GetMaterialList().back().get(), pMaterial);
+    DSTexture* pTexture = manager.NewTexture();
+    EXPECT_EQ(manager.GetTextureList().back().get(), pTexture);
+    DSTextureBinding* pBinding = manager.NewImage();
+    EXPECT_EQ(manager.GetImageList().back().get(), pBinding);
+}
+
+TEST(MaterialManager, RestoresValuesAndLengths)
+{
+    MANMaterialManager manager;
+    DSMaterial* pMaterial = manager.NewMaterial();
+    pMaterial->m_Name = "before";
+    auto saved = manager.Save();
+    pMaterial->m_Name = "after";
+    manager.GetDefaultMaterial().m_fShininess = 1;
+    manager.NewMaterial();
+    manager.NewTexture();
+    manager.NewImage();
+    manager.Restore(std::move(saved));
+    ASSERT_EQ(manager.GetMaterialList().size(), 1U);
+    EXPECT_EQ(manager.GetMaterialList()[0].get(), pMaterial);
+    EXPECT_EQ(pMaterial->m_Name, "before");
+    EXPECT_EQ(manager.GetDefaultMaterial().m_fShininess, 40.0F);
+    EXPECT_TRUE(manager.GetTextureList().empty());
+    EXPECT_TRUE(manager.GetImageList().empty());
+}
+
+TEST_F(MaterialBinding, PutsTheMaterialOnTheFirstFaceOfARunAlone)
+{
+    DSMaterial* pRed = AddMaterial("red");
+    DSMaterial* pBlue = AddMaterial("blue");
+    EXPECT_EQ(MaterialsOf(Load({1, 1, 2, 2, 2, 1}, {{1, "red"}, {2, "blue"}})),
+              (Materials{pRed, nullptr, pBlue, nullptr, nullptr, pRed}));
+}
+
+TEST_F(MaterialBinding, StartsARunOfNoGroupWithTheDefaultMaterial)
+{
+    DSMaterial* pRed = AddMaterial("red");
+    EXPECT_EQ(MaterialsOf(Load({0, 0, 1, 0, 0}, {{1, "red"}})),
+              (Materials{Default(), nullptr, pRed, Default(), nullptr}));
+}
+
+TEST_F(MaterialBinding, GivesAGroupWithoutAMaterialTheDefaultMaterial)
+{
+    AddMaterial("red");
+    EXPECT_EQ(MaterialsOf(Load({7, 7, 8}, {{7, "green"}})), (Materials{Default(), nullptr, Default()}));
+}
+
+TEST_F(MaterialBinding, BindsTwoGroupsOfOneName)
+{
+    DSMaterial* pRed = AddMaterial("red");
+    EXPECT_EQ(MaterialsOf(Load({1, 2}, {{1, "red"}, {2, "red"}})), (Materials{pRed, pRed}));
+}
+
+TEST_F(MaterialBinding, TakesTheLastOfSeveralMaterialsOfOneName)
+{
+    AddMaterial("red");
+    DSMaterial* pLast = AddMaterial("red");
+    EXPECT_EQ(MaterialsOf(Load({1}, {{1, "red"}})), Materials{pLast});
+}
+
+TEST_F(MaterialBinding, ComparesNamesUpToTheirFirstZero)
+{
+    DSMaterial* pRed = AddMaterial(std::string("red\0dish", 8));
+    EXPECT_EQ(MaterialsOf(Load({1}, {{1, std::string("red\0", 4)}})), Materials{pRed});
+}
+
+TEST_F(MaterialBinding, NeedsAGroupForEachFace)
+{
+    const IndexedMesh mesh = OpenFan(2);
+    EXPECT_THROW(
+        m_Manager.LoadMaterialSolid(mesh.positions, mesh.indices, mesh.faceSizes, {}, {}, {1}, {}, false),
+        AssertionFailure);
+#if TESSARINE_ASSERTIONS
+    EXPECT_EQ(m_Assertions.GetExpressions().size(), 1U);
+#endif
+}
+
+TEST_F(MaterialBinding, SaysNothingOfTheNamesWithoutTextures)
+{
+    AddMaterial("red");
+    Load({1}, {{1, "red"}});
+    EXPECT_EQ(m_Console.GetLines(), (Lines{"texcoord number: 0", "texcoord index number: 0"}));
+}
+
+TEST_F(MaterialBinding, SaysTheTwoNamesOfEachComparisonWithTextures)
+{
+    DSMaterial* pRed = AddMaterial("red");
+    DSMaterial* pBlue = AddMaterial("blue");
+    DSSolid* pSolid = LoadTextured({1, 2, 3}, {{1, "blue"}, {2, "red"}, {3, "red"}}, {});
+    // red meets group 1, then group 2, which is it; blue meets group 1, which is it.
+    EXPECT_EQ(m_Console.GetLines(), (Lines{"texcoord number: 0", "texcoord index number: 0", "blue", "red",
+                                           "red", "red", "blue", "blue"}));
+    EXPECT_EQ(MaterialsOf(pSolid), (Materials{pBlue, pRed, pRed}));
+}
+
+TEST_F(MaterialBinding, MakesABindingForEachTexture)
+{
+    m_Manager.GetMaterialManager().NewTexture();
+    m_Manager.GetMaterialManager().NewTexture();
+    LoadTextured({1}, {}, {});
+    const auto& images = m_Manager.GetMaterialManager().GetImageList();
+    ASSERT_EQ(images.size(), 2U);
+    EXPECT_EQ(images[1]->m_pTexture, m_Manager.GetMaterialManager().GetTextureList()[1].get());
+}
+
+TEST_F(MaterialBinding, HandsABindingToEveryMaterialThatNamesItsFile)
+{
+    // A texture of no file has the empty name.
+    DSMaterial* pRed = AddMaterial("red");
+    DSMaterial* pOther = AddMaterial("red");
+    DSMaterial* pBlue = AddMaterial("blue");
+    m_Manager.GetMaterialManager().NewTexture();
+    LoadTextured({1}, {}, {{"red", ""}, {"blue", "sky.bmp"}});
+    DSTextureBinding* pBinding = m_Manager.GetMaterialManager().GetImageList()[0].get();
+    EXPECT_EQ(pRed->m_pTexture, pBinding);
+    EXPECT_EQ(pOther->m_pTexture, pBinding);
+    EXPECT_EQ(pBlue->m_pTexture, nullptr);
+}
+}

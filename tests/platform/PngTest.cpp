@@ -180,7 +180,7 @@ TEST(Png, ThatClaimsTooManyPixelsIsRefused)
                 HasSubstr("its PNG data are broken"));
     EXPECT_THAT(FaultOfDecoding(headerOf(16384, 16384, PNG_COLOR_TYPE_GRAY), "png"),
                 EndsWith("the file ends before its picture does"));
-    const std::string large = headerOf(16384, 16384, PNG_COLOR_TYPE_RGB) + std::string(40000, 'x');
+    const std::string large = headerOf(16384, 16384, PNG_COLOR_TYPE_RGB) + std::string(800000, 'x');
     EXPECT_THAT(FaultOfDecoding(large, "png"), EndsWith("take more than 512 MiB"));
 }
 

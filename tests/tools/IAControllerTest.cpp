@@ -1,0 +1,238 @@
+#include "Failure.h"
+#include "Vectors.h"
+#include "WorkbenchTest.h"
+
+namespace tessarine
+{
+namespace
+{
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ControllerTest : public WorkbenchTest
+{
+protected:
+    /// The text of the Failure that ends an operation.
+    template <class TOperation>
+    std::string GetRefusal(TOperation operation)
+    {
+        try
+        {
+            operation(GetController());
+        }
+        catch (const Failure& failure)
+        {
+            return failure.GetMessage();
+        }
+        return "";
+    }
+
+    /// Imports through the dialog, past the boundary.
+    void ImportPlainly(const std::string& name)
+    {
+        m_Platform.AnswerFile(name);
+        GetController().ImportObj();
+    }
+
+    std::size_t CountVertices() const
+    {
+        const auto& children = m_Bench.GetController().GetRootGroup()->GetChildren();
+        return children.empty()
+                   ? 0
+                   : static_cast<const MANSceneLeaf*>(children.front())->GetSolid()->GetVertexList().size();
+    }
+};
+
+TEST_F(ControllerTest, JoinsTheViewToItselfAndItsStores)
+{
+    IAController controller;
+    Open3DView view;
+    controller.SetView(&view);
+    EXPECT_EQ(view.GetController(), &controller);
+    controller.GetElementManager().SetSelectType(0x5000003);
+    EXPECT_EQ(view.GetSelectType(), 0x5000003U);
+}
+
+TEST_F(ControllerTest, KeepsNoCommandBeforeTheFirst)
+{
+    EXPECT_EQ(GetController().GetIncrementalCommand(), nullptr);
+    EXPECT_EQ(GetController().GetTwoStepCommand(), nullptr);
+}
+
+TEST_F(ControllerTest, CannotDrawOrRunBeforeItIsConnected)
+{
+    IAController controller;
+    EXPECT_THROW(controller.Redraw(), AssertionFailure);
+    EXPECT_THROW(controller.SubdivideLoop(), AssertionFailure);
+}
+
+TEST_F(ControllerTest, HasTheRootOfIndexOneAfterResetAndZeroAfterClear)
+{
+    Show(Tetrahedron());
+    GetController().ResetModels();
+    EXPECT_EQ(GetController().GetRootGroup()->GetID(), 0xC0000001U);
+    EXPECT_EQ(GetElements().GetVertexArray().size(), 0U);
+
+    Show(Tetrahedron());
+    GetController().ClearModels();
+    EXPECT_EQ(GetController().GetRootGroup()->GetID(), 0xC0000000U);
+    EXPECT_EQ(GetElements().GetVertexArray().size(), 0U);
+}
+
+TEST_F(ControllerTest, LeavesNoNewMeshInTheViewWithoutItsElements)
+{
+    m_Bench.GetView().SetNewMesh(Show(Tetrahedron()));
+    GetController().ResetModels();
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+    m_Bench.GetView().SetNewMesh(Show(Tetrahedron()));
+    GetController().ClearModels();
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+}
+
+TEST_F(ControllerTest, KeepsMaterialsAndSelectionListOverReset)
+{
+    const std::uint32_t id = Show(Tetrahedron())->GetID();
+    GetElements().ToggleSelect(id);
+    GetElements().GetMaterialManager().NewMaterial();
+    GetController().ResetModels();
+    EXPECT_THAT(GetElements().GetSelectList(), ElementsAre(id));
+    EXPECT_EQ(GetElements().GetMaterialManager().GetMaterialList().size(), 1U);
+}
+
+TEST_F(ControllerTest, ImportsEitherSpellingOfTheExtension)
+{
+    m_Folder.Write("small.obj", kTriangleObj);
+    m_Folder.Write("LARGE.OBJ", kTetrahedronObj);
+    ImportPlainly("small.obj");
+    EXPECT_EQ(CountVertices(), 3U);
+    ImportPlainly("LARGE.OBJ");
+    EXPECT_EQ(CountVertices(), 4U);
+    EXPECT_THAT(m_Platform.GetTexts(), IsEmpty());
+}
+
+TEST_F(ControllerTest, LeavesOnlyTheSecondModelOfTwoImports)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    m_Folder.Write("b.obj", kTriangleObj);
+    ImportPlainly("a.obj");
+    ImportPlainly("b.obj");
+    EXPECT_EQ(GetController().GetRootGroup()->GetChildren().size(), 1U);
+    EXPECT_EQ(GetElements().GetVertexArray().size(), 3U);
+    EXPECT_EQ(GetElements().GetSolidArray().size(), 1U);
+    EXPECT_EQ(GetController().GetRootGroup()->GetID(), 0xC0000001U);
+}
+
+TEST_F(ControllerTest, RefusesAnyOtherNameBeforeItTouchesTheModels)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    ImportPlainly("a.obj");
+    for (const char* name : {"a.Obj", "a.obj.txt", "obj", "a.ply"})
+    {
+        EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly(name); }), "不能导入此类型文件!") << name;
+        EXPECT_EQ(CountVertices(), 4U);
+    }
+    EXPECT_THAT(m_Platform.GetMessages(), testing::SizeIs(4));
+    EXPECT_THAT(m_Platform.GetMessages(),
+                testing::Each(HeadlessPlatform::Message{"错误", "不能导入此类型文件!"}));
+}
+
+TEST_F(ControllerTest, TellsThatTheUserHasSeenTheRefusal)
+{
+    m_Platform.AnswerFile("a.ply");
+    try
+    {
+        GetController().ExportObj();
+        FAIL() << "the name was not refused";
+    }
+    catch (const Failure& failure)
+    {
+        EXPECT_TRUE(failure.WasShown());
+    }
+}
+
+TEST_F(ControllerTest, LooksAtTheNameOfTheFileAlone)
+{
+    m_Folder.Write("folder.ply/a.obj", kTriangleObj);
+    m_Folder.Write("folder.obj/a.ply", kTriangleObj);
+    ImportPlainly("folder.ply/a.obj");
+    EXPECT_EQ(CountVertices(), 3U);
+    std::filesystem::current_path(m_Folder.GetPath());
+    EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly("folder.obj/a.ply"); }), "不能导入此类型文件!");
+}
+
+TEST_F(ControllerTest, ChangesNothingWhenADialogIsCancelled)
+{
+    Show(Tetrahedron());
+    GetController().ImportObj();
+    GetController().ExportObj();
+    EXPECT_EQ(CountVertices(), 4U);
+    EXPECT_THAT(m_Platform.GetTexts(), IsEmpty());
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder.GetPath()));
+}
+
+TEST_F(ControllerTest, ExportsIntoTheFolderThatTheDialogMadeCurrent)
+{
+    std::filesystem::create_directory("elsewhere");
+    Show(SingleTriangle());
+    m_Platform.AnswerFile("elsewhere/out.obj");
+    GetController().ExportObj();
+    EXPECT_THAT(m_Folder.Read("elsewhere/out.obj"), HasSubstr("g object1 \n"));
+    EXPECT_EQ(std::filesystem::current_path(), m_Folder.GetPath() / "elsewhere");
+}
+
+TEST_F(ControllerTest, RefusesToExportUnderAnyOtherName)
+{
+    m_Platform.AnswerFile("out.Obj");
+    EXPECT_EQ(GetRefusal([](IAController& controller) { controller.ExportObj(); }), "不能保存成此类型文件!");
+    EXPECT_THAT(m_Platform.GetMessages(),
+                ElementsAre(HeadlessPlatform::Message{"错误", "不能保存成此类型文件!"}));
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder.GetPath()));
+}
+
+TEST_F(ControllerTest, SubdividesKeepsTheCommandAndDraws)
+{
+    const DSSolid* solid = Show(SingleTriangle());
+    GetController().SubdivideLoop();
+    EXPECT_EQ(solid->GetFaceList().size(), 4U);
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+    EXPECT_EQ(m_Platform.GetPaneText(2), "面片数: 4");
+}
+
+TEST_F(ControllerTest, SubdividesNothingWithoutAWord)
+{
+    GetController().SubdivideLoop();
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+    EXPECT_EQ(GetElements().GetSolidArray().size(), 0U);
+    EXPECT_THAT(m_Platform.GetTexts(), IsEmpty());
+}
+
+TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
+{
+    const auto comesLater = EndsWith(" comes with a later version of Tessarine");
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.SubdivideAdaptive(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.ProjectSamples(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.BuildInitialMesh(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineHierarchical(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineIncremental(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineTwoStep(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineEnergy(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.OptimizeMesh(1); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.Simplify(0.8F); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.SetMaterialOfSelection(); }), comesLater);
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.GenerateSplats(); }), comesLater);
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 0U);
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+}
+
+TEST_F(ControllerTest, RefusesTheTwoStepsBeforeTheTwoStepRefinement)
+{
+    EXPECT_EQ(GetRefusal([](IAController& c) { c.TwoStepFirst(); }),
+              "the first step needs a two-step refinement that has run: run it first (\"两步对应算法\")");
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.TwoStepSecond(); }), HasSubstr("the second step needs"));
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.TwoStepThird(); }), HasSubstr("the third step needs"));
+}
+}
+}

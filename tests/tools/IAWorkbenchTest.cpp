@@ -1,0 +1,167 @@
+#include "Picture.h"
+#include "Vectors.h"
+#include "WorkbenchTest.h"
+
+namespace tessarine
+{
+namespace
+{
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+TEST_F(WorkbenchTest, StartsWithAnEmptyDocument)
+{
+    EXPECT_EQ(m_Bench.GetView().GetController(), &GetController());
+    EXPECT_EQ(GetScene().GetRootGroup()->GetID(), 0xC0000000U);
+    EXPECT_THAT(GetScene().GetRootGroup()->GetChildren(), IsEmpty());
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 0U);
+    EXPECT_EQ(m_Platform.GetPaneText(1), "顶点数: 0");
+}
+
+TEST_F(WorkbenchTest, ReplacesTheControllerWithEachNewDocument)
+{
+    Show(Tetrahedron());
+    GetScene().GetLight("Main Light")->m_bAmbient = true;
+    GetScene().GetCutFaceList().emplace_back();
+    GetElements().SetSelectType(0x5000002);
+    m_Bench.NewDocument();
+    EXPECT_EQ(m_Bench.GetView().GetController(), &GetController());
+    EXPECT_THAT(GetScene().GetRootGroup()->GetChildren(), IsEmpty());
+    EXPECT_EQ(GetElements().GetVertexArray().size(), 0U);
+    EXPECT_FALSE(GetScene().GetLight("Main Light")->m_bAmbient);
+    EXPECT_THAT(GetScene().GetCutFaceList(), IsEmpty());
+    EXPECT_EQ(m_Bench.GetView().GetSelectType(), 0x5000005U);
+    EXPECT_EQ(m_Platform.GetPaneText(1), "顶点数: 0");
+}
+
+TEST_F(WorkbenchTest, KeepsCameraFlagsAndHistoryOverANewDocument)
+{
+    Show(Tetrahedron());
+    GetController().SubdivideLoop();
+    m_Bench.GetView().GetCamera()->SetLookAt(smVec3d(0.0, 0.0, 9.0), smVec3d(), smVec3d(0.0, 1.0, 0.0));
+    m_Bench.GetView().SetDisplayFlags(DisplayFlag::Points);
+    m_Bench.NewDocument();
+    EXPECT_EQ(m_Bench.GetView().GetCamera()->GetPosition(), smVec3d(0.0, 0.0, 9.0));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), DisplayFlag::Points);
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+}
+
+TEST_F(WorkbenchTest, LeavesNoNewMeshOfTheOldDocumentInTheView)
+{
+    m_Bench.GetView().SetNewMesh(Show(Tetrahedron()));
+    m_Bench.NewDocument();
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+}
+
+TEST_F(WorkbenchTest, ImportsAndDraws)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    EXPECT_TRUE(Import("a.obj"));
+    EXPECT_EQ(m_Platform.GetPaneText(1), "顶点数: 4");
+    EXPECT_EQ(m_Platform.GetPaneText(2), "面片数: 4");
+}
+
+TEST_F(WorkbenchTest, DrawsEvenWhenAnImportIsCancelled)
+{
+    Show(Tetrahedron());
+    EXPECT_EQ(m_Platform.GetPaneText(1), "顶点数: 0");
+    EXPECT_TRUE(m_Bench.Perform("import", Effect::ReplacesModel, [this] { m_Bench.ImportObj(); }));
+    EXPECT_EQ(m_Platform.GetPaneText(1), "顶点数: 4");
+    EXPECT_THAT(m_Platform.GetFailures(), IsEmpty());
+}
+
+TEST_F(WorkbenchTest, IsBackInItsFolderAfterEveryDialog)
+{
+    m_Folder.Write("models/a.obj", kTriangleObj);
+    EXPECT_TRUE(Import("models/a.obj"));
+    EXPECT_EQ(std::filesystem::current_path(), m_Folder.GetPath());
+
+    m_Platform.AnswerFile("models/out.obj");
+    m_Bench.ExportObj();
+    EXPECT_EQ(std::filesystem::current_path(), m_Folder.GetPath());
+    EXPECT_THAT(m_Folder.Read("models/out.obj"), HasSubstr("# 1 faces in this object "));
+
+    m_Platform.AnswerFile("models/a.obj");
+    m_Bench.OpenDocument();
+    EXPECT_EQ(std::filesystem::current_path(), m_Folder.GetPath());
+}
+
+TEST_F(WorkbenchTest, IsBackInItsFolderAfterAFailedImport)
+{
+    m_Folder.Write("models/a.obj", "v 0 0 0\nf 1 2 3\n");
+    EXPECT_FALSE(Import("models/a.obj"));
+    EXPECT_EQ(std::filesystem::current_path(), m_Folder.GetPath());
+}
+
+TEST_F(WorkbenchTest, FindsTheMaterialLibraryBesideTheModel)
+{
+    m_Folder.Write("models/a.obj", std::string("mtllib a.mtl\nusemtl red\n") + kTriangleObj);
+    m_Folder.Write("models/a.mtl", "newmtl red\nKd 1 0 0\n");
+    EXPECT_TRUE(Import("models/a.obj"));
+    ASSERT_EQ(GetElements().GetMaterialManager().GetMaterialList().size(), 1U);
+    EXPECT_EQ(GetElements().GetMaterialManager().GetMaterialList().front()->m_Name, "red");
+}
+
+/// An import that fails, with a model before it.
+class FailedImport : public WorkbenchTest
+{
+protected:
+    FailedImport()
+    {
+        m_Folder.Write("good.obj", std::string("mtllib good.mtl\nusemtl red\n") + kTetrahedronObj);
+        m_Folder.Write("good.mtl", "newmtl red\nKd 1 0 0\n");
+        EXPECT_TRUE(Import("good.obj"));
+        GetController().SubdivideLoop();
+        GetElements().ToggleSelect(0xE0000000);
+        GetElements().DeleteVertex(GetElements().CreateVertex());
+        m_Bench.GetView().GetHoverList() = {0xE0000001};
+        m_strBefore = PictureOf(m_Bench);
+    }
+
+    void ExpectRefused(const std::string& name)
+    {
+        EXPECT_FALSE(Import(name));
+        EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
+        EXPECT_EQ(m_Platform.GetFailures().size(), 1U);
+        EXPECT_EQ(m_Platform.GetFailures().front().operation, "import");
+    }
+
+    std::string m_strBefore;
+};
+
+TEST_F(FailedImport, LeavesTheModelWhenTheFileIsMissing)
+{
+    ExpectRefused("missing.obj");
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("missing.obj"));
+}
+
+TEST_F(FailedImport, LeavesTheModelWhenTheNameIsAFolder)
+{
+    std::filesystem::create_directory("folder.obj");
+    ExpectRefused("folder.obj");
+}
+
+TEST_F(FailedImport, LeavesTheModelWhenTheExtensionIsRefused)
+{
+    ExpectRefused("good.Obj");
+    EXPECT_EQ(m_Platform.GetOnlyReason(), "不能导入此类型文件!");
+}
+
+TEST_F(FailedImport, LeavesModelAndMaterialsWhenAnIndexIsOutOfRange)
+{
+    m_Folder.Write("bad.mtl", "newmtl blue\nKd 0 0 1\nnewmtl red\nmap_Kd missing.png\n");
+    m_Folder.Write("bad.obj", "mtllib bad.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl blue\nf 1 2 3\nf 1 2 9\n");
+    ExpectRefused("bad.obj");
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("9"));
+}
+
+TEST_F(FailedImport, LeavesAModelThatCanBeWorkedOn)
+{
+    ExpectRefused("missing.obj");
+    EXPECT_TRUE(
+        m_Bench.Perform("subdivide-loop", Effect::ChangesModel, [this] { GetController().SubdivideLoop(); }));
+    EXPECT_EQ(GetElements().GetSolid(0xE0000000)->GetFaceList().size(), 64U); // 4 faces, times 4 twice
+}
+}
+}

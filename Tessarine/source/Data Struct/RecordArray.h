@@ -238,10 +238,10 @@ private:
         return pRecord;
     }
 
+    /// The cell is not used again when the record cannot be made: its link may be overwritten by then.
     T* CreateInFreeCell()
     {
         FreeCell* pCell = m_Store.freeCells;
-        static_assert(std::is_nothrow_default_constructible_v<T>);
         m_Store.freeCells = pCell->next;
         return ::new (static_cast<void*>(pCell)) T();
     }

@@ -4,6 +4,7 @@
 #include "MANSceneManager.h"
 #include "Platform.h"
 #include <string>
+#include <utility>
 
 namespace tessarine
 {

@@ -52,7 +52,8 @@ std::string DescribeFailure()
     catch (const IException& exception)
     {
         const std::string& message = exception.GetMessage();
-        return (message.empty() ? DescribeByClass(exception) : message) + kModelStays;
+        const bool isContextOnly = message.empty() || message.back() == ' ';
+        return message + (isContextOnly ? DescribeByClass(exception) : "") + kModelStays;
     }
     catch (const std::bad_alloc&)
     {

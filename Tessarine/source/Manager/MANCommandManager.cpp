@@ -1,6 +1,7 @@
 #include "MANCommandManager.h"
 #include "Assert.h"
 #include "Failure.h"
+#include "IASubLOOPCommand.h"
 #include "Platform.h"
 #include <algorithm>
 #include <string>
@@ -11,6 +12,12 @@ namespace tessarine
 namespace
 {
 using CommandMaker = std::unique_ptr<IACommand> (*)();
+
+template <class TCommand>
+std::unique_ptr<IACommand> Make()
+{
+    return std::make_unique<TCommand>();
+}
 
 /// A class of commands. One that comes with a later version has no maker.
 struct CommandClass
@@ -25,7 +32,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::CameraZoom, "zooming the camera", nullptr},
     {CommandID::CameraOrbit, "orbiting the model", nullptr},
     {CommandID::CameraAround, "looking around", nullptr},
-    {CommandID::SubLOOP, "Loop subdivision", nullptr},
+    {CommandID::SubLOOP, "Loop subdivision", Make<IASubLOOPCommand>},
     {CommandID::SubAdaptive, "adaptive subdivision", nullptr},
     {CommandID::Select, "selecting elements", nullptr},
     {CommandID::DrawSplat, "drawing a splat", nullptr},

@@ -1,6 +1,8 @@
 #include "MANSceneManager.h"
 #include "Assert.h"
 #include "Platform.h"
+#include <type_traits>
+#include <utility>
 
 namespace tessarine
 {
@@ -53,6 +55,7 @@ template <class T>
 void RestoreList(std::vector<std::shared_ptr<T>>& entries,
                  MANSceneManager::Checkpoint::List<T>& saved) noexcept
 {
+    static_assert(std::is_nothrow_move_assignable_v<T>);
     entries = std::move(saved.entries);
     auto value = saved.values.begin();
     for (const auto& entry : entries)

@@ -1,0 +1,31 @@
+#include "IASubCommand.h"
+#include "Assert.h"
+#include "MANBrepElementManager.h"
+#include "MANSceneManager.h"
+
+namespace tessarine
+{
+DSSolid* IASubCommand::GetCurrentSolid() const
+{
+    ASSERT(m_pElementManager != nullptr);
+    ASSERT(m_pSceneManager != nullptr);
+    const auto& children = m_pSceneManager->GetRootGroup()->GetChildren();
+    if (children.empty() || MANSceneManager::GetKind(children.front()->GetID()) != NodeKind::Leaf)
+    {
+        return nullptr;
+    }
+    return static_cast<const MANSceneLeaf*>(children.front())->GetSolid();
+}
+
+void IASubCommand::KeepHiddenSnapshot(const DSSolid& solid)
+{
+    DSSolid* pCopy = m_pElementManager->CreateSolid();
+    MANSceneLeaf* pLeaf = m_pSceneManager->NewLeaf();
+    m_pElementManager->CopySolid(&solid, pCopy);
+    MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
+    pRoot->AddChild(pLeaf);
+    pLeaf->SetParent(pRoot);
+    pLeaf->SetSolid(pCopy);
+    pCopy->SetVisible(false);
+}
+}

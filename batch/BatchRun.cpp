@@ -1,0 +1,87 @@
+#include "BatchRun.h"
+#include "CommandLine.h"
+#include "File.h"
+#include "Operations.h"
+#include "ProgressLine.h"
+#include "Streams.h"
+#include <algorithm>
+
+namespace tessarine
+{
+BatchRun::BatchRun(const BatchOptions& options)
+    : m_pPlatformBefore(SetPlatform(&m_Platform)),
+      m_SinkBefore(DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); })),
+      m_bQuiet(options.quiet)
+{
+    m_Workbench.GetView().Resize(0, 0, options.viewWidth, options.viewHeight);
+}
+
+BatchRun::~BatchRun()
+{
+    DebugConsole().SetSink(m_SinkBefore);
+    SetPlatform(m_pPlatformBefore);
+}
+
+bool BatchRun::RunAll(const std::vector<OperationCall>& calls)
+{
+    return std::all_of(calls.begin(), calls.end(),
+                       [this](const OperationCall& call) { return RunOne(call); });
+}
+
+bool BatchRun::RunOne(const OperationCall& call)
+{
+    m_strOperation = call.pOperation->name;
+    const ProgressLine progress(m_strOperation);
+    const bool done = call.pOperation->handler(*this, call.arguments);
+    DebugConsole().Flush();
+    return done && TellLostConsoleText();
+}
+
+bool BatchRun::Perform(Effect effect, const std::function<void()>& action)
+{
+    return m_Workbench.Perform(m_strOperation, effect, action);
+}
+
+BatchDocument BatchRun::GetDocument() const
+{
+    const IAController& controller = m_Workbench.GetController();
+    return {controller.GetElementManager(), controller.GetSceneManager(), m_Workbench.GetView(),
+            m_Workbench.GetCommandManager().GetHistorySize()};
+}
+
+void BatchRun::WriteOutput(std::string_view text)
+{
+    DebugConsole().Flush();
+    ProgressLine::Erase();
+    WriteStandardOutput(text);
+}
+
+/// The console is flushed from anywhere, and a command must not end for the sake of its lines: a line that
+/// cannot be written fails the operation at its end.
+void BatchRun::TakeConsoleText(std::string_view text)
+{
+    if (m_bQuiet || !m_strLostConsole.empty())
+    {
+        return;
+    }
+    try
+    {
+        ProgressLine::Erase();
+        WriteStandardOutput(text);
+    }
+    catch (const FileError& error)
+    {
+        m_strLostConsole = error.what();
+    }
+}
+
+bool BatchRun::TellLostConsoleText()
+{
+    if (m_strLostConsole.empty())
+    {
+        return true;
+    }
+    m_Platform.ShowFailure(m_strOperation, m_strLostConsole);
+    return false;
+}
+}

@@ -1,0 +1,352 @@
+#include "CommandLine.h"
+#include "ArgumentForm.h"
+#include "Operations.h"
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <limits>
+
+namespace tessarine
+{
+namespace
+{
+constexpr int kMostPixelsOfView = 16384;
+constexpr std::string_view kBlanks = " \t\r";
+
+// --- options
+
+void ReadViewSize(const std::string& text, BatchOptions& options)
+{
+    const std::size_t cross = text.find('x');
+    long long width = 0;
+    long long height = 0;
+    if (cross == std::string::npos ||
+        !ReadInteger(std::string_view(text).substr(0, cross), 1, kMostPixelsOfView, width) ||
+        !ReadInteger(std::string_view(text).substr(cross + 1), 1, kMostPixelsOfView, height))
+    {
+        throw UsageError("--window: \"" + text + "\" is no WxH, as 800x600, from 1x1 to 16384x16384");
+    }
+    options.viewWidth = static_cast<int>(width);
+    options.viewHeight = static_cast<int>(height);
+}
+
+void ReadThreadCount(const std::string& text, BatchOptions& options)
+{
+    long long threads = 0;
+    if (!ReadInteger(text, 1, std::numeric_limits<int>::max(), threads))
+    {
+        throw UsageError("--threads: \"" + text + "\" is no whole number from 1");
+    }
+    options.threads = static_cast<int>(threads);
+}
+
+/// What the options leave over starts with those that are unknown.
+void RefuseUnknownOption(const std::vector<std::string>& rest)
+{
+    if (!rest.empty() && rest.front().size() > 1 && rest.front().front() == '-' && rest.front() != "--")
+    {
+        throw UsageError("unknown option " + rest.front());
+    }
+}
+
+// --- operations
+
+/// The names in a pattern, and how many of them cannot be left out.
+struct Pattern
+{
+    std::vector<std::string_view> names;
+    std::size_t required = 0;
+};
+
+Pattern ReadPattern(std::string_view text)
+{
+    Pattern pattern;
+    bool required = true;
+    while (!text.empty())
+    {
+        const std::size_t end = std::min(text.find(' '), text.size());
+        std::string_view name = text.substr(0, end);
+        required = required && name.front() != '[';
+        name.remove_prefix(name.front() == '[' ? 1 : 0);
+        name.remove_suffix(name.back() == ']' ? 1 : 0);
+        pattern.names.push_back(name);
+        pattern.required += required ? 1 : 0;
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return pattern;
+}
+
+std::string Quoted(const std::string& word)
+{
+    return '"' + word + '"';
+}
+
+void CheckCount(const OperationCall& call, const Pattern& pattern)
+{
+    const std::size_t count = call.arguments.size();
+    if (count == pattern.required || count == pattern.names.size())
+    {
+        return;
+    }
+    std::string text(call.pOperation->name);
+    text += count > pattern.names.size()
+                ? ": " + Quoted(call.arguments[pattern.names.size()]) +
+                      " is neither its argument nor an operation"
+                : ": " + std::to_string(count) + (count == 1 ? " argument" : " arguments") + " given";
+    throw UsageError(text + "; its form is: " + GetUsage(*call.pOperation));
+}
+
+void CheckCall(const OperationCall& call)
+{
+    const Pattern pattern = ReadPattern(call.pOperation->arguments);
+    CheckCount(call, pattern);
+    for (std::size_t i = 0; i < call.arguments.size(); ++i)
+    {
+        const ArgumentForm& form = FindArgumentForm(pattern.names[i]);
+        if (!form.accepts(call.arguments[i]))
+        {
+            throw UsageError(std::string(call.pOperation->name) + ": " + Quoted(call.arguments[i]) +
+                             " is no " + std::string(form.name) + " (" + std::string(form.description) + ")");
+        }
+    }
+}
+
+/// Gathers words into calls.
+class CallList
+{
+public:
+    void AddWord(const std::string& word)
+    {
+        if (const Operation* pOperation = FindOperation(word))
+        {
+            m_Calls.push_back({pOperation, {}});
+        }
+        else if (m_Calls.empty())
+        {
+            throw UsageError("unknown operation " + Quoted(word));
+        }
+        else if (word.starts_with("--"))
+        {
+            throw UsageError("option " + word + " stands behind an operation; options come first");
+        }
+        else
+        {
+            m_Calls.back().arguments.push_back(word);
+        }
+    }
+
+    void AddArgument(const std::string& word)
+    {
+        if (m_Calls.empty())
+        {
+            throw UsageError("-- stands in front of an argument, and " + Quoted(word) + " has no operation");
+        }
+        m_Calls.back().arguments.push_back(word);
+    }
+
+    std::vector<OperationCall> Take()
+    {
+        std::for_each(m_Calls.begin(), m_Calls.end(), CheckCall);
+        return std::move(m_Calls);
+    }
+
+private:
+    std::vector<OperationCall> m_Calls;
+};
+
+// --- scripts
+
+/// Splits a line into words. Throws UsageError for an open quotation.
+std::vector<std::string> SplitLine(std::string_view line)
+{
+    std::vector<std::string> words;
+    bool quoted = false;
+    bool inWord = false;
+    for (const char character : line)
+    {
+        if (!quoted && character == '#')
+        {
+            break;
+        }
+        if (!quoted && kBlanks.find(character) != std::string_view::npos)
+        {
+            inWord = false;
+            continue;
+        }
+        if (!inWord)
+        {
+            words.emplace_back();
+            inWord = true;
+        }
+        if (character == '"')
+        {
+            quoted = !quoted;
+        }
+        else
+        {
+            words.back() += character;
+        }
+    }
+    if (quoted)
+    {
+        throw UsageError("a double quote is not closed on its line");
+    }
+    return words;
+}
+
+// --- help
+
+constexpr std::size_t kPageWidth = 80;
+constexpr std::size_t kLabelWidth = 10;
+
+constexpr std::string_view kHelpHead =
+    "Usage: tessarine-batch [OPTION]... OPERATION [ARGUMENT]... [OPERATION ...]...\n"
+    "  -C, --directory DIR  work in DIR: every path is relative to it\n"
+    "  -s, --script FILE    run the operations of FILE first (- is standard input)\n"
+    "  -q, --quiet          no console lines on standard output\n"
+    "      --window WxH     size of the off-screen view, 800x600 if not given\n"
+    "      --threads N      spread independent loops over N threads; same results\n"
+    "      --version, --help [OPERATION]...  as usual; help on single operations\n"
+    "Operations, run in the order given (those with * come with a later version):\n";
+
+constexpr std::string_view kHelpFoot =
+    "An argument that reads as an operation stands behind --: export -- report\n";
+
+constexpr std::pair<OperationGroup, std::string_view> kGroupLabels[] = {
+    {OperationGroup::Document, "document"},
+    {OperationGroup::MenuCommand, "menu"},
+    {OperationGroup::KeptCommand, "further"},
+    {OperationGroup::ViewAndInput, "view"},
+};
+
+std::string GetGroupText(OperationGroup group, std::string_view label)
+{
+    std::string text = "  " + std::string(label);
+    text.resize(kLabelWidth, ' ');
+    std::size_t column = kLabelWidth;
+    std::string_view separator = " ";
+    for (const Operation& operation : GetOperations())
+    {
+        if (operation.group != group)
+        {
+            continue;
+        }
+        const std::string entry = (ComesLater(operation) ? "*" : "") + GetUsage(operation);
+        if (column + separator.size() + entry.size() >= kPageWidth)
+        {
+            text += ",\n" + std::string(kLabelWidth, ' ');
+            column = kLabelWidth;
+            separator = " ";
+        }
+        text += std::string(separator) + entry;
+        column += separator.size() + entry.size();
+        separator = ", ";
+    }
+    return text + "\n";
+}
+}
+
+BatchOptions ParseOptions(std::vector<std::string> arguments)
+{
+    BatchOptions options;
+    std::string viewSize;
+    std::string threads;
+    CLI::App parser;
+    parser.set_help_flag();
+    parser.prefix_command();
+    parser.add_option("-C,--directory", options.folder)->type_name("DIR");
+    parser.add_option("-s,--script", options.script)->type_name("FILE");
+    parser.add_flag("-q,--quiet", options.quiet);
+    const CLI::Option* pViewSize = parser.add_option("--window", viewSize)->type_name("WxH");
+    const CLI::Option* pThreads = parser.add_option("--threads", threads)->type_name("N");
+    parser.add_flag("--help", options.help);
+    parser.add_flag("--version", options.version);
+    try
+    {
+        std::reverse(arguments.begin(), arguments.end()); // the parser takes words from the end
+        parser.parse(std::move(arguments));
+    }
+    catch (const CLI::ParseError& error)
+    {
+        throw UsageError(error.what());
+    }
+    options.words = parser.remaining();
+    RefuseUnknownOption(options.words);
+    if (pViewSize->count() > 0)
+    {
+        ReadViewSize(viewSize, options);
+    }
+    if (pThreads->count() > 0)
+    {
+        ReadThreadCount(threads, options);
+    }
+    return options;
+}
+
+std::vector<OperationCall> ParseOperations(const std::vector<std::string>& words)
+{
+    CallList calls;
+    for (std::size_t i = 0; i < words.size(); ++i)
+    {
+        if (words[i] != "--")
+        {
+            calls.AddWord(words[i]);
+        }
+        else if (++i < words.size())
+        {
+            calls.AddArgument(words[i]);
+        }
+        else
+        {
+            throw UsageError("nothing stands behind the last --");
+        }
+    }
+    return calls.Take();
+}
+
+std::vector<OperationCall> ParseScript(std::string_view text, const std::string& name)
+{
+    std::vector<OperationCall> calls;
+    for (int number = 1; !text.empty(); ++number)
+    {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        try
+        {
+            for (OperationCall& call : ParseOperations(SplitLine(text.substr(0, end))))
+            {
+                calls.push_back(std::move(call));
+            }
+        }
+        catch (const UsageError& error)
+        {
+            throw UsageError(name + ", line " + std::to_string(number) + ": " + error.what());
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return calls;
+}
+
+std::string GetHelpText()
+{
+    std::string text(kHelpHead);
+    for (const auto& [group, label] : kGroupLabels)
+    {
+        text += GetGroupText(group, label);
+    }
+    return text += kHelpFoot;
+}
+
+std::string GetHelpText(const std::vector<std::string>& names)
+{
+    std::string text;
+    for (const std::string& name : names)
+    {
+        const Operation* pOperation = FindOperation(name);
+        if (pOperation == nullptr)
+        {
+            throw UsageError("unknown operation " + Quoted(name));
+        }
+        text += GetUsage(*pOperation) + "\n    " + std::string(pOperation->purpose) + "\n";
+    }
+    return text;
+}
+}

@@ -1,0 +1,202 @@
+#include "Operations.h"
+#include "ArgumentForm.h"
+#include "BatchRun.h"
+#include "Dump.h"
+#include "Failure.h"
+#include "File.h"
+#include "IACommandRouter.h"
+#include "Report.h"
+#include <algorithm>
+#include <limits>
+
+namespace tessarine
+{
+namespace
+{
+using Group = OperationGroup;
+using Arguments = std::vector<std::string>;
+
+constexpr std::string_view kStandardOutput = "-";
+
+bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None,
+                       [] { throw Failure("this operation comes with a later version of Tessarine"); });
+}
+
+bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None, [&run] { run.GetWorkbench().NewDocument(); });
+}
+
+bool RunImport(BatchRun& run, const Arguments& arguments)
+{
+    run.GetPlatform().AnswerFile(arguments[0]);
+    return run.Perform(Effect::ReplacesModel, [&run] { run.GetWorkbench().ImportObj(); });
+}
+
+bool RunExport(BatchRun& run, const Arguments& arguments)
+{
+    run.GetPlatform().AnswerFile(arguments[0]);
+    return run.Perform(Effect::None, [&run] { run.GetWorkbench().ExportObj(); });
+}
+
+bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().SubdivideLoop(); });
+}
+
+bool RunMenu(BatchRun& run, const Arguments& arguments)
+{
+    long long id = 0;
+    ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
+    return IACommandRouter(run.GetWorkbench()).Run(run.GetOperationName(), static_cast<int>(id));
+}
+
+bool RunStatus(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None,
+                       [&run]
+                       {
+                           std::string lines;
+                           for (int pane = 0; pane < HeadlessPlatform::kPaneCount; ++pane)
+                           {
+                               lines += run.GetPlatform().GetPaneText(pane) + '\n';
+                           }
+                           run.WriteOutput(lines);
+                       });
+}
+
+/// Runs write(sink), where the sink leads to standard output or to a file that appears when all is written.
+template <class TWrite>
+void WriteResult(BatchRun& run, const std::string& name, TWrite write)
+{
+    if (name == kStandardOutput)
+    {
+        write([&run](std::string_view text) { run.WriteOutput(text); });
+        return;
+    }
+    ReplacingFile file(name);
+    write([&file](std::string_view text) { file.Write(text); });
+    file.Commit();
+}
+
+bool RunReport(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           const std::string report = MakeReport(run.GetDocument());
+                           WriteResult(run, arguments[0], [&report](const auto& sink) { sink(report); });
+                       });
+}
+
+bool RunDump(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           const BatchDocument document = run.GetDocument();
+                           WriteResult(run, arguments[0],
+                                       [&document](const auto& sink) { WriteDump(document, sink); });
+                       });
+}
+
+constexpr Operation kOperations[] = {
+    {"new", "", Group::Document, "starts an empty document", RunNew},
+    {"import", "FILE", Group::Document, "replaces the document's model by the one of an .obj file",
+     RunImport},
+    {"export", "FILE", Group::Document, "writes the visible solids of the document to an .obj file",
+     RunExport},
+    {"report", "FILE", Group::Document,
+     "writes what the document holds, as a page of JSON (- is standard output)", RunReport},
+    {"dump", "FILE", Group::Document,
+     "writes everything that the document holds, as JSON (- is standard output)", RunDump},
+    {"dump-field", "FILE", Group::Document, "writes the kept distance field", RunLater},
+
+    {"subdivide-loop", "", Group::MenuCommand, "one Loop subdivision of the current model", RunSubdivideLoop},
+    {"subdivide-adaptive", "AREA", Group::MenuCommand, "splits the faces with an area measure above AREA",
+     RunLater},
+    {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunLater},
+    {"optimize", "MODE", Group::MenuCommand, "1 and 3: swaps diagonals; 2: removes edges without length",
+     RunLater},
+    {"project-samples", "", Group::MenuCommand, "renders views of the model into images", RunLater},
+    {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
+     RunLater},
+    {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
+    {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
+    {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
+    {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
+     RunLater},
+    {"two-step-second", "", Group::MenuCommand, "second step of the command kept from refine-two-step",
+     RunLater},
+    {"two-step-third", "", Group::MenuCommand, "third step of the command kept from refine-two-step",
+     RunLater},
+    {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunLater},
+    {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats", RunLater},
+    {"set-material", "", Group::MenuCommand, "gives the selected solids the material of the dialog",
+     RunLater},
+    {"menu", "ID", Group::MenuCommand, "runs the menu, toolbar or pop-up command of this number", RunMenu},
+
+    {"generate-mesh", "LEVEL", Group::KeptCommand, "mesh of the kept distance field at LEVEL", RunLater},
+    {"show-field", "", Group::KeptCommand, "shows the kept distance field", RunLater},
+    {"connect-next", "[N|all]", Group::KeptCommand, "N steps (1) of the kept incremental command, or all",
+     RunLater},
+    {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",
+     RunLater},
+    {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunLater},
+    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
+    {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
+    {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
+     RunLater},
+    {"make-eigen-table", "FILE [NMAX]", Group::KeptCommand,
+     "writes the loop evaluation data up to valence NMAX (50)", RunLater},
+    {"limit-point", "FACE V W", Group::KeptCommand,
+     "prints a point of the limit surface and its control vertices", RunLater},
+    {"solve", "A.mtx B.vec X.vec [ITOL TOL ITMAX]", Group::KeptCommand,
+     "solves a sparse system by biconjugate gradients (3 1e-7 200)", RunLater},
+    {"filter-image", "IN OUT", Group::KeptCommand, "filters an image by runs and fills its background",
+     RunLater},
+    {"distance-2d", "IMAGE OUT", Group::KeptCommand, "writes the distance field of an image", RunLater},
+
+    {"camera", "EX EY EZ TX TY TZ [UX UY UZ]", Group::ViewAndInput, "eye, target and up vector (0 1 0)",
+     RunLater},
+    {"tool", "ID", Group::ViewAndInput, "makes the tool of this number the current one", RunLater},
+    {"mouse-move", "X Y", Group::ViewAndInput, "moves the mouse to a pixel of the view, y down", RunLater},
+    {"left-down", "X Y", Group::ViewAndInput, "presses the left button", RunLater},
+    {"left-up", "X Y", Group::ViewAndInput, "releases the left button", RunLater},
+    {"right-down", "X Y", Group::ViewAndInput, "presses the right button", RunLater},
+    {"right-up", "X Y", Group::ViewAndInput, "releases the right button", RunLater},
+    {"render", "FILE", Group::ViewAndInput, "writes one frame as PNG", RunLater},
+    {"status", "", Group::ViewAndInput, "prints the seven panes of the status bar, one a line", RunStatus},
+};
+}
+
+std::span<const Operation> GetOperations()
+{
+    return kOperations;
+}
+
+const Operation* FindOperation(std::string_view name)
+{
+    const auto* found = std::find_if(std::begin(kOperations), std::end(kOperations),
+                                     [name](const Operation& operation) { return operation.name == name; });
+    return found != std::end(kOperations) ? found : nullptr;
+}
+
+bool ComesLater(const Operation& operation)
+{
+    return operation.handler == &RunLater;
+}
+
+std::string GetUsage(const Operation& operation)
+{
+    std::string usage(operation.name);
+    if (!operation.arguments.empty())
+    {
+        usage += ' ';
+        usage += operation.arguments;
+    }
+    return usage;
+}
+}

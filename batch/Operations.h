@@ -1,0 +1,44 @@
+#pragma once
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessarine
+{
+class BatchRun;
+
+/// The parts of the list of operations that --help shows.
+enum class OperationGroup
+{
+    Document,
+    MenuCommand,
+    KeptCommand,
+    ViewAndInput
+};
+
+/// One row of the table of operations.
+struct Operation
+{
+    std::string_view name;
+    std::string_view
+        arguments; ///< forms by name; those that can be left out together stand in brackets, last
+    OperationGroup group = OperationGroup::Document;
+    std::string_view purpose; ///< one line for the help
+    /// Runs it through the workbench's boundary, so that its user is told when it fails, and says whether it
+    /// ran. The arguments have the right number and form.
+    bool (*handler)(BatchRun& run, const std::vector<std::string>& arguments) = nullptr;
+};
+
+/// All operations, in the order of the help.
+std::span<const Operation> GetOperations();
+
+/// Null where the word names none.
+const Operation* FindOperation(std::string_view name);
+
+/// Whether it is known, and fails saying that it comes with a later version.
+bool ComesLater(const Operation& operation);
+
+/// "simplify RATIO"
+std::string GetUsage(const Operation& operation);
+}

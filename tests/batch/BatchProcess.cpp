@@ -1,0 +1,163 @@
+#include "BatchProcess.h"
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <spawn.h>
+#include <sstream>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tessarine
+{
+namespace
+{
+std::string ReadAll(const std::filesystem::path& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+/// The streams of a process that is to be started.
+class Streams
+{
+public:
+    Streams() { posix_spawn_file_actions_init(&m_Actions); }
+    ~Streams()
+    {
+        posix_spawn_file_actions_destroy(&m_Actions);
+        if (m_nPipe != -1)
+        {
+            close(m_nPipe);
+        }
+    }
+    Streams(const Streams&) = delete;
+    Streams& operator=(const Streams&) = delete;
+
+    void Connect(int stream, const std::filesystem::path& file, int mode)
+    {
+        posix_spawn_file_actions_addopen(&m_Actions, stream, file.c_str(), mode, 0600);
+    }
+
+    void ConnectOutput(OutputTo outputTo, const std::filesystem::path& file)
+    {
+        switch (outputTo)
+        {
+        case OutputTo::Test: return Connect(STDOUT_FILENO, file, O_WRONLY | O_CREAT | O_TRUNC);
+        case OutputTo::FullDisk: return Connect(STDOUT_FILENO, "/dev/full", O_WRONLY);
+        case OutputTo::ClosedPipe: return ConnectToClosedPipe();
+        case OutputTo::Nowhere: posix_spawn_file_actions_addclose(&m_Actions, STDOUT_FILENO); return;
+        }
+    }
+
+    void StartIn(const std::filesystem::path& folder)
+    {
+        posix_spawn_file_actions_addchdir_np(&m_Actions, folder.c_str());
+    }
+
+    const posix_spawn_file_actions_t* Get() const { return &m_Actions; }
+
+private:
+    void ConnectToClosedPipe()
+    {
+        std::array<int, 2> ends{};
+        if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        {
+            throw std::runtime_error("no pipe");
+        }
+        close(ends[0]);
+        m_nPipe = ends[1];
+        posix_spawn_file_actions_adddup2(&m_Actions, m_nPipe, STDOUT_FILENO);
+    }
+
+    posix_spawn_file_actions_t m_Actions{};
+    int m_nPipe = -1;
+};
+
+int WaitFor(pid_t process)
+{
+    int status = 0;
+    if (waitpid(process, &status, 0) != process)
+    {
+        throw std::runtime_error("the process is lost");
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+}
+
+TemporaryFolder::TemporaryFolder()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "tessarine-test-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr)
+    {
+        throw std::runtime_error("no temporary folder");
+    }
+    m_Path = name;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(m_Path, ignored);
+}
+
+void TemporaryFolder::Write(const std::string& name, const std::string& text) const
+{
+    std::filesystem::create_directories((m_Path / name).parent_path());
+    std::ofstream(m_Path / name, std::ios::binary) << text;
+}
+
+std::string TemporaryFolder::Read(const std::string& name) const
+{
+    return ReadAll(m_Path / name);
+}
+
+bool TemporaryFolder::Has(const std::string& name) const
+{
+    return std::filesystem::exists(m_Path / name);
+}
+
+std::vector<std::string> TemporaryFolder::GetNames() const
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_Path))
+    {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
+                       const std::string& input, OutputTo outputTo)
+{
+    const TemporaryFolder streamFolder;
+    streamFolder.Write("input", input);
+    Streams streams;
+    streams.Connect(STDIN_FILENO, streamFolder.GetPath() / "input", O_RDONLY);
+    streams.ConnectOutput(outputTo, streamFolder.GetPath() / "output");
+    streams.Connect(STDERR_FILENO, streamFolder.GetPath() / "errors", O_WRONLY | O_CREAT | O_TRUNC);
+    streams.StartIn(folder.GetPath());
+
+    std::vector<std::string> words{TESSARINE_BATCH};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    std::transform(words.begin(), words.end(), std::back_inserter(pointers),
+                   [](std::string& word) { return word.data(); });
+    pointers.push_back(nullptr);
+
+    pid_t process = 0;
+    if (posix_spawn(&process, TESSARINE_BATCH, streams.Get(), nullptr, pointers.data(), environ) != 0)
+    {
+        throw std::runtime_error("cannot start " TESSARINE_BATCH);
+    }
+    ProcessResult result;
+    result.status = WaitFor(process);
+    result.output = ReadAll(streamFolder.GetPath() / "output");
+    result.errors = ReadAll(streamFolder.GetPath() / "errors");
+    return result;
+}
+}

@@ -1,0 +1,106 @@
+#include "BatchRun.h"
+#include "BatchProcess.h"
+#include "CommandLine.h"
+#include "File.h"
+#include "Operations.h"
+#include <gmock/gmock.h>
+
+using namespace tessarine;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+/// A quiet run in a folder of its own.
+class BatchRuns : public testing::Test
+{
+protected:
+    BatchRuns() : m_Run(Quiet())
+    {
+        SetCurrentFolder(m_Folder.GetPath());
+        m_Folder.Write("tetra.obj", kTetrahedron);
+    }
+
+    bool Run(const std::vector<std::string>& words) { return m_Run.RunAll(ParseOperations(words)); }
+
+    std::string Dump()
+    {
+        EXPECT_TRUE(Run({"dump", "dump.json"}));
+        return m_Folder.Read("dump.json");
+    }
+
+    static BatchOptions Quiet()
+    {
+        BatchOptions options;
+        options.quiet = true;
+        return options;
+    }
+
+    CurrentFolderGuard m_FolderBefore;
+    TemporaryFolder m_Folder;
+    BatchRun m_Run;
+};
+}
+
+TEST_F(BatchRuns, LeaveTheModelAsItWasWhenAnImportFails)
+{
+    m_Folder.Write("bad.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n");
+    ASSERT_TRUE(Run({"import", "tetra.obj", "subdivide-loop"}));
+    const std::string before = Dump();
+    ASSERT_THAT(before, Not(IsEmpty()));
+
+    EXPECT_FALSE(Run({"import", "bad.obj"}));
+    EXPECT_EQ(Dump(), before);
+    EXPECT_FALSE(Run({"import", "missing.obj"}));
+    EXPECT_EQ(Dump(), before);
+    EXPECT_FALSE(Run({"import", "tetra.stl"}));
+    EXPECT_EQ(Dump(), before);
+}
+
+TEST_F(BatchRuns, LeaveTheModelAsItWasWhenAnOperationCannotRun)
+{
+    ASSERT_TRUE(Run({"import", "tetra.obj"}));
+    const std::string before = Dump();
+
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"simplify", "0.5"},
+                                               {"menu", "57643"},
+                                               {"menu", "1"},
+                                               {"export", "a.stl"},
+                                               {"export", "missing/a.obj"}})
+    {
+        EXPECT_FALSE(Run(words)) << words[0];
+        EXPECT_EQ(Dump(), before) << words[0];
+    }
+}
+
+TEST_F(BatchRuns, RunNothingBehindAFailure)
+{
+    EXPECT_FALSE(Run({"import", "tetra.obj", "import", "missing.obj", "export", "out.obj"}));
+    EXPECT_FALSE(m_Folder.Has("out.obj"));
+}
+
+TEST_F(BatchRuns, StayInTheirFolder)
+{
+    m_Folder.Write("below/model.obj", kTetrahedron);
+
+    EXPECT_TRUE(Run({"import", "below/model.obj", "export", "below/out.obj"}));
+    EXPECT_EQ(GetCurrentFolder(), m_Folder.GetPath());
+    EXPECT_TRUE(m_Folder.Has("below/out.obj"));
+    EXPECT_FALSE(Run({"import", "below/missing.obj"}));
+    EXPECT_EQ(GetCurrentFolder(), m_Folder.GetPath());
+}
+
+TEST_F(BatchRuns, KnowEveryOperationOfALaterVersionAndFail)
+{
+    int later = 0;
+    for (const Operation& operation : GetOperations())
+    {
+        if (ComesLater(operation))
+        {
+            ++later;
+            EXPECT_FALSE(m_Run.RunAll({{&operation, {}}})) << operation.name;
+        }
+    }
+    EXPECT_EQ(later, 36); // of 44
+}

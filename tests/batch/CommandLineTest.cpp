@@ -1,0 +1,257 @@
+#include "CommandLine.h"
+#include "Operations.h"
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <sstream>
+
+using namespace tessarine;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+/// "import(a) export(b)"
+std::string Spell(const std::vector<OperationCall>& calls)
+{
+    std::string text;
+    for (const OperationCall& call : calls)
+    {
+        text += text.empty() ? "" : " ";
+        text += call.pOperation->name;
+        text += "(";
+        for (const std::string& argument : call.arguments)
+        {
+            text += text.back() == '(' ? "" : ",";
+            text += argument;
+        }
+        text += ")";
+    }
+    return text;
+}
+
+/// What is wrong with the words; empty when nothing is.
+std::string ComplaintOn(const std::vector<std::string>& words)
+{
+    try
+    {
+        ParseOperations(words);
+        return "";
+    }
+    catch (const UsageError& error)
+    {
+        return error.what();
+    }
+}
+
+std::string ComplaintOnOptions(const std::vector<std::string>& words)
+{
+    try
+    {
+        ParseOptions(words);
+        return "";
+    }
+    catch (const UsageError& error)
+    {
+        return error.what();
+    }
+}
+}
+
+TEST(BatchOptions, AreThoseOfTheManualWhenNoneIsGiven)
+{
+    const BatchOptions options = ParseOptions({"new"});
+
+    EXPECT_FALSE(options.folder);
+    EXPECT_FALSE(options.script);
+    EXPECT_FALSE(options.quiet);
+    EXPECT_FALSE(options.help);
+    EXPECT_FALSE(options.version);
+    EXPECT_EQ(options.viewWidth, 800);
+    EXPECT_EQ(options.viewHeight, 600);
+    EXPECT_EQ(options.threads, 1);
+    EXPECT_THAT(options.words, ElementsAre("new"));
+}
+
+TEST(BatchOptions, HaveALongAndAShortForm)
+{
+    const BatchOptions brief = ParseOptions({"-C", "data", "-s", "run.txt", "-q"});
+    const BatchOptions full = ParseOptions({"--directory", "data", "--script=run.txt", "--quiet"});
+
+    for (const BatchOptions& options : {brief, full})
+    {
+        EXPECT_EQ(options.folder, "data");
+        EXPECT_EQ(options.script, "run.txt");
+        EXPECT_TRUE(options.quiet);
+        EXPECT_THAT(options.words, IsEmpty());
+    }
+}
+
+TEST(BatchOptions, EndAtTheFirstWordThatIsNone)
+{
+    const BatchOptions options =
+        ParseOptions({"--window", "640x480", "--threads", "4", "import", "-q", "--version"});
+
+    EXPECT_EQ(options.viewWidth, 640);
+    EXPECT_EQ(options.viewHeight, 480);
+    EXPECT_EQ(options.threads, 4);
+    EXPECT_FALSE(options.quiet);
+    EXPECT_FALSE(options.version);
+    EXPECT_THAT(options.words, ElementsAre("import", "-q", "--version"));
+}
+
+TEST(BatchOptions, RefuseAnUnknownOne)
+{
+    EXPECT_EQ(ComplaintOnOptions({"--frobnicate", "new"}), "unknown option --frobnicate");
+    EXPECT_EQ(ComplaintOnOptions({"-x"}), "unknown option -x");
+    EXPECT_EQ(ComplaintOnOptions({"-q", "--frobnicate"}), "unknown option --frobnicate");
+}
+
+TEST(BatchOptions, RefuseAMissingValue)
+{
+    EXPECT_THAT(ComplaintOnOptions({"-C"}), HasSubstr("--directory"));
+    EXPECT_THAT(ComplaintOnOptions({"--script"}), HasSubstr("--script"));
+}
+
+TEST(BatchOptions, RefuseAWindowThatIsNoSize)
+{
+    for (const char* size : {"800", "800x", "x600", "0x600", "800x0", "-1x5", "800X600", "800x600x2",
+                             "16385x1", "", "99999999999999999999x1", " 8x6", "8x6 ", "8.0x6"})
+    {
+        EXPECT_THAT(ComplaintOnOptions({"--window", size, "new"}), HasSubstr("WxH")) << size;
+    }
+    EXPECT_EQ(ComplaintOnOptions({"--window", "16384x1", "new"}), "");
+}
+
+TEST(BatchOptions, RefuseFewerThreadsThanOne)
+{
+    for (const char* count : {"0", "-1", "two", "1.5", "", "99999999999"})
+    {
+        EXPECT_THAT(ComplaintOnOptions({"--threads", count, "new"}), HasSubstr("whole number from 1"))
+            << count;
+    }
+}
+
+TEST(BatchOperations, StartAtEachWordThatNamesOne)
+{
+    EXPECT_EQ(Spell(ParseOperations({"new", "import", "a.obj", "subdivide-loop", "export", "b.obj"})),
+              "new() import(a.obj) subdivide-loop() export(b.obj)");
+}
+
+TEST(BatchOperations, TakeTheWordBehindTwoDashesAsAnArgument)
+{
+    EXPECT_EQ(Spell(ParseOperations({"export", "--", "report", "report", "--", "--"})),
+              "export(report) report(--)");
+}
+
+TEST(BatchOperations, TakeASingleDashAsAnArgument)
+{
+    EXPECT_EQ(Spell(ParseOperations({"report", "-", "dump", "-"})), "report(-) dump(-)");
+}
+
+TEST(BatchOperations, AreNoneInNoWords)
+{
+    EXPECT_THAT(ParseOperations({}), IsEmpty());
+}
+
+TEST(BatchOperations, RefuseAnUnknownName)
+{
+    EXPECT_EQ(ComplaintOn({"frobnicate", "new"}), "unknown operation \"frobnicate\"");
+    EXPECT_EQ(ComplaintOn({"Import", "a.obj"}), "unknown operation \"Import\"");
+    EXPECT_EQ(ComplaintOn({""}), "unknown operation \"\"");
+    EXPECT_EQ(ComplaintOn({"import", "a.obj", "frobnicate"}),
+              "import: \"frobnicate\" is neither its argument nor an operation; its form is: import FILE");
+}
+
+TEST(BatchOperations, RefuseAWrongNumberOfArguments)
+{
+    EXPECT_EQ(ComplaintOn({"import"}), "import: 0 arguments given; its form is: import FILE");
+    EXPECT_EQ(ComplaintOn({"import", "export", "b.obj"}),
+              "import: 0 arguments given; its form is: import FILE");
+    EXPECT_EQ(ComplaintOn({"mouse-move", "1"}), "mouse-move: 1 argument given; its form is: mouse-move X Y");
+}
+
+TEST(BatchOperations, LeaveOutArgumentsInBracketsOnlyTogether)
+{
+    EXPECT_EQ(ComplaintOn({"solve", "a", "b", "c"}), "");
+    EXPECT_EQ(ComplaintOn({"solve", "a", "b", "c", "3", "1e-7", "200"}), "");
+    EXPECT_EQ(ComplaintOn({"solve", "a", "b", "c", "3"}),
+              "solve: 4 arguments given; its form is: solve A.mtx B.vec X.vec [ITOL TOL ITMAX]");
+    EXPECT_EQ(ComplaintOn({"camera", "1", "2", "3", "0", "0", "0"}), "");
+    EXPECT_EQ(ComplaintOn({"camera", "1", "2", "3", "0", "0", "0", "0", "-1", "0.5"}), "");
+    EXPECT_NE(ComplaintOn({"camera", "1", "2", "3", "0", "0", "0", "0"}), "");
+    EXPECT_EQ(ComplaintOn({"make-eigen-table", "f"}), "");
+    EXPECT_EQ(ComplaintOn({"make-eigen-table", "f", "3"}), "");
+    EXPECT_EQ(ComplaintOn({"connect-next"}), "");
+    EXPECT_EQ(ComplaintOn({"connect-next", "7"}), "");
+    EXPECT_EQ(ComplaintOn({"connect-next", "all"}), "");
+}
+
+TEST(BatchOperations, RefuseAnArgumentOfTheWrongForm)
+{
+    EXPECT_EQ(ComplaintOn({"simplify", "1.5"}), "simplify: \"1.5\" is no RATIO (a number from 0 to 1)");
+    EXPECT_EQ(ComplaintOn({"simplify", "0.2x"}), "simplify: \"0.2x\" is no RATIO (a number from 0 to 1)");
+    EXPECT_EQ(ComplaintOn({"subdivide-adaptive", "big"}),
+              "subdivide-adaptive: \"big\" is no AREA (a number)");
+    EXPECT_EQ(ComplaintOn({"menu", "0x8000"}), "menu: \"0x8000\" is no ID (a whole number from 0)");
+    EXPECT_EQ(ComplaintOn({"import", ""}), "import: \"\" is no FILE (the name of a file)");
+    EXPECT_NE(ComplaintOn({"optimize", "one"}), "");
+    EXPECT_NE(ComplaintOn({"connect-next", "0"}), "");
+    EXPECT_NE(ComplaintOn({"make-eigen-table", "f", "2"}), "");
+    EXPECT_NE(ComplaintOn({"limit-point", "-1", "0", "0"}), "");
+    EXPECT_NE(ComplaintOn({"camera", "1", "2", "3", "0", "0", "nan"}), "");
+}
+
+TEST(BatchOperations, RefuseOptionsBehindThem)
+{
+    EXPECT_EQ(ComplaintOn({"import", "--quiet"}),
+              "option --quiet stands behind an operation; options come first");
+    EXPECT_EQ(ComplaintOn({"import", "--", "--quiet"}), "");
+}
+
+TEST(BatchOperations, RefuseTwoDashesWithNothingToProtect)
+{
+    EXPECT_EQ(ComplaintOn({"import", "--"}), "nothing stands behind the last --");
+    EXPECT_EQ(ComplaintOn({"--", "import", "x"}),
+              "-- stands in front of an argument, and \"import\" has no operation");
+}
+
+TEST(BatchHelp, FitsAScreen)
+{
+    std::istringstream help(GetHelpText());
+    int lines = 0;
+    for (std::string line; std::getline(help, line); ++lines)
+    {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
+    EXPECT_LE(lines, 24);
+}
+
+TEST(BatchHelp, NamesEveryOperationAndMarksThoseOfLaterVersions)
+{
+    const std::string help = GetHelpText();
+    for (const Operation& operation : GetOperations())
+    {
+        std::string entry = ComesLater(operation) ? " *" : " ";
+        entry += GetUsage(operation);
+        EXPECT_THAT(help, HasSubstr(entry));
+    }
+}
+
+TEST(BatchHelp, TellsTheFormAndThePurposeOfOneOperation)
+{
+    EXPECT_EQ(GetHelpText({"status"}), "status\n    prints the seven panes of the status bar, one a line\n");
+    EXPECT_THROW(GetHelpText({"frobnicate"}), UsageError);
+}
+
+TEST(BatchHelp, KnowsTheFormOfEveryArgument)
+{
+    for (const Operation& operation : GetOperations())
+    {
+        std::vector<std::string> words{std::string(operation.name)};
+        const auto blanks = std::count(operation.arguments.begin(), operation.arguments.end(), ' ');
+        words.resize(operation.arguments.empty() ? 1 : static_cast<std::size_t>(blanks) + 2, "3");
+        const bool isRatio = operation.arguments == "RATIO";
+        EXPECT_EQ(ComplaintOn(words).empty(), !isRatio) << operation.name;
+    }
+}

@@ -1,0 +1,463 @@
+#include "BatchProcess.h"
+#include "DumpCheck.h"
+#include "File.h"
+#include <fstream>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using namespace tessarine;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace
+{
+constexpr char kTetrahedronConsole[] = "Unknow token! Line: 9,Index: 0\n"
+                                       "Number of halfedge: 12\n"
+                                       "m_VertexList.SIZE(): 4\n"
+                                       "m_FaceList.Size(): 4\n"
+                                       "m_EdgeList.Size(): 6\n"
+                                       "total halfedge number: 12\n"
+                                       "Solid fits Euler formular: true\n";
+
+constexpr char kEmptyStatus[] = "就绪\n"
+                                "顶点数";
+
+/// A folder with the model tetra.obj.
+class BatchProcess : public testing::Test
+{
+protected:
+    BatchProcess() { m_Folder.Write("tetra.obj", kTetrahedron); }
+
+    ProcessResult Run(const std::vector<std::string>& arguments, const std::string& input = "",
+                      OutputTo outputTo = OutputTo::Test) const
+    {
+        return RunBatch(m_Folder, arguments, input, outputTo);
+    }
+
+    /// Expects status 2, nothing on standard output, and one line of this text on standard error.
+    void ExpectUsageError(const std::vector<std::string>& arguments, const std::string& text,
+                          const std::string& input = "") const
+    {
+        const ProcessResult result = Run(arguments, input);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.output, IsEmpty());
+        EXPECT_EQ(result.errors, "tessarine-batch: " + text + "; see tessarine-batch --help\n");
+    }
+
+    TemporaryFolder m_Folder;
+};
+}
+
+TEST_F(BatchProcess, PrintsTheConsoleOfAnImport)
+{
+    const ProcessResult result = Run({"import", "tetra.obj"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, kTetrahedronConsole);
+    EXPECT_THAT(result.errors, IsEmpty());
+}
+
+// The links follow from the builder's order: a half-edge a corner in file order, a vertex keeps the last that
+// was made at it, and an edge is made where a half-edge first meets its pair of vertices. 1/sqrt(3) =
+// 0.5773502691896258.
+TEST_F(BatchProcess, DumpsATetrahedronToTheLetter)
+{
+    EXPECT_EQ(Run({"import", "tetra.obj", "dump", "dump.json"}).status, 0);
+
+    const std::string expected = ReadFile(TESSARINE_GOLDEN "/tetrahedron.json");
+    EXPECT_EQ(m_Folder.Read("dump.json"), expected);
+    EXPECT_EQ(Run({"-q", "import", "tetra.obj", "dump", "-"}).output, expected);
+}
+
+TEST_F(BatchProcess, DumpsALoopStepWithAllLinksInOrder)
+{
+    EXPECT_EQ(Run({"import", "tetra.obj", "subdivide-loop", "subdivide-loop", "dump", "dump.json"}).status,
+              0);
+
+    std::ifstream dump(m_Folder.GetPath() / "dump.json");
+    const DumpFindings findings = CheckDump(dump);
+    EXPECT_THAT(findings.breach, IsEmpty());
+    EXPECT_EQ(findings.solids, 3U);            // the model and two snapshots
+    EXPECT_EQ(findings.faces, 64U + 4U + 16U); // theirs
+}
+
+TEST_F(BatchProcess, HoldsTheConsoleBackWhenQuietButNotWhatIsAskedFor)
+{
+    EXPECT_THAT(Run({"-q", "import", "tetra.obj"}).output, IsEmpty());
+
+    const ProcessResult result = Run({"--quiet", "import", "tetra.obj", "report", "-", "status"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, AllOf(StartsWith("{\n  \"nodes\": [{"), HasSubstr("}\n就绪\n")));
+}
+
+TEST_F(BatchProcess, PrintsTheVersion)
+{
+    const ProcessResult result = Run({"--version"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "tessarine-batch 0.1.0\n");
+}
+
+TEST_F(BatchProcess, PrintsTheHelp)
+{
+    const ProcessResult result = Run({"--help"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, StartsWith("Usage: tessarine-batch [OPTION]..."));
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_THAT(Run({"--help", "export"}).output, StartsWith("export FILE\n"));
+    ExpectUsageError({"--help", "exprt"}, "unknown operation \"exprt\"");
+}
+
+TEST_F(BatchProcess, PrintsTheSevenPanes)
+{
+    const ProcessResult result = Run({"-q", "import", "tetra.obj", "status"});
+
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 7);
+    EXPECT_THAT(result.output, StartsWith(kEmptyStatus));
+    EXPECT_THAT(result.output, EndsWith("\n大写\n数字\n滚动\n"));
+    EXPECT_THAT(result.output, HasSubstr("4"));
+}
+
+TEST_F(BatchProcess, ExportsWhatItImported)
+{
+    EXPECT_EQ(Run({"import", "tetra.obj", "export", "out.obj"}).status, 0);
+
+    const ProcessResult again = Run({"-q", "import", "out.obj", "report", "-"});
+    const nlohmann::json node = nlohmann::json::parse(again.output)["nodes"][0];
+    EXPECT_EQ(node["vertices"], 4);
+    EXPECT_EQ(node["faces"], 4);
+    EXPECT_EQ(node["eulerNumber"], 2);
+    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("out.obj", "tetra.obj"));
+}
+
+TEST_F(BatchProcess, FindsAMaterialLibraryBesideItsModel)
+{
+    m_Folder.Write("models/boxed.obj", std::string("mtllib boxed.mtl\nusemtl red\n") + kTetrahedron);
+    m_Folder.Write("models/boxed.mtl", "newmtl red\nKd 1 0 0\n");
+
+    const ProcessResult result = Run({"-q", "import", "models/boxed.obj", "dump", "dump.json"});
+    EXPECT_EQ(result.status, 0);
+    const nlohmann::json dump = nlohmann::json::parse(m_Folder.Read("dump.json")); // in the folder of the run
+    EXPECT_EQ(dump["materials"][0]["name"], "red");
+}
+
+TEST_F(BatchProcess, WorksInTheFolderOfItsOption)
+{
+    m_Folder.Write("below/other.obj", kTetrahedron);
+
+    EXPECT_EQ(Run({"-C", "below", "import", "other.obj", "export", "out.obj"}).status, 0);
+    EXPECT_TRUE(m_Folder.Has("below/out.obj"));
+    EXPECT_EQ(Run({"--directory=below", "-s", "run.txt"}).status,
+              2); // a script's path, too, is relative to it
+    m_Folder.Write("below/run.txt", "import other.obj\n");
+    EXPECT_EQ(Run({"--directory=below", "-s", "run.txt"}).status, 0);
+}
+
+TEST_F(BatchProcess, TakesTheWordBehindTwoDashesForAFile)
+{
+    m_Folder.Write("report", kTetrahedron);
+
+    const ProcessResult result = Run({"import", "--", "report"});
+    EXPECT_EQ(result.status, 1); // the file is there, but its ending is refused
+    EXPECT_THAT(result.errors, StartsWith("message box \"错误\": 不能导入此类型文件!\n"));
+
+    EXPECT_EQ(Run({"import", "tetra.obj", "dump", "--", "status"}).status, 0);
+    EXPECT_TRUE(m_Folder.Has("status"));
+}
+
+TEST_F(BatchProcess, SetsTheViewSize)
+{
+    const auto aspectOf = [this](const std::vector<std::string>& options)
+    {
+        std::vector<std::string> words = options;
+        words.insert(words.end(), {"report", "-"});
+        return nlohmann::json::parse(Run(words).output)["camera"]["aspect"].get<double>();
+    };
+    EXPECT_EQ(aspectOf({}), 1.3333334); // 800 x 600, a float
+    EXPECT_EQ(aspectOf({"--window", "640x320"}), 2.0);
+}
+
+TEST_F(BatchProcess, GivesTheSameResultsWithThreads)
+{
+    Run({"import", "tetra.obj", "subdivide-loop", "dump", "one.json"});
+    Run({"--threads", "4", "import", "tetra.obj", "subdivide-loop", "dump", "four.json"});
+
+    EXPECT_THAT(m_Folder.Read("one.json"), testing::Not(IsEmpty()));
+    EXPECT_EQ(m_Folder.Read("one.json"), m_Folder.Read("four.json"));
+}
+
+TEST_F(BatchProcess, StartsAnEmptyDocument)
+{
+    Run({"dump", "fresh.json"});
+    EXPECT_EQ(Run({"-q", "import", "tetra.obj", "new", "dump", "new.json"}).status, 0);
+
+    EXPECT_EQ(m_Folder.Read("new.json"), m_Folder.Read("fresh.json"));
+}
+
+TEST_F(BatchProcess, SubdividesByLoop)
+{
+    const ProcessResult result = Run({"-q", "import", "tetra.obj", "subdivide-loop", "report", "-"});
+    const nlohmann::json report = nlohmann::json::parse(result.output);
+
+    EXPECT_EQ(report["nodes"][0]["vertices"], 10); // 4 and one on each of the 6 edges
+    EXPECT_EQ(report["nodes"][0]["faces"], 16);
+    EXPECT_EQ(report["nodes"][0]["edges"], 24);
+    EXPECT_EQ(report["nodes"][1]["faces"], 4); // the mesh before, kept
+    EXPECT_EQ(report["nodes"][1]["solidVisible"], false);
+    EXPECT_EQ(report["history"], 1);
+}
+
+TEST_F(BatchProcess, SubdividesNothingWithoutAModelAndSaysNothing)
+{
+    const ProcessResult result = Run({"subdivide-loop"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.errors, IsEmpty());
+}
+
+// --- scripts
+
+TEST_F(BatchProcess, RunsAScriptAndThenTheCommandLine)
+{
+    m_Folder.Write(
+        "run.txt",
+        "# the model\r\nimport \"tetra.obj\"  # closed\r\n\r\nexport one.obj report report.json\n");
+
+    EXPECT_EQ(Run({"-s", "run.txt", "export", "two.obj"}).status, 0);
+    EXPECT_TRUE(m_Folder.Has("report.json"));
+    EXPECT_THAT(m_Folder.Read("one.obj"), testing::Not(IsEmpty()));
+    EXPECT_EQ(m_Folder.Read("one.obj"), m_Folder.Read("two.obj"));
+}
+
+TEST_F(BatchProcess, ReadsAScriptFromStandardInput)
+{
+    const ProcessResult result = Run({"-q", "--script", "-"}, "import tetra.obj\nexport out.obj");
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(m_Folder.Has("out.obj"));
+}
+
+TEST_F(BatchProcess, ChecksTheWholeScriptBeforeItRuns)
+{
+    m_Folder.Write("run.txt", "import tetra.obj\nexport out.obj\nfrobnicate\n");
+
+    ExpectUsageError({"-s", "run.txt"}, "run.txt, line 3: unknown operation \"frobnicate\"");
+    ExpectUsageError({"-s", "-"},
+                     "standard input, line 1: export: 0 arguments given; its form is: export FILE",
+                     "export\nout.obj\n");
+    EXPECT_FALSE(m_Folder.Has("out.obj"));
+}
+
+TEST_F(BatchProcess, RefusesAScriptThatCannotBeRead)
+{
+    const ProcessResult missing = Run({"-s", "missing.txt", "new"});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_THAT(missing.errors, AllOf(StartsWith("tessarine-batch: cannot open missing.txt: no such file"),
+                                      EndsWith("; see tessarine-batch --help\n")));
+
+    EXPECT_EQ(Run({"-s", ".", "new"}).status, 2); // a folder
+    EXPECT_EQ(Run({"-s", "", "new"}).status, 2);
+}
+
+TEST_F(BatchProcess, RefusesAnEmptyScript)
+{
+    m_Folder.Write("run.txt", "# nothing\n");
+    ExpectUsageError({"-s", "run.txt"}, "no operation is given");
+}
+
+// --- usage
+
+TEST_F(BatchProcess, RunsNothingWhenAnyWordIsWrong)
+{
+    ExpectUsageError({"import", "tetra.obj", "export", "out.obj", "simplify", "2"},
+                     "simplify: \"2\" is no RATIO (a number from 0 to 1)");
+    ExpectUsageError({"dump", "out.json", "frobnicate"},
+                     "dump: \"frobnicate\" is neither its argument nor an operation; its form is: dump FILE");
+    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("tetra.obj"));
+}
+
+TEST_F(BatchProcess, RefusesAnEmptyCommandLine)
+{
+    ExpectUsageError({}, "no operation is given");
+    ExpectUsageError({"-q"}, "no operation is given");
+}
+
+TEST_F(BatchProcess, RefusesUnknownOptions)
+{
+    ExpectUsageError({"--frobnicate", "new"}, "unknown option --frobnicate");
+    ExpectUsageError({"--threads", "0", "new"}, "--threads: \"0\" is no whole number from 1");
+    ExpectUsageError({"--window", "800", "new"},
+                     "--window: \"800\" is no WxH, as 800x600, from 1x1 to 16384x16384");
+}
+
+TEST_F(BatchProcess, RefusesAFolderThatIsNone)
+{
+    const ProcessResult missing = Run({"-C", "missing", "new"});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_THAT(missing.errors,
+                StartsWith("tessarine-batch: cannot enter the folder missing: no such folder"));
+
+    const ProcessResult file = Run({"-C", "tetra.obj", "new"});
+    EXPECT_EQ(file.status, 2);
+    EXPECT_THAT(file.errors, StartsWith("tessarine-batch: cannot enter the folder tetra.obj: "));
+}
+
+// --- failures
+
+TEST_F(BatchProcess, FailsOnAMissingModelAndRunsNothingBehindIt)
+{
+    const ProcessResult result = Run({"import", "missing.obj", "export", "out.obj"});
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "Cannot open file!!\n");
+    EXPECT_THAT(result.errors, AllOf(StartsWith("tessarine-batch: import: cannot open "),
+                                     HasSubstr("missing.obj"), HasSubstr("no such file")));
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("tetra.obj"));
+}
+
+TEST_F(BatchProcess, FailsInAMissingFolder)
+{
+    EXPECT_EQ(Run({"import", "missing/a.obj"}).status, 1);
+    EXPECT_EQ(Run({"import", "tetra.obj", "export", "missing/a.obj"}).status, 1);
+    EXPECT_EQ(Run({"report", "missing/a.json"}).status, 1);
+    EXPECT_EQ(Run({"dump", "missing/a.json"}).status, 1);
+}
+
+TEST_F(BatchProcess, FailsOnARefusedExtensionWithTheBoxOfTheWindow)
+{
+    m_Folder.Write("tetra.Obj", kTetrahedron);
+
+    const ProcessResult import = Run({"import", "tetra.Obj"});
+    EXPECT_EQ(import.status, 1);
+    EXPECT_EQ(import.errors, "message box \"错误\": 不能导入此类型文件!\n"
+                             "tessarine-batch: import: 不能导入此类型文件!\n");
+
+    const ProcessResult saving = Run({"-q", "import", "tetra.obj", "export", "tetra.stl"});
+    EXPECT_EQ(saving.status, 1);
+    EXPECT_EQ(saving.errors, "message box \"错误\": 不能保存成此类型文件!\n"
+                             "tessarine-batch: export: 不能保存成此类型文件!\n");
+    EXPECT_FALSE(m_Folder.Has("tetra.stl"));
+}
+
+TEST_F(BatchProcess, FailsOnNumbersOutsideTheModel)
+{
+    m_Folder.Write("bad.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 4\n");
+
+    const ProcessResult result = Run({"import", "bad.obj", "export", "out.obj"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, AllOf(StartsWith("tessarine-batch: import: "), HasSubstr("4")));
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+    EXPECT_FALSE(m_Folder.Has("out.obj"));
+}
+
+TEST_F(BatchProcess, FailsOnAnOperationOfALaterVersion)
+{
+    const ProcessResult result = Run({"simplify", "0.8", "dump", "out.json"});
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors,
+              "tessarine-batch: simplify: this operation comes with a later version of Tessarine\n");
+    EXPECT_FALSE(m_Folder.Has("out.json"));
+}
+
+TEST_F(BatchProcess, RunsMenuCommandsByTheirNumber)
+{
+    const ProcessResult result = Run({"-q", "import", "tetra.obj", "menu", "32778", "report", "-"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(result.output)["nodes"][0]["faces"], 16); // the Loop step
+}
+
+TEST_F(BatchProcess, CancelsTheDialogOfAMenuCommand)
+{
+    const ProcessResult result =
+        Run({"-q", "import", "tetra.obj", "menu", "32775", "menu", "32783", "report", "-"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(result.output)["nodes"][0]["faces"], 4); // the model stays
+    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("tetra.obj"));
+}
+
+TEST_F(BatchProcess, FailsOnMenuNumbersThatDoNothing)
+{
+    const auto complaintOn = [this](const std::string& number)
+    {
+        const ProcessResult result = Run({"menu", number});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+        return result.errors;
+    };
+    EXPECT_EQ(complaintOn("12345"), "tessarine-batch: menu: no command has the number 12345\n");
+    EXPECT_THAT(complaintOn("57643"),
+                AllOf(StartsWith("tessarine-batch: menu: "), HasSubstr("is disabled"))); // undo
+    EXPECT_THAT(complaintOn("32830"), HasSubstr("is disabled"));
+    EXPECT_THAT(complaintOn("32802"), HasSubstr("comes with a later version of Tessarine")); // simplify
+}
+
+TEST_F(BatchProcess, LeavesAnOldResultWhenTheNewOneCannotBeWritten)
+{
+    m_Folder.Write("out.json/keep", "");
+
+    const ProcessResult result = Run({"dump", "out.json"}); // a folder
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, StartsWith("tessarine-batch: dump: cannot write out.json: "));
+    EXPECT_TRUE(m_Folder.Has("out.json/keep"));
+}
+
+// --- standard output that does not take what is written
+
+TEST_F(BatchProcess, FailsWhenStandardOutputIsFull)
+{
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"status"}, {"report", "-"}, {"dump", "-"}, {"import", "tetra.obj"}})
+    {
+        const ProcessResult result = Run(words, "", OutputTo::FullDisk);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.errors, "tessarine-batch: " + words[0] +
+                                     ": cannot write to standard output: No space left on device\n");
+    }
+    EXPECT_EQ(Run({"--help"}, "", OutputTo::FullDisk).status, 1);
+    EXPECT_EQ(Run({"--version"}, "", OutputTo::FullDisk).status, 1);
+}
+
+TEST_F(BatchProcess, RunsNothingBehindAConsoleThatIsLost)
+{
+    EXPECT_EQ(Run({"import", "tetra.obj", "export", "out.obj"}, "", OutputTo::FullDisk).status, 1);
+    EXPECT_FALSE(m_Folder.Has("out.obj"));
+}
+
+TEST_F(BatchProcess, FailsAndIsNotKilledWhenNobodyReadsStandardOutput)
+{
+    const ProcessResult result = Run({"dump", "-"}, "", OutputTo::ClosedPipe);
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "tessarine-batch: dump: cannot write to standard output: Broken pipe\n");
+}
+
+TEST_F(BatchProcess, FailsWhenStandardOutputIsClosed)
+{
+    const ProcessResult result = Run({"status"}, "", OutputTo::Nowhere);
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, StartsWith("tessarine-batch: status: cannot write to standard output: "));
+}
+
+TEST_F(BatchProcess, WritesNoConsoleIntoAFileWhenStandardOutputIsClosed)
+{
+    Run({"-q", "import", "tetra.obj", "export", "expected.obj"});
+
+    EXPECT_EQ(Run({"-q", "import", "tetra.obj", "export", "out.obj"}, "", OutputTo::Nowhere).status, 0);
+    EXPECT_EQ(m_Folder.Read("out.obj"), m_Folder.Read("expected.obj"));
+}
+
+TEST_F(BatchProcess, NeedsNoStandardOutputWhenNothingIsPrinted)
+{
+    EXPECT_EQ(Run({"-q", "import", "tetra.obj"}, "", OutputTo::FullDisk).status, 0);
+}

@@ -1,0 +1,86 @@
+#pragma once
+#include "Capture.h"
+#include "IAWorkbench.h"
+#include "Meshes.h"
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <string>
+#include <vector>
+
+namespace tessarine
+{
+/// A machine without a window that keeps the failures which it shows.
+class RecordingPlatform : public HeadlessPlatform
+{
+public:
+    struct Shown
+    {
+        std::string operation;
+        std::string reason;
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+
+    RecordingPlatform() : m_pBefore(SetPlatform(this)) {}
+    ~RecordingPlatform() override { SetPlatform(m_pBefore); }
+
+    void ShowFailure(const std::string& operation, const std::string& reason) override
+    {
+        m_Failures.push_back({operation, reason});
+    }
+
+    const std::vector<Shown>& GetFailures() const { return m_Failures; }
+
+    /// The reason of the only failure so far.
+    std::string GetOnlyReason() const;
+    /// Texts of the message boxes so far.
+    std::vector<std::string> GetTexts() const;
+
+private:
+    Platform* m_pBefore;
+    std::vector<Shown> m_Failures;
+};
+
+/// A folder of its own for a test, and the current one while it lives.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& GetPath() const { return m_Path; }
+    /// Writes a file below the folder, and makes its folders.
+    void Write(const std::string& name, const std::string& text) const;
+    std::string Read(const std::string& name) const;
+
+private:
+    std::filesystem::path m_Before;
+    std::filesystem::path m_Path;
+};
+
+/// A workbench on a platform and in a folder of its own. What it prints on the console is kept.
+class WorkbenchTest : public testing::Test
+{
+protected:
+    /// Puts a model into a new leaf at the end of the root.
+    DSSolid* Show(const IndexedMesh& mesh);
+
+    IAController& GetController() { return m_Bench.GetController(); }
+    MANBrepElementManager& GetElements() { return GetController().GetElementManager(); }
+    MANSceneManager& GetScene() { return GetController().GetSceneManager(); }
+
+    bool Import(const std::string& name);
+
+    TemporaryFolder m_Folder;
+    ConsoleCapture m_Console;
+    AssertionCapture m_Assertions;
+    RecordingPlatform m_Platform;
+    IAWorkbench m_Bench;
+};
+
+/// An OBJ file of one triangle, and one of a tetrahedron.
+inline constexpr char kTriangleObj[] = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+inline constexpr char kTetrahedronObj[] =
+    "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\nf 1 3 2\nf 1 2 4\nf 2 3 4\nf 3 1 4\n";
+}
