@@ -1,7 +1,8 @@
 #include "IOLineCursor.h"
 #include "LiteralObjReader.h"
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -199,7 +200,7 @@ void ExpectSameAsLiteral(const std::string& text)
     const float value = line.cursor.ReadFloat();
     std::size_t index = 0;
     const float expected = LiteralScanner::ReadFloat(text, index);
-    ASSERT_EQ(std::memcmp(&value, &expected, sizeof value), 0)
+    ASSERT_EQ(std::bit_cast<std::uint32_t>(value), std::bit_cast<std::uint32_t>(expected))
         << '"' << text << "\": " << value << " for " << expected;
     ASSERT_EQ(line.cursor.GetIndex(), index) << '"' << text << '"';
 

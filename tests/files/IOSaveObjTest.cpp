@@ -10,6 +10,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <sys/resource.h>
 
 namespace tessarine
 {
@@ -286,6 +287,41 @@ TEST(IOSaveObj, LeavesAnOlderFileWhenTheWritingFails)
         nullptr; // a broken circle
     const AssertionCapture assertions;
     EXPECT_THROW(writing.writer.SaveObj("out.obj"), AssertionFailure);
+    EXPECT_EQ(ReadFile("out.obj"), "old");
+    EXPECT_THAT(folder.List(), ElementsAre("out.obj"));
+}
+
+/// Lets no file grow beyond `bytes`, as a full disk does.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_Before);
+        rlimit lower = m_Before;
+        lower.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &lower);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_Before); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_Before{};
+};
+
+TEST(IOSaveObj, LeavesAnOlderFileOnAFullDisk)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("out.obj", "old");
+    Writing writing;
+    writing.Load(Grid(20)); // some 20,000 bytes
+    ConsoleCapture console;
+    {
+        const FileSizeLimit limit(4096);
+        EXPECT_THROW(writing.writer.SaveObj("out.obj"), Failure);
+    }
+    EXPECT_EQ(console.GetText(), ""); // the file was opened
     EXPECT_EQ(ReadFile("out.obj"), "old");
     EXPECT_THAT(folder.List(), ElementsAre("out.obj"));
 }

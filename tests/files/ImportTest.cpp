@@ -20,7 +20,6 @@ namespace
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 constexpr std::uint32_t kFirstEdge = ElementKind::Edge;

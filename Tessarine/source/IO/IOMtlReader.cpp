@@ -39,22 +39,25 @@ void IOMtlReader::ParseText(const std::string& text)
 void IOMtlReader::ParseLine(IOLineCursor& line)
 {
     const std::string_view token = line.ReadToken();
-    if (line.IsAtZero())
+    if (line.IsAtZero() || !ParseToken(token, line))
     {
         ReportUnknownToken(line);
     }
-    else if (token == "newmtl")
+}
+
+bool IOMtlReader::ParseToken(std::string_view token, IOLineCursor& line)
+{
+    if (token == "newmtl")
     {
         OpenMaterial(line);
+        return true;
     }
-    else if (IsOnlyNamed(token))
+    if (IsOnlyNamed(token))
     {
         DebugConsole() << "Line: " << m_nLine << "----Token: " << token << '\n';
+        return true;
     }
-    else if (token != "#" && !ParseMaterialLine(token, line))
-    {
-        ReportUnknownToken(line);
-    }
+    return token == "#" || ParseMaterialLine(token, line);
 }
 
 void IOMtlReader::OpenMaterial(IOLineCursor& line)

@@ -32,6 +32,8 @@ public:
 
 private:
     void ParseLine(IOLineCursor& line);
+    /// @return false when the token is unknown; the line's index is then the one behind it
+    bool ParseToken(std::string_view token, IOLineCursor& line);
     void OpenMaterial(IOLineCursor& line);
     /// @return false when the token is none of a current material's
     bool ParseMaterialLine(std::string_view token, IOLineCursor& line);
