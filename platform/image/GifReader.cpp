@@ -179,7 +179,8 @@ private:
                                  std::to_string(colours.ColorCount));
             }
             const GifColorType& colour = colours.Colors[index];
-            std::uint8_t* out = GetRow(screen, screen.height - 1 - screenY) + 3 * (frame.Left + x);
+            std::uint8_t* out =
+                GetRow(screen, screen.height - 1 - screenY) + std::ptrdiff_t{3} * (frame.Left + x);
             out[0] = colour.Red;
             out[1] = colour.Green;
             out[2] = colour.Blue;

@@ -22,7 +22,7 @@ struct JpegForm
     bool progressive = false;
 };
 
-std::string Jpeg(const JpegForm& form, std::vector<JSAMPLE> above, const std::vector<JSAMPLE>& below)
+std::string Jpeg(const JpegForm& form, const std::vector<JSAMPLE>& above, const std::vector<JSAMPLE>& below)
 {
     jpeg_compress_struct jpeg = {};
     jpeg_error_mgr manager;

@@ -55,6 +55,7 @@ std::string Png(const PngForm& form, std::vector<std::vector<png_byte>> rowsFrom
     }
     png_write_info(png, info);
     std::vector<png_bytep> rows;
+    rows.reserve(rowsFromTop.size());
     for (auto& row : rowsFromTop)
     {
         rows.push_back(row.data());

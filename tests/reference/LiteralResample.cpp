@@ -98,6 +98,8 @@ std::vector<std::uint8_t> ResampleLiterally(const std::vector<std::uint8_t>& pix
                                             DSTexture::ResampleMode mode)
 {
     const Source from{pixels, width, height, components};
+    const int wholeX = width / newWidth;
+    const int wholeY = height / newHeight;
     std::vector<std::uint8_t> result;
     for (int y = 0; y < newHeight; ++y)
     {
@@ -115,8 +117,8 @@ std::vector<std::uint8_t> ResampleLiterally(const std::vector<std::uint8_t>& pix
                     value = SampleBilinear(from, sx, sy, component);
                     break;
                 case DSTexture::ResampleMode::Cubic:
-                    value = SampleCubic(from, static_cast<double>(x) * (width / newWidth),
-                                        static_cast<double>(y) * (height / newHeight), component);
+                    value = SampleCubic(from, static_cast<double>(x) * wholeX,
+                                        static_cast<double>(y) * wholeY, component);
                     break;
                 }
                 result.push_back(static_cast<std::uint8_t>(value));

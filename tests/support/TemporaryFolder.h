@@ -37,7 +37,7 @@ public:
     /// Writes a file, and the folders that lead to it.
     std::filesystem::path Write(const std::filesystem::path& name, std::string_view bytes) const
     {
-        const std::filesystem::path path = m_Path / name;
+        std::filesystem::path path = m_Path / name;
         std::filesystem::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << bytes;
         return path;

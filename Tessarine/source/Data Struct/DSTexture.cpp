@@ -211,8 +211,10 @@ double WeightAt(double t)
 
 void SampleCubic(const Resampling& from, int x, int y, std::uint8_t* out)
 {
-    const double sx = static_cast<double>(x) * (from.width / from.newWidth);
-    const double sy = static_cast<double>(y) * (from.height / from.newHeight);
+    const int columnStep = from.width / from.newWidth;
+    const int lineStep = from.height / from.newHeight;
+    const double sx = static_cast<double>(x) * columnStep;
+    const double sy = static_cast<double>(y) * lineStep;
     const int column = static_cast<int>(std::floor(sx));
     const int line = static_cast<int>(std::floor(sy));
     for (int i = 0; i < from.components; ++i)

@@ -1,0 +1,118 @@
+#include "HeadlessPlatform.h"
+#include "Capture.h"
+#include "TemporaryFolder.h"
+#include <cstdio>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+namespace tessarine
+{
+namespace
+{
+using ::testing::ElementsAre;
+
+/// What `action` prints on standard error.
+template <class TAction>
+std::string SaidBy(TAction action)
+{
+    ::testing::internal::CaptureStderr();
+    action();
+    return ::testing::internal::GetCapturedStderr();
+}
+}
+
+TEST(HeadlessPlatform, ShowsAMessageBoxAsOneLineAndKeepsIt)
+{
+    HeadlessPlatform platform;
+    EXPECT_EQ(SaidBy([&] { platform.ShowMessage("Title", "first\nsecond"); }),
+              "message box \"Title\": first\\nsecond\n");
+    EXPECT_THAT(platform.GetMessages(), ElementsAre(HeadlessPlatform::Message{"Title", "first\nsecond"}));
+}
+
+TEST(HeadlessPlatform, TellsWhichOperationFailedAndWhy)
+{
+    HeadlessPlatform platform;
+    EXPECT_EQ(SaidBy([&] { platform.ShowFailure("import", "no\nfile"); }),
+              "tessarine-batch: import: no\\nfile\n");
+}
+
+TEST(HeadlessPlatform, PrintsWhatTheConsoleHoldsBackBeforeAMessage)
+{
+    // The console is sent to standard error too, so that the order of the two shows.
+    const Console::Sink before = DebugConsole().SetSink(
+        [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); });
+    HeadlessPlatform platform;
+    const std::string said = SaidBy(
+        [&]
+        {
+            DebugConsole() << "held ";
+            platform.ShowMessage("T", "text");
+        });
+    DebugConsole().SetSink(before);
+    EXPECT_EQ(said, "held message box \"T\": text\n");
+}
+
+TEST(HeadlessPlatform, CancelsAFileDialogWithoutAnAnswer)
+{
+    HeadlessPlatform platform;
+    EXPECT_FALSE(platform.AskOpenFile({}).has_value());
+    EXPECT_FALSE(platform.AskSaveFile({}).has_value());
+}
+
+TEST(HeadlessPlatform, MakesTheFolderOfTheChoiceTheCurrentOne)
+{
+    const TemporaryCurrentFolder folder;
+    std::filesystem::create_directory("models");
+    HeadlessPlatform platform;
+    platform.AnswerFile("models/one.obj");
+    EXPECT_EQ(platform.AskOpenFile({}), folder / "models/one.obj");
+    EXPECT_EQ(GetCurrentFolder(), folder / "models");
+}
+
+TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
+{
+    const TemporaryCurrentFolder folder;
+    HeadlessPlatform platform;
+    platform.AnswerFile("first");
+    platform.AnswerFile((folder / "second").string());
+    EXPECT_EQ(platform.AskOpenFile({}), folder / "first");
+    EXPECT_EQ(platform.AskSaveFile({}), folder / "second");
+    EXPECT_FALSE(platform.AskOpenFile({}).has_value());
+}
+
+TEST(HeadlessPlatform, RefusesAChoiceInAFolderThatIsMissingAndGoesOn)
+{
+    const TemporaryCurrentFolder folder;
+    HeadlessPlatform platform;
+    platform.AnswerFile("none/one.obj");
+    EXPECT_THROW(platform.AskOpenFile({}), FileError);
+    EXPECT_EQ(GetCurrentFolder(), folder.GetPath());
+    EXPECT_FALSE(platform.AskOpenFile({}).has_value()); // the answer is used up
+}
+
+TEST(HeadlessPlatform, KeepsTheTextsOfItsPanes)
+{
+    HeadlessPlatform platform;
+    platform.SetPaneText(6, "text");
+    EXPECT_EQ(platform.GetPaneText(6), "text");
+    EXPECT_THROW(platform.SetPaneText(7, "text"), std::out_of_range);
+    EXPECT_THROW(platform.SetPaneText(-1, "text"), std::out_of_range);
+}
+
+TEST(Platform, IsTheOneThatWasSetLast)
+{
+    HeadlessPlatform platform;
+    Platform* before = SetPlatform(&platform);
+    SaidBy([] { ShowMessage("text"); });
+    EXPECT_EQ(SetPlatform(before), &platform);
+    EXPECT_THAT(platform.GetMessages(), ElementsAre(HeadlessPlatform::Message{"Tessarine", "text"}));
+}
+
+TEST(Platform, IsNotAskedForBeforeOneWasSet)
+{
+    Platform* before = SetPlatform(nullptr);
+    EXPECT_THROW(GetPlatform(), std::logic_error);
+    SetPlatform(before);
+}
+}
