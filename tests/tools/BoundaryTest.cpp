@@ -13,7 +13,6 @@ namespace tessarine
 {
 namespace
 {
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;

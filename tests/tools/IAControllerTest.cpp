@@ -6,7 +6,6 @@ namespace tessarine
 {
 namespace
 {
-using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;

@@ -6,7 +6,6 @@ namespace tessarine
 {
 namespace
 {
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
