@@ -71,8 +71,9 @@ public:
     DSLoop* GetLoop() const { return m_pLoop; }
 
     /// The other half-edge of the edge; null on a boundary. Ids are compared, not pointers.
-    /// Needs an edge (asserted). Says "Border exist.." and gives null when the edge lists neither as this
-    /// one.
+    ///
+    /// Needs   An edge, and a first half-edge of it (asserted).
+    /// Says    "Border exist..", and gives null, when the edge lists neither as this one.
     DSHalfEdge* GetTwin() const;
 
     /// A circle of this half-edge alone.
@@ -208,6 +209,7 @@ public:
     DSHalfEdge* GetHalfEdge() const { return m_pHalfEdge; }
 
     /// Adds the normals of the faces around the vertex to the normal, normalises it and returns a copy.
+    ///
     /// Kept    The sum starts from what the normal already holds.
     smVec3d CalcNormal();
 
@@ -251,9 +253,8 @@ public:
     /// stay.
     ///
     /// Cost    Linear. Where faces run the same way along an edge, the walk around a vertex wanders to
-    /// others:
-    ///         it is followed to its end until all of them together have gone a million half-edges and eight
-    ///         times the edges astray; from then on a walk ends where it leaves its vertex.
+    ///         others: it is followed to its end until the WanderingLimit of the solid's edges is used up;
+    ///         from then on a walk ends where it leaves its vertex.
     void CalcNormals();
 
     /// Marks the boundary edges and prints what it finds, one item a line. Repairs nothing.

@@ -10,9 +10,9 @@ namespace tessarine
 ///         old mesh as a hidden last child of the root. Material and texture coordinates of what is new stay
 ///         unset.
 /// Says    "boudary!" for each open vertex and each open edge, "Border exist.." where a walk meets a
-/// half-edge
-///         that a third face has displaced.
-/// Fails   No current solid: nothing happens, nothing is said. Failure when a position would not be finite.
+///         half-edge that a third face has displaced.
+/// Fails   No current solid: nothing happens, nothing is said. Failure when a position would not be finite,
+///         and when the walks around the vertices use up the WanderingLimit of the solid's edges.
 /// Units   Model units, double precision. Mask weights are pure numbers.
 /// Cost    Linear in the half-edges, n log n with crowded vertices.
 /// Source  C. Loop 1987; J. Warren's weights: 3/16 up to valence 3, then 3/(8n).
