@@ -2,37 +2,13 @@
 #include "Console.h"
 #include "CycleGuard.h"
 #include "VertexWalk.h"
+#include "WanderingLimit.h"
 #include <cmath>
 
 namespace tessarine
 {
 namespace
 {
-/// How far the walks of one solid may wander away from their vertices, all together. Where many faces run the
-/// same way along their edges, each walk can visit most of the mesh.
-class WanderingLimit
-{
-public:
-    explicit WanderingLimit(std::uint64_t steps) : m_nLeft(steps) {}
-
-    bool Allows(const DSHalfEdge& halfEdge, const DSVertex& vertex)
-    {
-        if (halfEdge.GetVertex() == &vertex)
-        {
-            return true;
-        }
-        if (m_nLeft == 0)
-        {
-            return false;
-        }
-        --m_nLeft;
-        return true;
-    }
-
-private:
-    std::uint64_t m_nLeft;
-};
-
 const DSFace& FaceOf(const DSHalfEdge& halfEdge)
 {
     ASSERT(halfEdge.GetLoop() != nullptr);
@@ -86,6 +62,7 @@ DSHalfEdge* DSHalfEdge::GetTwin() const
 
 smVec3d DSFace::CalcNormal()
 {
+    ASSERT(!m_LoopList.empty() && m_LoopList[0] != nullptr);
     const DSHalfEdge* pHalfEdge = m_LoopList[0]->GetHalfEdge();
     const smVec3d& first = PositionOf(pHalfEdge);
     const smVec3d& second = PositionOf(pHalfEdge->GetNext());
@@ -100,6 +77,7 @@ smVec3d DSFace::CalcNormal()
 
 smVec3d DSFace::CalcCentroid() const
 {
+    ASSERT(!m_LoopList.empty() && m_LoopList[0] != nullptr);
     const DSHalfEdge* const pStart = m_LoopList[0]->GetHalfEdge();
     smVec3d sum;
     double count = 0;
@@ -107,8 +85,8 @@ smVec3d DSFace::CalcCentroid() const
     const DSHalfEdge* pHalfEdge = pStart;
     do
     {
-        guard.Visit(pHalfEdge);
         sum += PositionOf(pHalfEdge);
+        guard.Visit(pHalfEdge);
         ++count;
         pHalfEdge = pHalfEdge->GetNext();
     } while (pHalfEdge != pStart);
@@ -117,13 +95,15 @@ smVec3d DSFace::CalcCentroid() const
 
 smVec3d DSVertex::CalcNormal()
 {
-    WanderingLimit none(UINT64_MAX);
+    ASSERT(m_pHalfEdge != nullptr);
+    WanderingLimit none = WanderingLimit::None();
     CalcVertexNormal(*this, none);
     return m_Normal;
 }
 
 int DSVertex::GetValence()
 {
+    ASSERT(m_pHalfEdge != nullptr);
     m_nValence = 0;
     VertexWalk walk(m_pHalfEdge);
     for (; !walk.IsAtEnd(); walk.Step())
@@ -168,8 +148,7 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
-    constexpr std::uint64_t kStepsOfASmallSolid = 1'000'000;
-    WanderingLimit limit(kStepsOfASmallSolid + 8 * m_EdgeList.size());
+    WanderingLimit limit(m_EdgeList.size());
     for (DSVertex* pVertex : m_VertexList)
     {
         if (HasFacesAround(pVertex))

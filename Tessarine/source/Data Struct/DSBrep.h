@@ -118,6 +118,12 @@ public:
     void SetBoundary(bool boundary) { m_bBoundary = boundary; }
     bool IsBoundary() const { return m_bBoundary; }
 
+    /// More than two half-edges name this edge, or the one that it was split off: a builder has put a third
+    /// in the place of the second. No link leads from the edge to the displaced one, so the edge cannot be
+    /// killed.
+    void SetRepeated(bool repeated) { m_bRepeated = repeated; }
+    bool IsRepeated() const { return m_bRepeated; }
+
     /// The wire frame shows the edge in red.
     bool& GetHighlight() { return m_bHighlight; }
     bool GetHighlight() const { return m_bHighlight; }
@@ -131,6 +137,7 @@ private:
     bool m_bHighlight = false;
     bool m_bSplit = false;
     bool m_bBoundary = false;
+    bool m_bRepeated = false;
     std::int32_t m_nSplitVertex = 0;
     DSHalfEdge* m_pHalfEdge1 = nullptr;
     DSHalfEdge* m_pHalfEdge2 = nullptr;
