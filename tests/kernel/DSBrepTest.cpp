@@ -364,7 +364,7 @@ TEST_F(Records, TheLinkCheckerNamesWhatIsBroken)
                  "broken link at element 0x00000002: vertex.m_pHalfEdge.m_pVertex is the vertex");
 }
 
-TEST_F(Records, TheLinkCheckerMissesTheHalfEdgeOfAVertexThatIsUsed)
+TEST_F(Records, TheLinkCheckerDemandsTheHalfEdgeOfAVertexThatIsUsed)
 {
     DSSolid* pSolid = Load(Tetrahedron());
     pSolid->GetVertexList()[2]->GetHalfEdge() = nullptr;
@@ -374,7 +374,7 @@ TEST_F(Records, TheLinkCheckerMissesTheHalfEdgeOfAVertexThatIsUsed)
                                    "half-edges start at it");
 }
 
-TEST_F(Records, TheLinkCheckerMissesTheMarkOfARepeatedEdge)
+TEST_F(Records, TheLinkCheckerDemandsTheMarkOfARepeatedEdge)
 {
     DSSolid* pSolid = Load(ThreeTrianglesOnOneEdge());
     pSolid->GetEdgeList()[0]->SetRepeated(false);

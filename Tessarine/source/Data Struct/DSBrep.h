@@ -187,9 +187,13 @@ public:
 
     /// Sets the unit normal from the first three corners, and returns it. A cross product within 1e-10 of
     /// zero in each component stays as it is.
+    ///
+    /// Needs   A loop with at least one corner (asserted).
     smVec3d CalcNormal();
 
     /// The mean of the corners of the first loop.
+    ///
+    /// Needs   A loop with at least one corner (asserted).
     smVec3d CalcCentroid() const;
 
 private:
@@ -217,10 +221,13 @@ public:
 
     /// Adds the normals of the faces around the vertex to the normal, normalises it and returns a copy.
     ///
+    /// Needs   A half-edge with an edge (asserted).
     /// Kept    The sum starts from what the normal already holds.
     smVec3d CalcNormal();
 
     /// Number of edges at the vertex, kept in the record's cache.
+    ///
+    /// Needs   A half-edge with an edge (asserted).
     int GetValence();
 
 private:
