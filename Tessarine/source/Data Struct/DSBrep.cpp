@@ -16,18 +16,100 @@ const DSFace& FaceOf(const DSHalfEdge& halfEdge)
     return *halfEdge.GetLoop()->GetFace();
 }
 
-void CalcVertexNormal(DSVertex& vertex, WanderingLimit& limit)
+/// The sum of the normals around vertices, several of them at a time: a walk waits for memory at each link, and
+/// the waits of walks that go on side by side overlap. Every sum has the order of its own walk.
+class NormalSums
 {
-    for (VertexWalk walk(vertex.GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
+public:
+    explicit NormalSums(WanderingLimit limit) : m_Limit(limit) { m_Walks.reserve(kWalksAtATime); }
+
+    /// Needs   The vertex has a half-edge. Its normal stands when Finish has been called.
+    void Add(DSVertex& vertex)
     {
-        if (!limit.Allows(*walk.Get(), vertex))
+        m_Walks.push_back({&vertex, VertexWalk(vertex.GetHalfEdge())});
+        if (m_Walks.size() == kWalksAtATime)
         {
-            break;
+            Finish();
         }
-        vertex.GetNormal() += FaceOf(*walk.Get()).GetNormal();
     }
-    vertex.GetNormal().Normalize();
-}
+
+    void Finish()
+    {
+        for (bool isWalking = true; isWalking;)
+        {
+            AskForEdgesAndLoops();
+            AskForTwinsAndFaces();
+            isWalking = Advance();
+        }
+        for (const Walk& walk : m_Walks)
+        {
+            walk.pVertex->GetNormal().Normalize();
+        }
+        m_Walks.clear();
+    }
+
+private:
+    struct Walk
+    {
+        DSVertex* pVertex;
+        VertexWalk at;
+    };
+
+    static constexpr std::size_t kWalksAtATime = 16;
+
+    void AskForEdgesAndLoops() const
+    {
+        for (const Walk& walk : m_Walks)
+        {
+            if (!walk.at.IsAtEnd())
+            {
+                __builtin_prefetch(walk.at.Get()->GetEdge());
+                __builtin_prefetch(walk.at.Get()->GetLoop());
+            }
+        }
+    }
+
+    void AskForTwinsAndFaces() const
+    {
+        for (const Walk& walk : m_Walks)
+        {
+            if (!walk.at.IsAtEnd())
+            {
+                const DSHalfEdge& h = *walk.at.Get();
+                ASSERT(h.GetEdge() != nullptr);
+                __builtin_prefetch(h.GetEdge()->GetHalfEdge1());
+                __builtin_prefetch(h.GetEdge()->GetHalfEdge2());
+                __builtin_prefetch(&FaceOf(h).GetNormal());
+            }
+        }
+    }
+
+    /// @return whether a walk goes on
+    bool Advance()
+    {
+        bool isWalking = false;
+        for (Walk& walk : m_Walks)
+        {
+            if (walk.at.IsAtEnd())
+            {
+                continue;
+            }
+            if (!m_Limit.Allows(*walk.at.Get(), *walk.pVertex))
+            {
+                walk.at.Stop();
+                continue;
+            }
+            walk.pVertex->GetNormal() += FaceOf(*walk.at.Get()).GetNormal();
+            walk.at.Step();
+            __builtin_prefetch(walk.at.Get());
+            isWalking = true;
+        }
+        return isWalking;
+    }
+
+    WanderingLimit m_Limit;
+    std::vector<Walk> m_Walks;
+};
 
 const smVec3d& PositionOf(const DSHalfEdge* halfEdge)
 {
@@ -44,20 +126,9 @@ bool IsNearZero(const smVec3d& vector)
 }
 }
 
-DSHalfEdge* DSHalfEdge::GetTwin() const
+void DSHalfEdge::SayBorder()
 {
-    ASSERT(m_pEdge != nullptr);
-    ASSERT(m_pEdge->GetHalfEdge1() != nullptr);
-    if (GetID() == m_pEdge->GetHalfEdge1()->GetID())
-    {
-        return m_pEdge->GetHalfEdge2();
-    }
-    if (m_pEdge->GetHalfEdge2() != nullptr && GetID() == m_pEdge->GetHalfEdge2()->GetID())
-    {
-        return m_pEdge->GetHalfEdge1();
-    }
     DebugConsole() << "Border exist.." << '\n';
-    return nullptr;
 }
 
 smVec3d DSFace::CalcNormal()
@@ -96,8 +167,9 @@ smVec3d DSFace::CalcCentroid() const
 smVec3d DSVertex::CalcNormal()
 {
     ASSERT(m_pHalfEdge != nullptr);
-    WanderingLimit none = WanderingLimit::None();
-    CalcVertexNormal(*this, none);
+    NormalSums sums(WanderingLimit::None());
+    sums.Add(*this);
+    sums.Finish();
     return m_Normal;
 }
 
@@ -148,14 +220,15 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
-    WanderingLimit limit(m_EdgeList.size());
+    NormalSums sums(WanderingLimit(m_EdgeList.size()));
     for (DSVertex* pVertex : m_VertexList)
     {
         if (HasFacesAround(pVertex))
         {
-            CalcVertexNormal(*pVertex, limit);
+            sums.Add(*pVertex);
         }
     }
+    sums.Finish();
 }
 
 namespace

@@ -96,6 +96,8 @@ public:
     }
 
 private:
+    static void SayBorder();
+
     DSHalfEdge* m_pPrev = nullptr;
     DSHalfEdge* m_pNext = nullptr;
     smVec2f m_TexCoord;
@@ -142,6 +144,23 @@ private:
     DSHalfEdge* m_pHalfEdge1 = nullptr;
     DSHalfEdge* m_pHalfEdge2 = nullptr;
 };
+
+inline DSHalfEdge* DSHalfEdge::GetTwin() const
+{
+    ASSERT(m_pEdge != nullptr);
+    DSHalfEdge* const pFirst = m_pEdge->GetHalfEdge1();
+    DSHalfEdge* const pSecond = m_pEdge->GetHalfEdge2();
+    ASSERT(pFirst != nullptr);
+    // Which side this is cannot be foreseen, so nothing but the broken case branches.
+    const bool isFirst = GetID() == pFirst->GetID();
+    const DSHalfEdge* const pListed = isFirst ? pFirst : pSecond;
+    if (pListed == nullptr || GetID() != pListed->GetID()) [[unlikely]]
+    {
+        SayBorder();
+        return nullptr;
+    }
+    return isFirst ? pSecond : pFirst;
+}
 
 class DSLoop : public DSElement
 {

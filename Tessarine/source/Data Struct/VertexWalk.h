@@ -25,6 +25,9 @@ public:
     /// Whether the walk ended because the vertex is open. To be asked at its end.
     bool EndedAtBoundary() const { return m_pHalfEdge == nullptr; }
 
+    /// Ends the walk here.
+    void Stop() { m_bDone = true; }
+
     void Step()
     {
         m_Guard.Visit(m_pHalfEdge);
