@@ -168,6 +168,11 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
+    CalcVertexNormals();
+}
+
+void DSSolid::CalcVertexNormals()
+{
     constexpr std::uint64_t kStepsOfASmallSolid = 1'000'000;
     WanderingLimit limit(kStepsOfASmallSolid + 8 * m_EdgeList.size());
     for (DSVertex* pVertex : m_VertexList)
