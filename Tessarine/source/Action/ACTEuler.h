@@ -92,8 +92,8 @@ public:
     /// Needs   h1 and h2 are the two sides of one edge, or h1 the only side and h2 null.
     void LSEMV(DSHalfEdge* h1, DSHalfEdge* h2, std::uint32_t& nVertexID, const smVec3d& position);
 
-    /// The new face takes the half-edges from h1 up to h2, the last one not included. From a half-edge to itself
-    /// the new edge starts and ends at its vertex, and the new face has this one corner.
+    /// The new face takes the half-edges from h1 up to h2, the last one not included. From a half-edge to
+    /// itself the new edge starts and ends at its vertex, and the new face has this one corner.
     /// Needs   Two half-edges of one loop; they may be the same.
     void LMEF(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2, std::uint32_t& nNewFaceID);
 
