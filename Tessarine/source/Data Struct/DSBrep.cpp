@@ -220,6 +220,11 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
+    CalcVertexNormals();
+}
+
+void DSSolid::CalcVertexNormals()
+{
     NormalSums sums(WanderingLimit(m_EdgeList.size()));
     for (DSVertex* pVertex : m_VertexList)
     {

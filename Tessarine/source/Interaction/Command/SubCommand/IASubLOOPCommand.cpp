@@ -232,17 +232,24 @@ void LoopStep::MoveVertices()
     }
 }
 
+/// The normals of the faces come with it: nothing changes these faces any more.
 void LoopStep::CutCorners()
 {
     auto& faces = m_Solid.GetFaceList();
     const std::size_t count = faces.size();
     for (std::size_t i = 0; i < count; ++i)
     {
-        const DSFace* pFace = faces[i];
+        DSFace* pFace = faces[i];
         ASSERT(pFace != nullptr);
+        const std::size_t firstNew = faces.size();
         for (const DSLoop* pLoop : pFace->GetLoopList())
         {
             CutLoop(*pLoop);
+        }
+        pFace->CalcNormal();
+        for (std::size_t k = firstNew; k < faces.size(); ++k)
+        {
+            faces[k]->CalcNormal();
         }
     }
 }
@@ -296,6 +303,6 @@ void IASubLOOPCommand::Execute()
     step.SplitEdges();
     step.MoveVertices();
     step.CutCorners();
-    pSolid->CalcNormals();
+    pSolid->CalcVertexNormals();
 }
 }
