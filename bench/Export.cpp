@@ -5,6 +5,7 @@
 #include "IOSaveObj.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include "Memory.h"
 #include "Models.h"
 #include "Timing.h"
 #include <cstdio>
@@ -42,6 +43,7 @@ void ExportByPrintf(const MANBrepElementManager& elements, const std::filesystem
 
 int main()
 {
+    KeepFreedMemory(); // as the programs do
     HeadlessPlatform platform;
     SetPlatform(&platform);
     DebugConsole().SetSink([](std::string_view) {});

@@ -5,6 +5,7 @@
 #include "IOLoadObj.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include "Memory.h"
 #include "Models.h"
 #include "Peers.h"
 #include "Timing.h"
@@ -58,6 +59,7 @@ double NanosecondsAFace(double seconds, int faces)
 
 int main()
 {
+    KeepFreedMemory(); // as the programs do
     HeadlessPlatform platform;
     SetPlatform(&platform);
     DebugConsole().SetSink([](std::string_view) {});

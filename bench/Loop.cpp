@@ -6,6 +6,7 @@
 #include "IOLoadObj.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include "Memory.h"
 #include "Models.h"
 #include "Peers.h"
 #include "Timing.h"
@@ -44,6 +45,7 @@ double MicrosecondsAFace(double seconds, int faces)
 
 int main()
 {
+    KeepFreedMemory(); // as the programs do
     HeadlessPlatform platform;
     SetPlatform(&platform);
     DebugConsole().SetSink([](std::string_view) {});

@@ -1,5 +1,6 @@
 #include "Memory.h"
 #include <cstdlib>
+#include <malloc.h>
 #include <new>
 #include <sys/mman.h>
 
@@ -37,5 +38,12 @@ void* AllocateBlock(std::size_t bytes)
 void FreeBlock(void* block) noexcept
 {
     std::free(block);
+}
+
+void KeepFreedMemory() noexcept
+{
+    constexpr int kMostKept = 1 << 30;
+    mallopt(M_TRIM_THRESHOLD, kMostKept);
+    mallopt(M_MMAP_THRESHOLD, kMostKept); // what is mapped by itself goes back to the system at once
 }
 }

@@ -17,9 +17,8 @@ inline constexpr double smMatrix44d_zero = 2.220446049250313e-15;
 ///
 /// Units   Angles are radians.
 /// Fails   A row or column outside 0 to 3 is an assertion. Division by a scalar within smMatrix44d_zero of
-/// zero
-///         reports its assertion, and divides all the same. Invert throws CExcpSingularMatrix; v * M in its
-///         four-component form throws CExcpDivideZero.
+///         zero reports its assertion, and divides all the same. Invert throws CExcpSingularMatrix; v * M in
+///         its four-component form throws CExcpDivideZero.
 class smMatrix44d
 {
 public:

@@ -23,7 +23,8 @@ struct DumpFindings
 };
 
 /// Reads a dump and checks every invariant of the half-edge structure: ids, links in both directions, closed
-/// loops, what lists what, and that every list refers to live elements. Cost    Linear in the text; memory is
-/// that of the links, not of the text.
+/// loops, what lists what, and that every list refers to live elements.
+///
+/// Cost    Linear in the text; memory is that of the links, not of the text.
 DumpFindings CheckDump(std::istream& dump);
 }

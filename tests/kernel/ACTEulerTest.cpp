@@ -293,6 +293,76 @@ TEST_F(ACTEulerTest, RefusesToSplitWhatAThirdFaceHasDisplaced)
     EXPECT_TRUE(IsRefused([&] { m_Euler.LSEMV(nullptr, nullptr, m_nVertex, {}); }));
 }
 
+/// A tetrahedron with a fin on the edge between vertices 0 and 1. The edge is number 2; its sides are the
+/// half-edges 2 (1 to 0) and 6 (0 to 1), and half-edge 3 of the fin was displaced by the latter.
+IndexedMesh TetrahedronWithAFin()
+{
+    IndexedMesh mesh;
+    mesh.positions.resize(5);
+    mesh.AddFace({1, 3, 2});
+    mesh.AddFace({1, 2, 5});
+    mesh.AddFace({1, 2, 4});
+    mesh.AddFace({2, 3, 4});
+    mesh.AddFace({3, 1, 4});
+    return mesh;
+}
+
+TEST_F(ACTEulerTest, RefusesToKillAnEdgeThatADisplacedHalfEdgeNames)
+{
+    DSSolid* pSolid = Load(TetrahedronWithAFin());
+    ASSERT_EQ(SidesOf(E(2)), std::make_pair(2, 6));
+    ASSERT_EQ(H(3)->GetEdge(), E(2));
+    EXPECT_TRUE(E(2)->IsRepeated());
+    EXPECT_FALSE(E(0)->IsRepeated());
+    // But for the fin, each of them could be done.
+    EXPECT_TRUE(IsRefused([&] { m_Euler.LKEF(pSolid, H(2), H(6)); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.LKEF(pSolid, H(6), H(2)); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.LKEV(pSolid, H(6), H(2)); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.KEV(pSolid->GetID(), F(2)->GetID(), 0, 1); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.KEF(pSolid->GetID(), F(2)->GetID(), 0, 1); }));
+#if TESSARINE_ASSERTIONS
+    const AssertionCapture assertions;
+    EXPECT_THROW(m_Euler.LKEF(pSolid, H(2), H(6)), AssertionFailure);
+    EXPECT_THROW(m_Euler.LKEV(pSolid, H(6), H(2)), AssertionFailure);
+    EXPECT_THAT(assertions.GetExpressions(), testing::Each("!h1->GetEdge()->IsRepeated()"));
+#endif
+}
+
+TEST_F(ACTEulerTest, RefusesToMakeARingWhereADisplacedHalfEdgeNamesTheEdge)
+{
+    // One face goes to and fro twice: its first and its last half-edge are the sides of the only edge.
+    IndexedMesh mesh;
+    mesh.positions.resize(2);
+    mesh.AddFace({1, 2, 1, 2});
+    DSSolid* pSolid = Load(mesh);
+    ASSERT_EQ(SidesOf(E(0)), std::make_pair(0, 3));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.LKEMR(pSolid, F(0), H(0), H(3)); }));
+#if TESSARINE_ASSERTIONS
+    const AssertionCapture assertions;
+    EXPECT_THROW(m_Euler.LKEMR(pSolid, F(0), H(0), H(3)), AssertionFailure);
+    EXPECT_THAT(assertions.GetExpressions(), ElementsAre("!h1->GetEdge()->IsRepeated()"));
+#endif
+}
+
+TEST_F(ACTEulerTest, MarksBothHalvesOfARepeatedEdge)
+{
+    DSSolid* pSolid = Load(TetrahedronWithAFin());
+    m_Euler.LSEMV(H(2), H(6), m_nVertex, {});
+    EXPECT_TRUE(E(2)->IsRepeated());
+    EXPECT_EQ(H(2)->GetEdge(), pSolid->GetEdgeList().back());
+    EXPECT_TRUE(H(2)->GetEdge()->IsRepeated());
+    EXPECT_TRUE(IsRefused([&] { m_Euler.LKEF(pSolid, H(2), H(2)->GetTwin()); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.LKEF(pSolid, H(6), H(6)->GetTwin()); }));
+}
+
+TEST_F(ACTEulerTest, DoesNotMarkTheHalvesOfAnyOtherEdge)
+{
+    Load(Tetrahedron());
+    m_Euler.LSEMV(E(0)->GetHalfEdge1(), E(0)->GetHalfEdge2(), m_nVertex, {});
+    EXPECT_FALSE(E(0)->IsRepeated());
+    EXPECT_FALSE(E(6)->IsRepeated());
+}
+
 TEST_F(ACTEulerTest, CutsAFaceBetweenTwoCorners)
 {
     IndexedMesh mesh;
@@ -415,6 +485,49 @@ TEST_F(ACTEulerTest, MovesAllHalfEdgesOfTheKilledFaceToTheOther)
     EXPECT_TRUE(LinksHold(*pSolid));
 }
 
+TEST_F(ACTEulerTest, ReaimsBothVerticesOfAKilledEdgeBetweenFaces)
+{
+    IndexedMesh mesh;
+    mesh.positions.resize(4);
+    mesh.AddFace({1, 2, 3});
+    mesh.AddFace({1, 3, 4});
+    DSSolid* pSolid = Load(mesh);
+    V(2)->GetHalfEdge() = H(2);
+    V(0)->GetHalfEdge() = H(3);
+    m_Euler.LKEF(pSolid, H(2), H(3));
+    EXPECT_EQ(V(2)->GetHalfEdge(), H(4));
+    EXPECT_EQ(V(0)->GetHalfEdge(), H(0));
+    EXPECT_TRUE(LinksHold(*pSolid));
+}
+
+TEST_F(ACTEulerTest, ReaimsTheVertexThatIsLeftOfACollapsedEdge)
+{
+    DSSolid* pSolid = Load(Sphere(0));
+    DSHalfEdge* h = m_Euler.FindHalfEdge(F(0), 0, 1);
+    const DSHalfEdge* pBehind = h->GetNext();
+    V(0)->GetHalfEdge() = h;
+    m_Euler.LKEV(pSolid, h, h->GetTwin());
+    EXPECT_EQ(V(0)->GetHalfEdge(), pBehind);
+    EXPECT_TRUE(LinksHold(*pSolid));
+}
+
+TEST_F(ACTEulerTest, ReaimsBothVerticesOfAKilledEdgeToARing)
+{
+    IndexedMesh mesh;
+    mesh.positions.resize(4);
+    mesh.AddFace({1, 2, 3, 4});
+    const DSSolid* pSolid = Load(mesh);
+    const std::uint32_t solid = pSolid->GetID();
+    m_Euler.MEVStrut(solid, F(0)->GetID(), 0, m_nVertex, {}); // half-edges 4 (0 to 4) and 5
+    m_Euler.MEVStrut(solid, F(0)->GetID(), 4, m_nVertex, {}); // half-edges 6 (4 to 5) and 7
+    V(0)->GetHalfEdge() = H(4);
+    V(4)->GetHalfEdge() = H(5);
+    m_Euler.KEMR(solid, F(0)->GetID(), 0, 4);
+    EXPECT_EQ(V(0)->GetHalfEdge(), H(0));
+    EXPECT_EQ(V(4)->GetHalfEdge(), H(6));
+    EXPECT_TRUE(LinksHold(*pSolid));
+}
+
 TEST_F(ACTEulerTest, RefusesToKillAnEdgeInsideOneFace)
 {
     m_Euler.MVFS(m_nSolid, m_nFace, m_nVertex, {});
@@ -430,6 +543,21 @@ TEST_F(ACTEulerTest, RefusesToKillABoundaryEdge)
     EXPECT_TRUE(IsRefused([&] { m_Euler.KEF(solid, face, 0, 1); }));
     EXPECT_TRUE(IsRefused([&] { m_Euler.KEV(solid, face, 0, 1); }));
     EXPECT_TRUE(IsRefused([&] { m_Euler.KEMR(solid, face, 0, 1); }));
+}
+
+TEST_F(ACTEulerTest, RefusesToKillTheEdgeThatALoneHalfEdgeDoesNotHave)
+{
+    m_Euler.MVFS(m_nSolid, m_nFace, m_nVertex, {});
+    EXPECT_TRUE(IsRefused([&] { m_Euler.KEF(m_nSolid, m_nFace, 0, 0); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.KEV(m_nSolid, m_nFace, 0, 0); }));
+    EXPECT_TRUE(IsRefused([&] { m_Euler.KEMR(m_nSolid, m_nFace, 0, 0); }));
+#if TESSARINE_ASSERTIONS
+    const AssertionCapture assertions;
+    EXPECT_THROW(m_Euler.KEF(m_nSolid, m_nFace, 0, 0), AssertionFailure);
+    EXPECT_THROW(m_Euler.KEV(m_nSolid, m_nFace, 0, 0), AssertionFailure);
+    EXPECT_THROW(m_Euler.KEMR(m_nSolid, m_nFace, 0, 0), AssertionFailure);
+    EXPECT_THAT(assertions.GetPaths(), testing::Each("source/Action/ACTEuler.cpp"));
+#endif
 }
 
 TEST_F(ACTEulerTest, RefusesToJoinFacesThatRunTheSameWay)
@@ -582,6 +710,15 @@ TEST_F(ACTEulerTest, LeavesTheRecordsOfAKilledSolid)
     EXPECT_EQ(m_Manager.GetVertex(2), V(2));
     m_Manager.Clear();
     EXPECT_TRUE(m_Manager.GetVertexArray().empty());
+}
+
+TEST_F(ACTEulerTest, KillsASolidWithANullEntryAmongItsFaces)
+{
+    DSSolid* pSolid = Load(SingleTriangle());
+    pSolid->GetFaceList().push_back(nullptr);
+    m_Euler.LKillSolid(pSolid);
+    EXPECT_EQ(m_Manager.GetSolidArray()[0], nullptr);
+    EXPECT_EQ(F(0)->GetSolid(), nullptr);
 }
 
 TEST_F(ACTEulerTest, DoesNotInterpolateTextureCoordinates)

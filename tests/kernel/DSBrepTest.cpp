@@ -46,10 +46,36 @@ TEST_F(Records, AreMadeAsTheTablesSay)
     EXPECT_EQ(face.GetTag(), -1);
     EXPECT_EQ(face.GetMaterial(), nullptr);
     EXPECT_TRUE(face.GetTagList().empty());
+    EXPECT_TRUE(face.GetLoopList().empty());
+    EXPECT_EQ(face.GetSolid(), nullptr);
+    ExpectNear(face.GetNormal(), smVec3d(0, 0, 0));
     const DSEdge edge;
-    EXPECT_FALSE(edge.GetHighlight() || edge.GetSplit() || edge.IsBoundary());
+    EXPECT_FALSE(edge.GetHighlight() || edge.GetSplit() || edge.IsBoundary() || edge.IsRepeated());
     EXPECT_EQ(edge.GetSplitVertex(), 0);
-    EXPECT_TRUE(DSSolid().IsVisible());
+    EXPECT_EQ(edge.GetHalfEdge1(), nullptr);
+    EXPECT_EQ(edge.GetHalfEdge2(), nullptr);
+    const DSLoop loop;
+    EXPECT_EQ(loop.GetHalfEdge(), nullptr);
+    EXPECT_EQ(loop.GetFace(), nullptr);
+    const DSSolid solid;
+    EXPECT_TRUE(solid.IsVisible());
+    EXPECT_EQ(solid.GetMaterial(), nullptr);
+    EXPECT_TRUE(solid.GetVertexList().empty());
+    EXPECT_TRUE(solid.GetFaceList().empty());
+    EXPECT_TRUE(solid.GetEdgeList().empty());
+}
+
+TEST_F(Records, HalfEdgesAreMadeWithoutLinks)
+{
+    const DSHalfEdge halfEdge;
+    EXPECT_EQ(halfEdge.GetPrev(), nullptr);
+    EXPECT_EQ(halfEdge.GetNext(), nullptr);
+    EXPECT_EQ(halfEdge.GetVertex(), nullptr);
+    EXPECT_EQ(halfEdge.GetEdge(), nullptr);
+    EXPECT_EQ(halfEdge.GetLoop(), nullptr);
+    EXPECT_EQ(halfEdge.GetTexCoord().x, 0.0F);
+    EXPECT_EQ(halfEdge.GetTexCoord().y, 0.0F);
+    EXPECT_FALSE(halfEdge.IsSelected());
 }
 
 TEST_F(Records, TwinIsTheOtherHalfEdgeOfTheEdge)
@@ -145,6 +171,33 @@ TEST_F(Records, ValenceNeedsAHalfEdge)
 {
     const AssertionCapture assertions;
     EXPECT_THROW(DSVertex().GetValence(), AssertionFailure);
+#if TESSARINE_ASSERTIONS
+    EXPECT_EQ(assertions.GetPaths(), std::vector<std::string>{"source/Data Struct/DSBrep.cpp"});
+#endif
+}
+
+TEST_F(Records, VertexNormalNeedsAHalfEdge)
+{
+    const AssertionCapture assertions;
+    EXPECT_THROW(DSVertex().CalcNormal(), AssertionFailure);
+#if TESSARINE_ASSERTIONS
+    EXPECT_EQ(assertions.GetPaths(), std::vector<std::string>{"source/Data Struct/DSBrep.cpp"});
+#endif
+}
+
+TEST_F(Records, FaceNormalAndCentroidNeedALoopOfCorners)
+{
+    const AssertionCapture assertions;
+    EXPECT_THROW(DSFace().CalcNormal(), AssertionFailure);
+    EXPECT_THROW(DSFace().CalcCentroid(), AssertionFailure);
+    DSFace face;
+    DSLoop loop; // no half-edge
+    face.GetLoopList().push_back(&loop);
+    EXPECT_THROW(face.CalcNormal(), AssertionFailure);
+    EXPECT_THROW(face.CalcCentroid(), AssertionFailure);
+#if TESSARINE_ASSERTIONS
+    EXPECT_EQ(assertions.GetPaths(), std::vector<std::string>(4, "source/Data Struct/DSBrep.cpp"));
+#endif
 }
 
 TEST_F(Records, FaceNormalIsTheUnitNormalOfTheFirstThreeCorners)
@@ -309,5 +362,22 @@ TEST_F(Records, TheLinkCheckerNamesWhatIsBroken)
     EXPECT_FALSE(result);
     EXPECT_STREQ(result.message(),
                  "broken link at element 0x00000002: vertex.m_pHalfEdge.m_pVertex is the vertex");
+}
+
+TEST_F(Records, TheLinkCheckerDemandsTheHalfEdgeOfAVertexThatIsUsed)
+{
+    DSSolid* pSolid = Load(Tetrahedron());
+    pSolid->GetVertexList()[2]->GetHalfEdge() = nullptr;
+    const auto result = LinksHold(*pSolid);
+    EXPECT_FALSE(result);
+    EXPECT_STREQ(result.message(), "broken link at element 0x00000002: vertex.m_pHalfEdge is not null where "
+                                   "half-edges start at it");
+}
+
+TEST_F(Records, TheLinkCheckerDemandsTheMarkOfARepeatedEdge)
+{
+    DSSolid* pSolid = Load(ThreeTrianglesOnOneEdge());
+    pSolid->GetEdgeList()[0]->SetRepeated(false);
+    EXPECT_FALSE(LinksHold(*pSolid, {.allowDisplacedHalfEdges = true, .allowSameDirection = true}));
 }
 }

@@ -1,8 +1,10 @@
 #include "MANBrepElementManager.h"
+#include "ACTEuler.h"
 #include "Capture.h"
 #include "Failure.h"
 #include "LinksHold.h"
 #include "Meshes.h"
+#include <bit>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -15,6 +17,23 @@ class ElementManager : public testing::Test
 {
 protected:
     DSSolid* Load(const IndexedMesh& mesh) { return LoadQuietly(m_Manager, mesh); }
+
+    /// A quad 0 1 2 3 whose face has the two-corner ring 4 5 as its second loop.
+    DSSolid* LoadFaceOfTwoLoops()
+    {
+        IndexedMesh mesh;
+        mesh.positions.resize(4);
+        mesh.AddFace({1, 2, 3, 4});
+        DSSolid* pSolid = Load(mesh);
+        const std::uint32_t solid = pSolid->GetID();
+        const std::uint32_t face = pSolid->GetFaceList()[0]->GetID();
+        ACTEuler euler(&m_Manager);
+        std::uint32_t vertex = 0;
+        euler.MEVStrut(solid, face, 0, vertex, smVec3d(4, 0, 0));
+        euler.MEVStrut(solid, face, 4, vertex, smVec3d(5, 0, 0));
+        euler.KEMR(solid, face, 0, 4);
+        return pSolid;
+    }
 
     MANBrepElementManager m_Manager;
     AssertionCapture m_Assertions;
@@ -137,6 +156,17 @@ TEST_F(ElementManager, RefusesToDeleteWhatItDidNotMake)
     EXPECT_THROW(m_Manager.DeleteVertex(nullptr), AssertionFailure);
 }
 
+TEST_F(ElementManager, RefusesToDeleteARecordInAnothersName)
+{
+    Load(SingleTriangle());
+    DSVertex stranger;
+    stranger.SetID(1);
+    EXPECT_THROW(m_Manager.DeleteVertex(&stranger), AssertionFailure);
+    EXPECT_NE(m_Manager.GetVertexArray()[1], nullptr);
+    m_Manager.DeleteVertex(m_Manager.GetVertex(1));
+    EXPECT_NO_THROW(m_Manager.DeleteVertex(&stranger)) << "an empty slot is no error";
+}
+
 TEST_F(ElementManager, StartsTheIDsAnewWhenCleared)
 {
     Load(Tetrahedron());
@@ -223,6 +253,37 @@ TEST_F(ElementManager, SaysBothIDsWhereThereIsNoEdge)
     EXPECT_EQ(m_Console.GetText(), "V1 ID: 1\nV2 ID: 3\n");
 }
 
+TEST_F(ElementManager, DoesNotFindTheRimEdgeThatOnlyArrivesAtAnOpenVertex)
+{
+    Load(SingleTriangle());
+    EXPECT_EQ(m_Manager.FindEdge(0, 2), nullptr);
+    EXPECT_EQ(m_Console.GetText(), "V1 ID: 0\nV2 ID: 2\n");
+    EXPECT_EQ(m_Manager.FindEdge(2, 0), m_Manager.GetEdge(0x80000002));
+}
+
+TEST_F(ElementManager, FindsAnEdgeThatTheWalkMeetsOnItsWayBack)
+{
+    // The half-edges 0, 3, 6 leave the hub; turning forward from 0 leads out at once, backward to 3 and 6.
+    Load(OpenFan(3));
+    m_Manager.GetVertex(0)->GetHalfEdge() = m_Manager.GetHalfEdge(0x20000000);
+    EXPECT_EQ(m_Manager.FindEdge(0, 3), m_Manager.GetHalfEdge(0x20000006)->GetEdge());
+    EXPECT_EQ(m_Console.GetText(), "");
+}
+
+TEST_F(ElementManager, RefusesToLookAlongLinksThatAreNull)
+{
+    DSSolid* pSolid = Load(SingleTriangle());
+    const DSFace* pFace = pSolid->GetFaceList()[0];
+    m_Manager.GetHalfEdge(0x20000001)->GetVertex() = nullptr;
+    EXPECT_THROW(m_Manager.FindEdge(0, 2), AssertionFailure);
+    EXPECT_THROW(m_Manager.FindFaceEdge(pFace, 0, 2), AssertionFailure);
+    m_Manager.GetHalfEdge(0x20000000)->GetNext() = nullptr;
+    EXPECT_THROW(m_Manager.FindEdge(0, 2), AssertionFailure);
+    EXPECT_THROW(m_Manager.FindFaceEdge(pFace, 0, 2), AssertionFailure);
+    pFace->GetLoopList()[0]->GetHalfEdge() = nullptr;
+    EXPECT_THROW(m_Manager.FindFaceEdge(pFace, 0, 2), AssertionFailure);
+}
+
 TEST_F(ElementManager, SaysTheIDsThatNameNoVertex)
 {
     Load(SingleTriangle());
@@ -249,6 +310,16 @@ TEST_F(ElementManager, FindsAnEdgeOfAFaceInBothDirections)
     EXPECT_EQ(m_Manager.FindFaceEdge(pFace, 0, 3), nullptr);
     EXPECT_EQ(m_Console.GetText(), "");
     EXPECT_THROW(m_Manager.FindFaceEdge(nullptr, 0, 1), AssertionFailure);
+}
+
+TEST_F(ElementManager, FindsAnEdgeOfAFaceInItsSecondLoop)
+{
+    const DSFace* pFace = LoadFaceOfTwoLoops()->GetFaceList()[0];
+    ASSERT_EQ(pFace->GetLoopList().size(), 2U);
+    const DSEdge* pEdge = m_Manager.FindFaceEdge(pFace, 5, 4);
+    EXPECT_EQ(pEdge, m_Manager.GetEdge(0x80000005));
+    EXPECT_EQ(m_Manager.FindFaceEdge(pFace, 4, 5), pEdge);
+    EXPECT_EQ(m_Manager.FindFaceEdge(pFace, 0, 4), nullptr) << "the edge between the loops is gone";
 }
 
 TEST_F(ElementManager, UnitizesTheLargestExtentToTwo)
@@ -294,6 +365,24 @@ TEST_F(ElementManager, UnitizesInSinglePrecisionRoundingEachStep)
     }
 }
 
+TEST_F(ElementManager, UnitizesTheDifferenceOfADoubleAndTheCentre)
+{
+    // The centre is 0.5 and the scale 2 on both axes.
+    IndexedMesh mesh = SingleTriangle();
+    mesh.positions = {smVec3d(0, 0, 0), smVec3d(1, 1, 0),
+                      smVec3d(0.5 + std::ldexp(1, -40), 0.75 + std::ldexp(1, -30), 0)};
+    DSSolid* pSolid = Load(mesh);
+    float cx = 0;
+    float cy = 0;
+    float cz = 0;
+    ASSERT_EQ(m_Manager.UnitizeSolid(pSolid, cx, cy, cz), 2.0F);
+    const smVec3d& position = pSolid->GetVertexList()[2]->GetPosition();
+    // As a float, x would be 0.5 already, and the difference zero.
+    EXPECT_EQ(position.x, std::ldexp(1, -39));
+    // The difference 0.25 + 2^-30 is 0.25 as a float, whose spacing there is 2^-25.
+    EXPECT_EQ(position.y, 0.5);
+}
+
 TEST_F(ElementManager, OnlyCentresASolidWithoutExtent)
 {
     IndexedMesh mesh = SingleTriangle();
@@ -316,6 +405,9 @@ TEST_F(ElementManager, LeavesASolidWithoutVertices)
     float cy = 7;
     float cz = 7;
     EXPECT_EQ(m_Manager.UnitizeSolid(m_Manager.CreateSolid(), cx, cy, cz), 1.0F);
+    EXPECT_EQ(cx, 0.0F);
+    EXPECT_EQ(cy, 0.0F);
+    EXPECT_EQ(cz, 0.0F);
     EXPECT_THROW(m_Manager.UnitizeSolid(nullptr, cx, cy, cz), AssertionFailure);
 }
 
@@ -331,7 +423,31 @@ TEST_F(ElementManager, RefusesCoordinatesThatSinglePrecisionCannotHold)
         float cy = 0;
         float cz = 0;
         EXPECT_THROW(m_Manager.UnitizeSolid(pSolid, cx, cy, cz), Failure) << far;
-        EXPECT_EQ(pSolid->GetVertexList()[2]->GetPosition().Length(), 0.0);
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(pSolid->GetVertexList()[0]->GetPosition().x),
+                  std::bit_cast<std::uint64_t>(far))
+            << "nothing was moved";
+    }
+}
+
+TEST_F(ElementManager, RefusesACoordinateThatIsNoNumberInAnyVertex)
+{
+    for (const double none :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+          -std::numeric_limits<double>::infinity()})
+    {
+        for (int axis = 0; axis < 3; ++axis)
+        {
+            IndexedMesh mesh = SingleTriangle();
+            mesh.positions[2][axis] = none;
+            DSSolid* pSolid = Load(mesh);
+            float cx = 7;
+            float cy = 7;
+            float cz = 7;
+            EXPECT_THROW(m_Manager.UnitizeSolid(pSolid, cx, cy, cz), Failure) << none << " on " << axis;
+            EXPECT_EQ(cx, 7.0F);
+            EXPECT_EQ(pSolid->GetVertexList()[0]->GetPosition().x, 0.0);
+            EXPECT_EQ(pSolid->GetVertexList()[1]->GetPosition().x, 1.0);
+        }
     }
 }
 
@@ -351,6 +467,48 @@ TEST_F(ElementManager, CopiesPositionsAndConnectivityAlone)
     EXPECT_EQ(pTarget->GetVertexList()[7]->GetNormal().Length(), 0.0);
     EXPECT_EQ(pTarget->GetFaceList()[0]->GetMaterial(), nullptr);
     EXPECT_EQ(m_Console.GetText(), "");
+}
+
+TEST_F(ElementManager, CopiesNoTextureCoordinates)
+{
+    const IndexedMesh mesh = SingleTriangle();
+    DSSolid* pSource = m_Manager.BuildTexturedSolid(mesh.positions, mesh.indices, mesh.faceSizes,
+                                                    {smVec2f(0.5F, 0.25F)}, {1, 1, 1}, false);
+    ASSERT_EQ(m_Manager.GetHalfEdgeArray()[0]->GetTexCoord().x, 0.5F);
+    m_Manager.CopySolid(pSource, m_Manager.CreateSolid());
+    for (std::size_t copied = 3; copied < 6; ++copied)
+    {
+        EXPECT_EQ(m_Manager.GetHalfEdgeArray()[copied]->GetTexCoord().x, 0.0F);
+        EXPECT_EQ(m_Manager.GetHalfEdgeArray()[copied]->GetTexCoord().y, 0.0F);
+    }
+}
+
+TEST_F(ElementManager, CopiesAllLoopsOfAFace)
+{
+    DSSolid* pSource = LoadFaceOfTwoLoops();
+    DSSolid* pTarget = m_Manager.CreateSolid();
+    m_Manager.CopySolid(pSource, pTarget);
+    EXPECT_TRUE(LinksHold(*pTarget));
+    EXPECT_EQ(pTarget->GetEdgeList().size(), 5U); // four of the quad, one of the ring
+    const LoopList& loops = pTarget->GetFaceList()[0]->GetLoopList();
+    ASSERT_EQ(loops.size(), 2U);
+    const DSHalfEdge* pRing = loops[1]->GetHalfEdge(); // starts at 5, as the source's ring does
+    EXPECT_EQ(pRing->GetVertex(), pTarget->GetVertexList()[5]);
+    EXPECT_EQ(pRing->GetVertex()->GetPosition().x, 5.0);
+    EXPECT_EQ(pRing->GetNext()->GetVertex(), pTarget->GetVertexList()[4]);
+    EXPECT_EQ(pRing->GetTwin(), pRing->GetNext());
+}
+
+TEST_F(ElementManager, CopiesTheMarkOfARepeatedEdge)
+{
+    DSSolid* pSource = Load(ThreeTrianglesOnOneEdge());
+    DSSolid* pTarget = m_Manager.CreateSolid();
+    m_Manager.CopySolid(pSource, pTarget);
+    for (std::size_t i = 0; i < 7; ++i)
+    {
+        EXPECT_EQ(pSource->GetEdgeList()[i]->IsRepeated(), i == 0);
+        EXPECT_EQ(pTarget->GetEdgeList()[i]->IsRepeated(), i == 0);
+    }
 }
 
 TEST_F(ElementManager, CopiesTheCornersOfEachFaceInTheirOrder)
@@ -395,7 +553,8 @@ TEST_F(ElementManager, CopiesANullEntryAsAVertexAtTheOrigin)
     DSSolid* pTarget = m_Manager.CreateSolid();
     m_Manager.CopySolid(pSource, pTarget);
     ASSERT_EQ(pTarget->GetVertexList().size(), 4U);
-    EXPECT_NE(pTarget->GetVertexList()[3], nullptr);
+    ASSERT_NE(pTarget->GetVertexList()[3], nullptr);
+    EXPECT_EQ(pTarget->GetVertexList()[3]->GetPosition().Length(), 0.0);
 }
 
 TEST_F(ElementManager, RefusesToCopyACornerWhoseVertexIsNotInTheList)

@@ -6,11 +6,46 @@ namespace tessarine
 {
 namespace
 {
-/// TClass stands directly below TBase: no class between, for no class of the tree has more than one base.
+template <class... TClasses>
+struct ClassList
+{
+};
+
+/// All classes below IException.
+using Tree = ClassList<
+    CExcpStdCPP, CExcpFailToHandleException, CExcpUnknown, CExcpGeoMath, CExcpPstEntityFailure,
+    CExcpFailToCreatePstEntity, CExcpFailToDeletePstEntity, CExcpFailToRecoverPstEntity,
+    CExcpNullPtrIsNonzero, CExcpRecoverUndeletedPstEntity, CExcpInvalidPstEntity, CExcpNullPstEntity,
+    CExcpDeletedPstEntity, CExcpNotExistPstEntity, CExcpPurgedPstEntity, CExcpDynClassFailure,
+    CExcpInvalidClassName, CExcpInvalidClassID, CExcpFailToRegisterDynClass, CExcpDynClassCreatorFailure,
+    CExcpDynClassCreatorIsNull, CExcpTransactionEngineFailure, CExcpTransactionDelimiterMismatched,
+    CExcpNotSupportNestedTransaction, CExcpOperationNotInAnyTransaction, CExcpFailToRollbackTransaction,
+    CExcpFailToRegisterOperation, CExcpFailToBackupContentInTransaction, CExcpCurrentTransactionIsInvalid,
+    CExcpTransactionEngineHasError, CExcpFailToRecordOperation, CExcpInvalidID, CExcpNegativeID,
+    CExcpOverflowedID, CExcpZeroID, CExcpMemoeryFailure, CExcpOutOfMemory, CExcpFailToCastPointer,
+    CExcpReferToNULLPointer, CExcpOutOfRange, CExcpInvalidIndex, CExcpNumericComputingFailure,
+    CExcpNoSolution, CExcpDivideZero, CExcpMatrixComputingFailure, CExcpSingularMatrix,
+    CExcpFailToNormalizeVector, CExcpInvalidDimension, CExcpDimensionMismatched, CExcpMatrixIsEmpty,
+    CExcpCannotPerformOnItself, CExcpCannotPerformOnSharedBuffer, CExcpCannotPerformOnNonsquareMatrix>;
+
+/// TUpper is a base of TLower, at whatever distance, and not the same class.
+template <class TUpper, class TLower>
+constexpr bool kIsAbove = std::is_base_of_v<TUpper, TLower> && !std::is_same_v<TUpper, TLower>;
+
+/// TClass stands directly below TBase: no class of the tree is between.
+template <class TBase, class TClass, class... TOthers>
+constexpr bool IsDirectlyBelow(ClassList<TOthers...>)
+{
+    return kIsAbove<TBase, TClass> && !((kIsAbove<TBase, TOthers> && kIsAbove<TOthers, TClass>) || ...);
+}
+static_assert(!IsDirectlyBelow<IException, CExcpSingularMatrix>(Tree()), "two classes are between");
+static_assert(!IsDirectlyBelow<CExcpDivideZero, CExcpNoSolution>(Tree()), "siblings");
+
+/// The classes stand directly below TBase, and all of them have the form of the tree.
 template <class TBase, class... TClasses>
 constexpr bool Heads()
 {
-    static_assert((std::is_base_of_v<TBase, TClasses> && ...));
+    static_assert((IsDirectlyBelow<TBase, TClasses>(Tree()) && ...));
     static_assert((std::is_convertible_v<TClasses*, IException*> && ...));
     static_assert(((sizeof(TClasses) == sizeof(IException)) && ...), "no class adds a field");
     static_assert((std::is_default_constructible_v<TClasses> && ...));

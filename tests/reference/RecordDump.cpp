@@ -47,7 +47,7 @@ private:
     {
         WriteLink("h1", edge.GetHalfEdge1());
         WriteLink("h2", edge.GetHalfEdge2());
-        m_Text << (edge.IsBoundary() ? " boundary" : "");
+        m_Text << (edge.IsBoundary() ? " boundary" : "") << (edge.IsRepeated() ? " repeated" : "");
     }
 
     void Write(const DSHalfEdge& halfEdge)

@@ -93,6 +93,7 @@ private:
         Demand(halfEdge.GetVertex() != nullptr, "halfEdge.m_pVertex is not null", halfEdge);
         Demand(m_Vertices.count(halfEdge.GetVertex()) == 1, "halfEdge.m_pVertex is in the solid's list",
                halfEdge);
+        m_UsedVertices.insert(halfEdge.GetVertex());
         const DSEdge* pEdge = halfEdge.GetEdge();
         if (pEdge == nullptr)
         {
@@ -104,6 +105,7 @@ private:
         if (pEdge->GetHalfEdge1() != &halfEdge && pEdge->GetHalfEdge2() != &halfEdge)
         {
             Demand(m_Rules.allowDisplacedHalfEdges, "halfEdge.m_pEdge lists the half-edge", halfEdge);
+            Demand(pEdge->IsRepeated(), "the edge of a displaced half-edge is marked as repeated", halfEdge);
             Demand(pEdge->GetHalfEdge1() != nullptr && pEdge->GetHalfEdge2() != nullptr,
                    "the edge of a displaced half-edge lists two others", halfEdge);
         }
@@ -136,16 +138,20 @@ private:
     void CheckVertex(const DSVertex& vertex)
     {
         const DSHalfEdge* pHalfEdge = vertex.GetHalfEdge();
-        if (pHalfEdge != nullptr)
+        if (pHalfEdge == nullptr)
         {
-            Demand(m_HalfEdges.count(pHalfEdge) == 1, "vertex.m_pHalfEdge is in a loop of the solid", vertex);
-            Demand(pHalfEdge->GetVertex() == &vertex, "vertex.m_pHalfEdge.m_pVertex is the vertex", vertex);
+            Demand(m_UsedVertices.count(&vertex) == 0,
+                   "vertex.m_pHalfEdge is not null where half-edges start at it", vertex);
+            return;
         }
+        Demand(m_HalfEdges.count(pHalfEdge) == 1, "vertex.m_pHalfEdge is in a loop of the solid", vertex);
+        Demand(pHalfEdge->GetVertex() == &vertex, "vertex.m_pHalfEdge.m_pVertex is the vertex", vertex);
     }
 
     const DSSolid& m_Solid;
     LinkRules m_Rules;
     std::unordered_set<const DSVertex*> m_Vertices;
+    std::unordered_set<const DSVertex*> m_UsedVertices; ///< those at which a half-edge starts
     std::unordered_set<const DSEdge*> m_Edges;
     std::unordered_set<const DSFace*> m_Faces;
     std::unordered_set<const DSHalfEdge*> m_HalfEdges;

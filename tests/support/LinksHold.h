@@ -19,8 +19,8 @@ struct LinkRules
 
 /// Follows every link of the solid and names the first that is broken, with the id of its element:
 /// the circles of the loops in both directions, loop to face to solid, half-edge to edge and back, vertex to
-/// half-edge and back, and that every edge, vertex and face that is met stands in the solid's lists exactly
-/// once, and every edge of the list is met.
+/// half-edge and back (null only where no half-edge starts at it), and that every edge, vertex and face that
+/// is met stands in the solid's lists exactly once, and every edge of the list is met.
 testing::AssertionResult LinksHold(const DSSolid& solid, LinkRules rules = {});
 
 /// Vertices - edges + faces.

@@ -334,6 +334,7 @@ void ACTEuler::KEV(std::uint32_t nSolidID, std::uint32_t nFaceID, std::uint32_t 
 {
     DSSolid* pSolid = ResolveSolid(nSolidID);
     DSHalfEdge* h = ResolveHalfEdge(ResolveFace(pSolid, nFaceID), v1, v2);
+    ASSERT(h->GetEdge() != nullptr);
     LKEV(pSolid, h, h->GetTwin());
 }
 
@@ -341,6 +342,7 @@ void ACTEuler::KEF(std::uint32_t nSolidID, std::uint32_t nFaceID, std::uint32_t 
 {
     DSSolid* pSolid = ResolveSolid(nSolidID);
     DSHalfEdge* h = ResolveHalfEdge(ResolveFace(pSolid, nFaceID), v1, v2);
+    ASSERT(h->GetEdge() != nullptr);
     LKEF(pSolid, h, h->GetTwin());
 }
 
@@ -349,6 +351,7 @@ void ACTEuler::KEMR(std::uint32_t nSolidID, std::uint32_t nFaceID, std::uint32_t
     DSSolid* pSolid = ResolveSolid(nSolidID);
     DSFace* pFace = ResolveFace(pSolid, nFaceID);
     DSHalfEdge* h = ResolveHalfEdge(pFace, v1, v2);
+    ASSERT(h->GetEdge() != nullptr);
     LKEMR(pSolid, pFace, h, h->GetTwin());
 }
 
@@ -410,6 +413,7 @@ void ACTEuler::LSEMV(DSHalfEdge* h1, DSHalfEdge* h2, std::uint32_t& nVertexID, c
     ASSERT(pSolid != nullptr);
 
     DSEdge* pNew = m_pManager->CreateEdge();
+    pNew->SetRepeated(pOld->IsRepeated());
     pSolid->GetEdgeList().push_back(pNew);
     DSVertex* pVertex = AppendVertex(pSolid, position);
     nVertexID = pVertex->GetID();
@@ -527,6 +531,7 @@ void ACTEuler::LKEMR(DSSolid* pSolid, DSFace* pFace, DSHalfEdge* h1, DSHalfEdge*
     ASSERT(IsIn(pFace, h2));
     ASSERT(ShareEdge(h1, h2));
     ASSERT(AreTheSides(h1->GetEdge(), h1, h2));
+    ASSERT(!h1->GetEdge()->IsRepeated());
     ASSERT(RunOpposite(h1, h2));
     ASSERT(h1->GetLoop() == h2->GetLoop());
 
@@ -552,6 +557,7 @@ void ACTEuler::LKEF(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2)
     ASSERT(IsIn(pSolid, h2));
     ASSERT(ShareEdge(h1, h2));
     ASSERT(AreTheSides(h1->GetEdge(), h1, h2));
+    ASSERT(!h1->GetEdge()->IsRepeated());
     DSFace* pFace2 = h2->GetLoop()->GetFace();
     ASSERT(h1->GetLoop()->GetFace()->GetID() != pFace2->GetID());
     ASSERT(RunOpposite(h1, h2));
@@ -587,6 +593,7 @@ void ACTEuler::LKEV(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2)
     ASSERT(IsIn(pSolid, h2));
     ASSERT(ShareEdge(h1, h2));
     ASSERT(AreTheSides(h1->GetEdge(), h1, h2));
+    ASSERT(!h1->GetEdge()->IsRepeated());
     DSVertex* pKeep = h1->GetVertex();
     DSVertex* pKill = h2->GetVertex();
     ASSERT(pKeep != pKill);
@@ -624,7 +631,10 @@ void ACTEuler::LKillSolid(DSSolid* pSolid)
     ASSERT(pSolid != nullptr);
     for (DSFace* pFace : pSolid->GetFaceList())
     {
-        pFace->GetSolid() = nullptr;
+        if (pFace != nullptr)
+        {
+            pFace->GetSolid() = nullptr;
+        }
     }
     m_pManager->DeleteSolid(pSolid);
 }

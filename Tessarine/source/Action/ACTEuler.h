@@ -20,8 +20,11 @@ class MANBrepElementManager;
 /// themselves. New elements go to the end of the solid's lists, in the order in which they are made; a
 /// removal keeps the order of the others. Ids go out through references.
 ///
-/// Needs   The rules of each operator, all asserted before anything is changed: what is refused leaves the
-///         model as it was. A vertex that KEV removes has one fan of faces, as on any manifold.
+/// Needs   The rules of each operator, asserted before anything is changed: what is refused leaves the model
+///         as it was. One rule is the caller's to know, for no local look can tell: the vertex that KEV or
+///         LKEV kills has one fan of faces, as on any manifold. Asserted is that this fan is closed and that
+///         the vertex's own half-edge lies in it; half-edges of a second fan would go on pointing at the
+///         vertex that is gone.
 /// Leaves  Links only: normals, valences, boundary marks and texture coordinates are the caller's business.
 /// Cost    Local. A list removal is logarithmic, a look-up of a half-edge linear in its face.
 /// Source  M. Mäntylä, An Introduction to Solid Modeling, 1988.
@@ -83,22 +86,24 @@ public:
                std::uint32_t v2);
 
     /// Needs   h1 and h2 start at one vertex; they may be the same. Turning by the next of the mate leads
-    /// from
-    ///         h1 to h2 without meeting a hole.
+    ///         from h1 to h2 without meeting a hole.
     void LMEV(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2, std::uint32_t& nVertexID,
               const smVec3d& position);
 
     /// Splits the edge of h1. The part at the start of h1 is the new edge and keeps h1.
+    ///
     /// Needs   h1 and h2 are the two sides of one edge, or h1 the only side and h2 null.
     void LSEMV(DSHalfEdge* h1, DSHalfEdge* h2, std::uint32_t& nVertexID, const smVec3d& position);
 
-    /// The new face takes the half-edges from h1 up to h2, the last one not included. From a half-edge to itself
-    /// the new edge starts and ends at its vertex, and the new face has this one corner.
+    /// The new face takes the half-edges from h1 up to h2, the last one not included. From a half-edge to
+    /// itself the new edge starts and ends at its vertex, and the new face has this one corner.
+    ///
     /// Needs   Two half-edges of one loop; they may be the same.
     void LMEF(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2, std::uint32_t& nNewFaceID);
 
     /// What LMEF(next of c, previous of c) leaves when it is called for one corner c after another, in time
     /// linear in the loop.
+    ///
     /// Needs   The corners are every second half-edge of one loop of at least four, from any of them on, and
     ///         at most half as many as the loop has.
     void LMEFCorners(DSSolid* pSolid, const std::vector<DSHalfEdge*>& corners);
@@ -109,20 +114,27 @@ public:
     /// Needs   A loop of the face that is not its first.
     void LMFKRH(DSSolid* pSolid, DSFace* pFace, DSLoop* pLoop, std::uint32_t& nNewFaceID);
 
-    /// Needs   The two sides of an edge, in one loop of the face.
+    /// Needs   The two sides of an edge that no third half-edge names, in opposite directions, in one loop of
+    ///         the face.
     void LKEMR(DSSolid* pSolid, DSFace* pFace, DSHalfEdge* h1, DSHalfEdge* h2);
 
     /// Kills the face of h2. Its material and its further loops are not carried over.
-    /// Needs   The two sides of an edge, in different faces.
+    ///
+    /// Needs   The two sides of an edge that no third half-edge names, in opposite directions, in different
+    ///         faces.
     void LKEF(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2);
 
     /// Kills the vertex at which h2 starts.
-    /// Needs   The two sides of an edge with different start vertices. The vertex lies in no hole.
+    ///
+    /// Needs   The two sides of an edge that no third half-edge names, in opposite directions, with different
+    ///         start vertices. The vertex lies on no hole and has one fan of faces; of the latter, see above,
+    ///         a part is asserted.
     void LKEV(DSSolid* pSolid, DSHalfEdge* h1, DSHalfEdge* h2);
 
     /// Needs   Two different faces of the solid.
     void LKFMRH(DSSolid* pSolid, DSFace* pFace1, DSFace* pFace2);
 
+    /// Deletes the solid's record alone. Its faces belong to no solid then.
     void LKillSolid(DSSolid* pSolid);
 
     /// The first half-edge over all loops of the face that runs from v1 to v2, or null.

@@ -21,6 +21,17 @@ Console::Console() : m_Sink(WriteToStandardOutput), m_LastFlush(std::chrono::ste
     m_strPending.reserve(2 * kMostPending);
 }
 
+Console::~Console()
+{
+    try
+    {
+        Flush();
+    }
+    catch (...) // NOLINT(bugprone-empty-catch): there is nobody left to tell
+    {
+    }
+}
+
 Console& Console::operator<<(double value)
 {
     char digits[32];

@@ -10,7 +10,10 @@ namespace tessarine
 {
 /// The debug console: one buffered stream of plain lines for a person reading along.
 ///
-/// It is flushed at the end of a command, before a message box, and at most a tenth of a second after a line.
+/// Lines are gathered, and handed on at the end of a command, before a message box and at the process's end.
+/// A line that comes a tenth of a second or more after the last time takes all before it along: only a line
+/// looks at the clock, so what was written last can wait until something asks for a flush.
+///
 /// Numbers are printed as the C locale prints them; floating-point values with up to six significant digits.
 class Console
 {
@@ -18,6 +21,10 @@ public:
     using Sink = std::function<void(std::string_view)>;
 
     Console();
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+    /// Flushes. A sink that throws loses the text.
+    ~Console();
 
     Console& operator<<(std::string_view text)
     {

@@ -1,7 +1,14 @@
 #pragma once
+#include <cmath>
 
 namespace tessarine
 {
+/// Divisors and lengths below it count as zero.
+inline constexpr double Coord_zero = 1e-14;
+
+/// Prints the line of a division that was not carried out.
+[[gnu::cold]] void SayCoordError(const char* line);
+
 /// Three doubles: the older point and vector type, which prints a line and goes on where the others throw.
 ///
 /// Says    "Coord Error: ..." when a divisor or a length is below 1e-14; nothing is divided then.
@@ -25,14 +32,22 @@ public:
     friend Coord operator*(double t, const Coord& a) { return a * t; }
 
     /// The value as it is when t is below the threshold.
-    friend Coord operator/(const Coord& a, double t);
+    friend Coord operator/(const Coord& a, double t)
+    {
+        if (std::abs(t) < Coord_zero)
+        {
+            SayCoordError("Coord Error: Divided by Zero");
+            return a;
+        }
+        return {a.x / t, a.y / t, a.z / t};
+    }
 
     double Dot(const Coord& other) const { return x * other.x + y * other.y + z * other.z; }
     Coord Cross(const Coord& other) const
     {
         return {y * other.z - z * other.y, z * other.x - x * other.z, x * other.y - y * other.x};
     }
-    double Length() const;
+    double Length() const { return std::sqrt(Dot(*this)); }
 
     /// A copy of length 1, or an unchanged copy.
     Coord Unit() const;
@@ -65,12 +80,20 @@ public:
     friend Coord2D operator*(double t, const Coord2D& a) { return a * t; }
 
     /// The value as it is when t is below the threshold.
-    friend Coord2D operator/(const Coord2D& a, double t);
+    friend Coord2D operator/(const Coord2D& a, double t)
+    {
+        if (std::abs(t) < Coord_zero)
+        {
+            SayCoordError("Coord2D Error: divided by zero");
+            return a;
+        }
+        return {a.x / t, a.y / t};
+    }
 
     double Dot(const Coord2D& other) const { return x * other.x + y * other.y; }
     /// The one component that the cross product has in the plane.
     double Cross(const Coord2D& other) const { return x * other.y - y * other.x; }
-    double Length() const;
+    double Length() const { return std::sqrt(Dot(*this)); }
 
     /// A copy of length 1, or an unchanged copy.
     Coord2D Unit() const;
@@ -82,4 +105,71 @@ public:
     Coord2D Rotated(const Coord2D& point, double angle) const;
     void Rotate(const Coord2D& point, double angle) { *this = Rotated(point, angle); }
 };
+
+inline Coord Coord::Unit() const
+{
+    const double length = Length();
+    if (length < Coord_zero)
+    {
+        SayCoordError("Coord Error: unit, divided by zero");
+        return *this;
+    }
+    return *this / length;
+}
+
+inline bool Coord::Normalize()
+{
+    const double length = Length();
+    if (length < Coord_zero)
+    {
+        SayCoordError("Coord Error: normalize, divided by zero");
+        return false;
+    }
+    *this = *this / length;
+    return true;
+}
+
+inline Coord Coord::Rotated(const Coord& axis, const Coord& point, double angle) const
+{
+    Coord direction = axis;
+    if (!direction.Normalize())
+    {
+        return *this;
+    }
+    const Coord arm = *this - point;
+    const double cosine = std::cos(angle);
+    const Coord along = direction * (direction.Dot(arm) * (1.0 - cosine));
+    return point + arm * cosine + direction.Cross(arm) * std::sin(angle) + along;
+}
+
+inline Coord2D Coord2D::Unit() const
+{
+    const double length = Length();
+    if (length < Coord_zero)
+    {
+        SayCoordError("Coord2D Error: unit, divided by zero");
+        return *this;
+    }
+    return *this / length;
+}
+
+inline bool Coord2D::Normalize()
+{
+    const double length = Length();
+    if (length < Coord_zero)
+    {
+        SayCoordError("Coord2D Error: normalize, divided by zero");
+        return false;
+    }
+    *this = *this / length;
+    return true;
+}
+
+inline Coord2D Coord2D::Rotated(const Coord2D& point, double angle) const
+{
+    const Coord2D arm = *this - point;
+    const double cosine = std::cos(angle);
+    const double sine = std::sin(angle);
+    return {point.x + arm.x * cosine - arm.y * sine, point.y + arm.x * sine + arm.y * cosine};
+}
 }

@@ -2,37 +2,13 @@
 #include "Console.h"
 #include "CycleGuard.h"
 #include "VertexWalk.h"
+#include "WanderingLimit.h"
 #include <cmath>
 
 namespace tessarine
 {
 namespace
 {
-/// How far the walks of one solid may wander away from their vertices, all together. Where many faces run the
-/// same way along their edges, each walk can visit most of the mesh.
-class WanderingLimit
-{
-public:
-    explicit WanderingLimit(std::uint64_t steps) : m_nLeft(steps) {}
-
-    bool Allows(const DSHalfEdge& halfEdge, const DSVertex& vertex)
-    {
-        if (halfEdge.GetVertex() == &vertex)
-        {
-            return true;
-        }
-        if (m_nLeft == 0)
-        {
-            return false;
-        }
-        --m_nLeft;
-        return true;
-    }
-
-private:
-    std::uint64_t m_nLeft;
-};
-
 const DSFace& FaceOf(const DSHalfEdge& halfEdge)
 {
     ASSERT(halfEdge.GetLoop() != nullptr);
@@ -40,18 +16,100 @@ const DSFace& FaceOf(const DSHalfEdge& halfEdge)
     return *halfEdge.GetLoop()->GetFace();
 }
 
-void CalcVertexNormal(DSVertex& vertex, WanderingLimit& limit)
+/// The sum of the normals around vertices, several of them at a time: a walk waits for memory at each link, and
+/// the waits of walks that go on side by side overlap. Every sum has the order of its own walk.
+class NormalSums
 {
-    for (VertexWalk walk(vertex.GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
+public:
+    explicit NormalSums(WanderingLimit limit) : m_Limit(limit) { m_Walks.reserve(kWalksAtATime); }
+
+    /// Needs   The vertex has a half-edge. Its normal stands when Finish has been called.
+    void Add(DSVertex& vertex)
     {
-        if (!limit.Allows(*walk.Get(), vertex))
+        m_Walks.push_back({&vertex, VertexWalk(vertex.GetHalfEdge())});
+        if (m_Walks.size() == kWalksAtATime)
         {
-            break;
+            Finish();
         }
-        vertex.GetNormal() += FaceOf(*walk.Get()).GetNormal();
     }
-    vertex.GetNormal().Normalize();
-}
+
+    void Finish()
+    {
+        for (bool isWalking = true; isWalking;)
+        {
+            AskForEdgesAndLoops();
+            AskForTwinsAndFaces();
+            isWalking = Advance();
+        }
+        for (const Walk& walk : m_Walks)
+        {
+            walk.pVertex->GetNormal().Normalize();
+        }
+        m_Walks.clear();
+    }
+
+private:
+    struct Walk
+    {
+        DSVertex* pVertex;
+        VertexWalk at;
+    };
+
+    static constexpr std::size_t kWalksAtATime = 16;
+
+    void AskForEdgesAndLoops() const
+    {
+        for (const Walk& walk : m_Walks)
+        {
+            if (!walk.at.IsAtEnd())
+            {
+                __builtin_prefetch(walk.at.Get()->GetEdge());
+                __builtin_prefetch(walk.at.Get()->GetLoop());
+            }
+        }
+    }
+
+    void AskForTwinsAndFaces() const
+    {
+        for (const Walk& walk : m_Walks)
+        {
+            if (!walk.at.IsAtEnd())
+            {
+                const DSHalfEdge& h = *walk.at.Get();
+                ASSERT(h.GetEdge() != nullptr);
+                __builtin_prefetch(h.GetEdge()->GetHalfEdge1());
+                __builtin_prefetch(h.GetEdge()->GetHalfEdge2());
+                __builtin_prefetch(&FaceOf(h).GetNormal());
+            }
+        }
+    }
+
+    /// @return whether a walk goes on
+    bool Advance()
+    {
+        bool isWalking = false;
+        for (Walk& walk : m_Walks)
+        {
+            if (walk.at.IsAtEnd())
+            {
+                continue;
+            }
+            if (!m_Limit.Allows(*walk.at.Get(), *walk.pVertex))
+            {
+                walk.at.Stop();
+                continue;
+            }
+            walk.pVertex->GetNormal() += FaceOf(*walk.at.Get()).GetNormal();
+            walk.at.Step();
+            __builtin_prefetch(walk.at.Get());
+            isWalking = true;
+        }
+        return isWalking;
+    }
+
+    WanderingLimit m_Limit;
+    std::vector<Walk> m_Walks;
+};
 
 const smVec3d& PositionOf(const DSHalfEdge* halfEdge)
 {
@@ -68,24 +126,14 @@ bool IsNearZero(const smVec3d& vector)
 }
 }
 
-DSHalfEdge* DSHalfEdge::GetTwin() const
+void DSHalfEdge::SayBorder()
 {
-    ASSERT(m_pEdge != nullptr);
-    ASSERT(m_pEdge->GetHalfEdge1() != nullptr);
-    if (GetID() == m_pEdge->GetHalfEdge1()->GetID())
-    {
-        return m_pEdge->GetHalfEdge2();
-    }
-    if (m_pEdge->GetHalfEdge2() != nullptr && GetID() == m_pEdge->GetHalfEdge2()->GetID())
-    {
-        return m_pEdge->GetHalfEdge1();
-    }
     DebugConsole() << "Border exist.." << '\n';
-    return nullptr;
 }
 
 smVec3d DSFace::CalcNormal()
 {
+    ASSERT(!m_LoopList.empty() && m_LoopList[0] != nullptr);
     const DSHalfEdge* pHalfEdge = m_LoopList[0]->GetHalfEdge();
     const smVec3d& first = PositionOf(pHalfEdge);
     const smVec3d& second = PositionOf(pHalfEdge->GetNext());
@@ -100,6 +148,7 @@ smVec3d DSFace::CalcNormal()
 
 smVec3d DSFace::CalcCentroid() const
 {
+    ASSERT(!m_LoopList.empty() && m_LoopList[0] != nullptr);
     const DSHalfEdge* const pStart = m_LoopList[0]->GetHalfEdge();
     smVec3d sum;
     double count = 0;
@@ -107,8 +156,8 @@ smVec3d DSFace::CalcCentroid() const
     const DSHalfEdge* pHalfEdge = pStart;
     do
     {
-        guard.Visit(pHalfEdge);
         sum += PositionOf(pHalfEdge);
+        guard.Visit(pHalfEdge);
         ++count;
         pHalfEdge = pHalfEdge->GetNext();
     } while (pHalfEdge != pStart);
@@ -117,13 +166,16 @@ smVec3d DSFace::CalcCentroid() const
 
 smVec3d DSVertex::CalcNormal()
 {
-    WanderingLimit none(UINT64_MAX);
-    CalcVertexNormal(*this, none);
+    ASSERT(m_pHalfEdge != nullptr);
+    NormalSums sums(WanderingLimit::None());
+    sums.Add(*this);
+    sums.Finish();
     return m_Normal;
 }
 
 int DSVertex::GetValence()
 {
+    ASSERT(m_pHalfEdge != nullptr);
     m_nValence = 0;
     VertexWalk walk(m_pHalfEdge);
     for (; !walk.IsAtEnd(); walk.Step())
@@ -168,15 +220,20 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
-    constexpr std::uint64_t kStepsOfASmallSolid = 1'000'000;
-    WanderingLimit limit(kStepsOfASmallSolid + 8 * m_EdgeList.size());
+    CalcVertexNormals();
+}
+
+void DSSolid::CalcVertexNormals()
+{
+    NormalSums sums(WanderingLimit(m_EdgeList.size()));
     for (DSVertex* pVertex : m_VertexList)
     {
         if (HasFacesAround(pVertex))
         {
-            CalcVertexNormal(*pVertex, limit);
+            sums.Add(*pVertex);
         }
     }
+    sums.Finish();
 }
 
 namespace

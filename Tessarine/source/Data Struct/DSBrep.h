@@ -71,8 +71,9 @@ public:
     DSLoop* GetLoop() const { return m_pLoop; }
 
     /// The other half-edge of the edge; null on a boundary. Ids are compared, not pointers.
-    /// Needs an edge (asserted). Says "Border exist.." and gives null when the edge lists neither as this
-    /// one.
+    ///
+    /// Needs   An edge, and a first half-edge of it (asserted).
+    /// Says    "Border exist..", and gives null, when the edge lists neither as this one.
     DSHalfEdge* GetTwin() const;
 
     /// A circle of this half-edge alone.
@@ -95,6 +96,8 @@ public:
     }
 
 private:
+    static void SayBorder();
+
     DSHalfEdge* m_pPrev = nullptr;
     DSHalfEdge* m_pNext = nullptr;
     smVec2f m_TexCoord;
@@ -117,6 +120,12 @@ public:
     void SetBoundary(bool boundary) { m_bBoundary = boundary; }
     bool IsBoundary() const { return m_bBoundary; }
 
+    /// More than two half-edges name this edge, or the one that it was split off: a builder has put a third
+    /// in the place of the second. No link leads from the edge to the displaced one, so the edge cannot be
+    /// killed.
+    void SetRepeated(bool repeated) { m_bRepeated = repeated; }
+    bool IsRepeated() const { return m_bRepeated; }
+
     /// The wire frame shows the edge in red.
     bool& GetHighlight() { return m_bHighlight; }
     bool GetHighlight() const { return m_bHighlight; }
@@ -130,10 +139,28 @@ private:
     bool m_bHighlight = false;
     bool m_bSplit = false;
     bool m_bBoundary = false;
+    bool m_bRepeated = false;
     std::int32_t m_nSplitVertex = 0;
     DSHalfEdge* m_pHalfEdge1 = nullptr;
     DSHalfEdge* m_pHalfEdge2 = nullptr;
 };
+
+inline DSHalfEdge* DSHalfEdge::GetTwin() const
+{
+    ASSERT(m_pEdge != nullptr);
+    DSHalfEdge* const pFirst = m_pEdge->GetHalfEdge1();
+    DSHalfEdge* const pSecond = m_pEdge->GetHalfEdge2();
+    ASSERT(pFirst != nullptr);
+    // Which side this is cannot be foreseen, so nothing but the broken case branches.
+    const bool isFirst = GetID() == pFirst->GetID();
+    const DSHalfEdge* const pListed = isFirst ? pFirst : pSecond;
+    if (pListed == nullptr || GetID() != pListed->GetID()) [[unlikely]]
+    {
+        SayBorder();
+        return nullptr;
+    }
+    return isFirst ? pSecond : pFirst;
+}
 
 class DSLoop : public DSElement
 {
@@ -179,9 +206,13 @@ public:
 
     /// Sets the unit normal from the first three corners, and returns it. A cross product within 1e-10 of
     /// zero in each component stays as it is.
+    ///
+    /// Needs   A loop with at least one corner (asserted).
     smVec3d CalcNormal();
 
     /// The mean of the corners of the first loop.
+    ///
+    /// Needs   A loop with at least one corner (asserted).
     smVec3d CalcCentroid() const;
 
 private:
@@ -208,10 +239,14 @@ public:
     DSHalfEdge* GetHalfEdge() const { return m_pHalfEdge; }
 
     /// Adds the normals of the faces around the vertex to the normal, normalises it and returns a copy.
+    ///
+    /// Needs   A half-edge with an edge (asserted).
     /// Kept    The sum starts from what the normal already holds.
     smVec3d CalcNormal();
 
     /// Number of edges at the vertex, kept in the record's cache.
+    ///
+    /// Needs   A half-edge with an edge (asserted).
     int GetValence();
 
 private:
@@ -251,10 +286,12 @@ public:
     /// stay.
     ///
     /// Cost    Linear. Where faces run the same way along an edge, the walk around a vertex wanders to
-    /// others:
-    ///         it is followed to its end until all of them together have gone a million half-edges and eight
-    ///         times the edges astray; from then on a walk ends where it leaves its vertex.
+    ///         others: it is followed to its end until the WanderingLimit of the solid's edges is used up;
+    ///         from then on a walk ends where it leaves its vertex.
     void CalcNormals();
+
+    /// The second half of CalcNormals, for a caller that has seen to the faces.
+    void CalcVertexNormals();
 
     /// Marks the boundary edges and prints what it finds, one item a line. Repairs nothing.
     /// @return vertices + faces - edges == 2

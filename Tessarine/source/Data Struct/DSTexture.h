@@ -25,8 +25,10 @@ public:
     /// A picture that is missing, refused or broken leaves the record with its name and no image.
     void LoadImage(const std::string& fileName);
 
-    /// Reads a raw (P6) portable pixmap, whatever its maximum is. Says on standard error what is wrong with
-    /// it. Kept    The count of components is not set.
+    /// Reads a raw (P6) portable pixmap, whatever its maximum is.
+    ///
+    /// Says    On standard error what is wrong with it.
+    /// Kept    The count of components is not set.
     void ReadPPM(const std::string& fileName);
 
     /// The same from memory.
@@ -37,15 +39,14 @@ public:
     ///
     /// Needs   Sides from 1 to 2^30.
     /// Kept    The other side is neither scaled in proportion nor held below 512, and only it is raised
-    /// to 16.
+    ///         to 16.
     static void ChooseTextureSize(int width, int height, int& newWidth, int& newHeight);
 
     /// Brings the image into the resampled buffers at the size of ChooseTextureSize.
     ///
     /// Source  P. Bourke, bicubic interpolation, for Cubic.
     /// Kept    Nearest and Bilinear take the first pixel of the next line where they pass the end of one;
-    /// Cubic
-    ///         scales by whole numbers.
+    ///         Cubic scales by whole numbers.
     /// @return false when the size does not change
     bool Resample(ResampleMode mode);
 

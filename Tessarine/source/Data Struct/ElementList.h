@@ -83,15 +83,6 @@ public:
     Iterator begin() const { return {this, NextFilled(0)}; }
     Iterator end() const { return {this, m_Entries.size()}; }
 
-    /// Puts another element at an entry.
-    void Set(std::size_t index, T* element)
-    {
-        ASSERT(index < size());
-        const std::size_t place = m_nHoles == 0 ? index : FindPlace(index);
-        m_Entries[place] = element;
-        ForgetIDs();
-    }
-
     void reserve(std::size_t count) { m_Entries.reserve(count + m_nHoles); }
 
     void push_back(T* element)
@@ -108,18 +99,11 @@ public:
         }
     }
 
-    /// New entries are null.
-    void resize(std::size_t count)
-    {
-        CloseUp();
-        ForgetIDs();
-        m_Entries.resize(count);
-    }
-
     void clear()
     {
         m_nHoles = 0;
-        ForgetIDs();
+        m_bKnowsIDs = false;
+        m_IDs.clear();
         m_Entries.clear();
         m_Filled.clear();
         m_BlockTree.clear();
@@ -268,12 +252,6 @@ private:
         const std::uint32_t id = element != nullptr ? element->GetID() : before;
         m_bIDsIncrease = m_bIDsIncrease && id >= before;
         m_IDs.push_back(id);
-    }
-
-    void ForgetIDs()
-    {
-        m_bKnowsIDs = false;
-        m_IDs.clear();
     }
 
     /// So that push_back changes nothing when there is no memory.

@@ -10,8 +10,7 @@ namespace tessarine
 ///
 /// Needs   A half-edge with an edge to start from.
 /// Kept    Where faces run the same way along an edge the walk wanders off to other vertices. It comes back
-/// all
-///         the same: each step can be undone, so the first half-edge met again is the start.
+///         all the same: each step can be undone, so the first half-edge met again is the start.
 ///
 ///     for (VertexWalk walk(start); !walk.IsAtEnd(); walk.Step())
 class VertexWalk
@@ -25,6 +24,9 @@ public:
 
     /// Whether the walk ended because the vertex is open. To be asked at its end.
     bool EndedAtBoundary() const { return m_pHalfEdge == nullptr; }
+
+    /// Ends the walk here.
+    void Stop() { m_bDone = true; }
 
     void Step()
     {

@@ -17,6 +17,7 @@ public:
     smVec3d GetSideVector() const;
 
     /// Moves the camera. The up vector that is kept is the unit vector at right angles to the view.
+    ///
     /// Fails   An eye on the target, an up vector along the view, or a number that is none is an assertion,
     ///         and the camera stays as it was.
     void SetLookAt(const smVec3d& position, const smVec3d& target, const smVec3d& up);

@@ -47,8 +47,9 @@ public:
     /// A decimal number behind blanks, with fraction and exponent; 0 where there is none.
     ///
     /// Each step is rounded to single precision: digit by digit for the whole part and for the fraction,
-    /// which is then divided by 10 once for each of its digits, and once for each unit of the exponent. Kept
-    /// The precision of all models rests on this order. Do not hand it to a library.
+    /// which is then divided by 10 once for each of its digits, and once for each unit of the exponent.
+    ///
+    /// Kept    The precision of all models rests on this order. Do not hand it to a library.
     float ReadFloat();
 
     /// The word behind blanks, up to the next blank or zero. IsAtZero then tells which one ended it.

@@ -14,7 +14,8 @@ class IOLineCursor;
 ///
 /// Needs   Both stores outlive the reader.
 /// Leaves  A material for each "newmtl", with its colours; a texture for each file that a "map_Kd" names
-/// first. Says    The keywords that are recognised and not used, and the unknown ones, each with its line.
+///         first.
+/// Says    The keywords that are recognised and not used, and the unknown ones, each with its line.
 /// Kept    A keyword with nothing behind it on its line is an unknown one. Blank lines do not count as lines.
 class IOMtlReader
 {

@@ -9,6 +9,7 @@ namespace tessarine
 /// Refuses what a builder could not use, in words that lead a user to the place.
 ///
 /// The arrays know nothing of lines: only when something is wrong is the text walked again to find the line.
+///
 /// Fails   By Failure: "FILE, line N: what is wrong", lines counted as an editor does.
 class IOObjCheck
 {

@@ -15,10 +15,12 @@ class IOTextOutput;
 /// object serves one save.
 ///
 /// The bytes are those of a fixed set of C formats, trailing blanks included, with "\n" as line end
-/// everywhere. Says    "The file NAME was not opened" when the file cannot be written. Fails   By Failure
-/// when the file is not written whole; an older one then stays. Kept    Vertex numbers start at 1 again in
-/// each object, so a file of several objects is right only for the
-///         first. A vertex that was not written counts as number 0.
+/// everywhere.
+///
+/// Says    "The file NAME was not opened" when the file cannot be written.
+/// Fails   By Failure when the file is not written whole; an older one then stays.
+/// Kept    Vertex numbers start at 1 again in each object, so a file of several objects is right only for
+///         the first. A vertex that was not written counts as number 0.
 class IOSaveObj : public IOSave
 {
 public:
@@ -28,6 +30,7 @@ public:
     void SaveObj(const std::string& fileName);
 
     /// Writes the default material and those of the list.
+    ///
     /// Kept    The three components of a colour run together, which no reader can take apart.
     void SaveMtl(const std::string& fileName);
 

@@ -20,9 +20,9 @@ public:
     explicit IACommandRouter(IAWorkbench& workbench) : m_Workbench(workbench) {}
 
     /// Runs the entry through the workbench's boundary.
+    ///
     /// Fails   A number that no entry has, a disabled entry, and one that comes with a later version: the
-    /// user
-    ///         is told.
+    ///         user is told.
     /// @param operation names it to the user
     /// @return whether it ran to its end
     bool Run(const std::string& operation, int id);

@@ -39,10 +39,12 @@ public:
     MANSceneGroup* GetRootGroup() const { return m_SceneManager.GetRootGroup(); }
 
     /// Asks for an OBJ file and puts its model in the place of the current one. Nothing when the user
-    /// cancels. Fails   A name that ends in neither ".obj" nor ".OBJ" gives a message box; the models are
-    /// untouched.
+    /// cancels.
+    ///
+    /// Fails   A name that ends in neither ".obj" nor ".OBJ" gives a message box; the models are untouched.
     void ImportObj();
     /// Asks for a name and writes the visible solids there.
+    ///
     /// Kept    The file lands in the folder that the dialog made the current one.
     void ExportObj();
 

@@ -77,11 +77,20 @@ void EdgeMatcher::Match(const Pending& pending)
 void EdgeMatcher::JoinEdge(DSEdge& edge, DSHalfEdge* halfEdge)
 {
     halfEdge->GetEdge() = &edge;
-    if (m_Reports == Reports::Yes && edge.GetHalfEdge2() != nullptr)
+    if (edge.GetHalfEdge2() != nullptr)
+    {
+        NoteRepeated(edge);
+    }
+    edge.GetHalfEdge2() = halfEdge;
+}
+
+void EdgeMatcher::NoteRepeated(DSEdge& edge) const
+{
+    edge.SetRepeated(true);
+    if (m_Reports == Reports::Yes)
     {
         DebugConsole() << "Edge has already two halfedges: " << edge.GetHalfEdge1()->GetVertex()->GetID()
                        << "," << edge.GetHalfEdge2()->GetVertex()->GetID() << '\n';
     }
-    edge.GetHalfEdge2() = halfEdge;
 }
 }

@@ -8,7 +8,8 @@ namespace tessarine
 class MANBrepElementManager;
 
 /// Gives the half-edges of a new solid their edges: those that join the same two vertices share one.
-/// Orientation is not looked at, and a third half-edge takes the place of the second.
+/// Orientation is not looked at, and a third half-edge takes the place of the second. The edge
+/// is then marked as repeated.
 ///
 /// Says    What it finds wrong with the edges, if it is to report.
 class EdgeMatcher
@@ -41,6 +42,7 @@ private:
     void Queue(DSHalfEdge* halfEdge);
     void Match(const Pending& pending);
     void JoinEdge(DSEdge& edge, DSHalfEdge* halfEdge);
+    void NoteRepeated(DSEdge& edge) const;
 
     MANBrepElementManager& m_Manager;
     DSSolid& m_Solid;

@@ -43,6 +43,7 @@ void DeleteRecord(RecordArray<T>& array, const T* element, std::uint32_t mask)
     ASSERT(element != nullptr);
     const std::uint32_t index = element->GetID() & mask;
     ASSERT(index < array.size());
+    ASSERT(array[index] == nullptr || array[index] == element);
     array.Delete(index);
 }
 
@@ -50,6 +51,13 @@ template <class T>
 T* FindInSlots(const RecordArray<T>& array, std::uint32_t index)
 {
     return index < array.size() ? array[index] : nullptr;
+}
+
+std::uint32_t StartOf(const DSHalfEdge* halfEdge)
+{
+    ASSERT(halfEdge != nullptr);
+    ASSERT(halfEdge->GetVertex() != nullptr);
+    return halfEdge->GetVertex()->GetID();
 }
 
 /// The edge of the first half-edge around the start's vertex that runs to the target.
@@ -61,7 +69,7 @@ DSEdge* FindEdgeAround(DSHalfEdge* start, std::uint32_t target)
     }
     for (VertexWalk walk(start); !walk.IsAtEnd(); walk.Step())
     {
-        if (walk.Get()->GetNext()->GetVertex()->GetID() == target)
+        if (StartOf(walk.Get()->GetNext()) == target)
         {
             return walk.Get()->GetEdge();
         }
@@ -335,13 +343,14 @@ DSEdge* MANBrepElementManager::FindFaceEdge(const DSFace* face, std::uint32_t v1
     ASSERT(face != nullptr);
     for (const DSLoop* pLoop : face->GetLoopList())
     {
+        ASSERT(pLoop != nullptr);
         CycleGuard guard;
         const DSHalfEdge* pHalfEdge = pLoop->GetHalfEdge();
         do
         {
+            const std::uint32_t start = StartOf(pHalfEdge);
+            const std::uint32_t end = StartOf(pHalfEdge->GetNext());
             guard.Visit(pHalfEdge);
-            const std::uint32_t start = pHalfEdge->GetVertex()->GetID();
-            const std::uint32_t end = pHalfEdge->GetNext()->GetVertex()->GetID();
             if ((start == v1 && end == v2) || (start == v2 && end == v1))
             {
                 return pHalfEdge->GetEdge();

@@ -63,7 +63,7 @@ public:
     static std::uint32_t GetElementType(std::uint32_t id);
 
     /// Destroys the record and leaves null in its slot. No link and no solid's list is touched.
-    /// A slot that is null already is no error.
+    /// A slot that is null already is no error; another record in it is an assertion.
     void DeleteVertex(DSVertex* vertex);
     void DeleteHalfEdge(DSHalfEdge* halfEdge);
     void DeleteEdge(DSEdge* edge);
@@ -74,6 +74,8 @@ public:
     /// Destroys all records and starts the ids anew. Selection and materials stay.
     void Clear();
 
+    /// Puts an element at the end of the selection, or takes it out. An id that names no element gives
+    /// GetElement's message box or assertion, and changes nothing.
     void ToggleSelect(std::uint32_t id);
     /// Changes what the selection tool takes and drops the selection.
     void SetSelectType(std::uint32_t type);
@@ -81,12 +83,15 @@ public:
     const std::vector<std::uint32_t>& GetSelectList() const { return m_SelectList; }
 
     /// A linked solid from index lists. Nothing rejects a non-manifold mesh: a third face on an edge takes
-    /// the place of the second. Index numbers out of range throw CExcpInvalidIndex. Says    "Number of
-    /// halfedge: " and what it finds wrong with the edges.
+    /// the place of the second.
+    ///
+    /// Says    "Number of halfedge: " and what it finds wrong with the edges.
+    /// Fails   Index numbers out of range throw CExcpInvalidIndex; nothing was made then.
     DSSolid* BuildSolid(const PositionList& positions, const IndexList& indices, const IndexList& faceSizes,
                         bool reversed);
 
     /// The same with texture coordinates on the half-edges, when texIndices is not empty.
+    ///
     /// Says    "texcoord number: " and "texcoord index number: ", and nothing of the edges.
     DSSolid* BuildTexturedSolid(const PositionList& positions, const IndexList& indices,
                                 const IndexList& faceSizes, const TexCoordList& texCoords,
@@ -103,6 +108,7 @@ public:
                                const GroupNameMap& groupNames, bool reversed);
 
     /// LoadMaterialSolid that also ties the loaded textures to the materials that name them.
+    ///
     /// Says    The two names of every comparison.
     DSSolid* LoadTexturedSolid(const PositionList& positions, const IndexList& indices,
                                const IndexList& faceSizes, const TexCoordList& texCoords,
@@ -115,13 +121,22 @@ public:
     /// @return the scale that was applied
     float UnitizeSolid(DSSolid* solid, float& cx, float& cy, float& cz);
 
-    /// Copies positions and connectivity of `source` into the empty `target`.
+    /// Copies positions and connectivity of `source` into `target`. Materials, normals and texture
+    /// coordinates are not copied.
+    ///
+    /// Needs   Two solids, the target without vertices, edges and faces; each corner of the source starts at
+    ///         a vertex of its list (all asserted).
     void CopySolid(const DSSolid* source, DSSolid* target);
 
-    /// The edge between two vertices, found by walking around the first. Says both ids where there is none.
+    /// The edge between two vertices, found by walking around the first over the half-edges that leave it;
+    /// around the second, where the first has none.
+    ///
+    /// Says    Both ids, and gives null, where there is no such edge.
+    /// Kept    The rim edge that only arrives at an open vertex has no half-edge that leaves it, and is not
+    ///         found from there; from its other end it is.
     DSEdge* FindEdge(std::uint32_t v1, std::uint32_t v2) const;
 
-    /// The edge of the face between two vertices, or null.
+    /// The first edge over all loops of the face between two vertices, in either direction, or null.
     DSEdge* FindFaceEdge(const DSFace* face, std::uint32_t v1, std::uint32_t v2) const;
 
     MANMaterialManager& GetMaterialManager() { return m_MaterialManager; }

@@ -44,8 +44,9 @@ public:
     ~MANCommandManager();
 
     /// A new command of the class that `id` names.
+    ///
     /// Fails   An unknown id gives a message box and null. Failure for a class that this version does not
-    /// have.
+    ///         have.
     static std::unique_ptr<IACommand> CreateCommand(unsigned id);
 
     /// Puts a command that has run at the end of the history. A command that cannot be undone is not taken

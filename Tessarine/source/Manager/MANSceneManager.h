@@ -56,6 +56,7 @@ public:
     void Clear();
 
     /// Clear, and one more root.
+    ///
     /// Kept    The first one stays as an orphan, so that the root's id is 0xC0000001.
     void Reset();
 
@@ -63,7 +64,7 @@ public:
     /// The first light of exactly this name; a message box and null where there is none.
     Open3DLight* GetLight(const std::string& name) const;
     /// Kept    The loop over the lights walks on after each removal: the entry behind a removed one is
-    /// skipped.
+    ///         skipped.
     void DeleteLight(const std::string& name);
     void DeleteLight(const Open3DLight* light);
 

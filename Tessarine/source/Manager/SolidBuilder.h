@@ -5,6 +5,9 @@
 namespace tessarine
 {
 /// Builds one linked solid from index lists, as MANBrepElementManager::BuildSolid tells.
+///
+/// Needs   The three steps in their order, each once: MakeSolid, MakeVertices, MakeFaces. The lists outlive
+///         the builder.
 class SolidBuilder
 {
 public:

@@ -8,6 +8,8 @@ namespace tessarine
 class MANBrepElementManager;
 
 /// Copies one solid into another, as MANBrepElementManager::CopySolid tells.
+///
+/// Needs   The two steps in their order, each once: CopyVertices, CopyFaces.
 class SolidCopier
 {
 public:
@@ -26,7 +28,7 @@ private:
     const DSSolid& m_Source;
     DSSolid& m_Target;
     std::uint32_t m_nLowestID = 0;
-    std::vector<std::uint32_t>
-        m_PlaceOfID; ///< place in the source's list, by the id's distance from the lowest
+    /// Place in the source's list, by the id's distance from the lowest.
+    std::vector<std::uint32_t> m_PlaceOfID;
 };
 }

@@ -12,10 +12,12 @@ struct Range
 {
     float smallest = 0.0F;
     float largest = 0.0F;
+    bool isFinite = true; ///< every value; one that is no number would widen nothing
 
     void StartAt(double value) { smallest = largest = static_cast<float>(value); }
     void Widen(double value)
     {
+        isFinite = isFinite && std::isfinite(value);
         if (value > largest)
         {
             largest = static_cast<float>(value);
@@ -57,6 +59,7 @@ struct Box
             z.Widen(position.z);
         }
     }
+    bool IsFinite() const { return x.isFinite && y.isFinite && z.isFinite; }
     float GetLargestExtent() const { return std::max({x.GetExtent(), y.GetExtent(), z.GetExtent()}); }
 };
 
@@ -78,11 +81,12 @@ UnitCubeFit::UnitCubeFit(const DSSolid& solid)
     {
         m_fScale = 2.0F / extent;
     }
-    const bool isFinite = std::isfinite(m_fCentre[0]) && std::isfinite(m_fCentre[1]) &&
+    const bool isFinite = box.IsFinite() && std::isfinite(m_fCentre[0]) && std::isfinite(m_fCentre[1]) &&
                           std::isfinite(m_fCentre[2]) && std::isfinite(extent) && std::isfinite(m_fScale);
     if (!isFinite)
     {
-        throw Failure("The model's coordinates are too large or too small to be scaled into the unit cube; "
+        throw Failure("The model's coordinates are too large or too small to be scaled into the unit cube, "
+                      "or no numbers; "
                       "bring them nearer to 1 in the program that made the model.");
     }
 }

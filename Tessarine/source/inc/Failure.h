@@ -1,5 +1,7 @@
 #pragma once
 #include "IException.h"
+#include <string>
+#include <utility>
 
 namespace tessarine
 {

@@ -8,8 +8,7 @@ namespace tessarine
 /// first. Values are compared exactly.
 ///
 /// Says    The message box "Error : Data Not In This Array" when the neighbour of an absent value is asked
-/// for;
-///         0.0 is given then.
+///         for; 0.0 is given then.
 /// Fails   An index outside the array, and the removal of an absent value, are assertions.
 /// Cost    Linear in the size for everything that searches.
 class Data

@@ -6,6 +6,7 @@
 #include "CycleGuard.h"
 #include "Failure.h"
 #include "MANBrepElementManager.h"
+#include "WanderingLimit.h"
 #include <cmath>
 
 namespace tessarine
@@ -30,28 +31,6 @@ void DemandFinite(const smVec3d& position)
     }
 }
 
-/// How far all walks around vertices may lead away from them, taken together. Where many faces run the same
-/// way along their edges, each walk can visit most of the mesh.
-class WanderingLimit
-{
-public:
-    explicit WanderingLimit(std::size_t edges) : m_nLeft(kStepsOfASmallSolid + 8 * edges) {}
-
-    void Count(const DSHalfEdge* h, const DSVertex& vertex)
-    {
-        if (h->GetVertex() != &vertex && m_nLeft-- == 0)
-        {
-            throw Failure("too many faces run against their neighbours for Loop subdivision: turn the faces "
-                          "of the model the same way round and try again");
-        }
-    }
-
-private:
-    static constexpr std::uint64_t kStepsOfASmallSolid = 1'000'000;
-
-    std::uint64_t m_nLeft;
-};
-
 /// The work of one run.
 class LoopStep
 {
@@ -71,6 +50,7 @@ private:
     smVec3d FindVertexPosition(const DSVertex& vertex);
     smVec3d FindOpenVertexPosition(const DSVertex& vertex, int nTurns);
     void NoteTurns(const DSVertex& vertex, int nTurns);
+    void DemandNear(const DSHalfEdge& halfEdge, const DSVertex& vertex);
     void SplitEdge(const DSEdge& edge);
     const DSEdge& FindEdgeToSplit(const DSEdge& edge);
     void CutLoop(const DSLoop& loop);
@@ -135,7 +115,7 @@ smVec3d LoopStep::FindVertexPosition(const DSVertex& vertex)
             return FindOpenVertexPosition(vertex, n);
         }
         guard.Visit(h);
-        m_Limit.Count(h, vertex);
+        DemandNear(*h, vertex);
         ++n;
         sum += GetEnd(h);
         h = pTwin->GetNext();
@@ -160,7 +140,7 @@ smVec3d LoopStep::FindOpenVertexPosition(const DSVertex& vertex, int nTurns)
         guard.Visit(h);
         ++nTurns;
         h = pTwin;
-        m_Limit.Count(h, vertex);
+        DemandNear(*h, vertex);
     }
     const smVec3d& b = GetStart(h->GetPrev());
     DebugConsole() << "boudary!\n";
@@ -173,6 +153,16 @@ void LoopStep::NoteTurns(const DSVertex& vertex, int nTurns)
     if (nTurns > kCrowdedTurns)
     {
         m_CrowdedFans.Add(vertex);
+    }
+}
+
+void LoopStep::DemandNear(const DSHalfEdge& halfEdge, const DSVertex& vertex)
+{
+    if (!m_Limit.Allows(halfEdge, vertex))
+    {
+        throw Failure(
+            "too many faces run against their neighbours for Loop subdivision: turn the faces of the "
+            "model the same way round and try again");
     }
 }
 
@@ -242,17 +232,24 @@ void LoopStep::MoveVertices()
     }
 }
 
+/// The normals of the faces come with it: nothing changes these faces any more.
 void LoopStep::CutCorners()
 {
     auto& faces = m_Solid.GetFaceList();
     const std::size_t count = faces.size();
     for (std::size_t i = 0; i < count; ++i)
     {
-        const DSFace* pFace = faces[i];
+        DSFace* pFace = faces[i];
         ASSERT(pFace != nullptr);
+        const std::size_t firstNew = faces.size();
         for (const DSLoop* pLoop : pFace->GetLoopList())
         {
             CutLoop(*pLoop);
+        }
+        pFace->CalcNormal();
+        for (std::size_t k = firstNew; k < faces.size(); ++k)
+        {
+            faces[k]->CalcNormal();
         }
     }
 }
@@ -306,6 +303,6 @@ void IASubLOOPCommand::Execute()
     step.SplitEdges();
     step.MoveVertices();
     step.CutCorners();
-    pSolid->CalcNormals();
+    pSolid->CalcVertexNormals();
 }
 }

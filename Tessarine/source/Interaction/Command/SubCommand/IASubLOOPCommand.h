@@ -7,12 +7,12 @@ namespace tessarine
 ///
 /// Needs   Each edge of the solid has its first half-edge (asserted).
 /// Leaves  Each face of k corners as k corner triangles and one face of k corners; normals computed anew; the
-///         old mesh as a hidden last child of the root. Material and texture coordinates of what is new stay
-///         unset.
-/// Says    "boudary!" for each open vertex and each open edge, "Border exist.." where a walk meets a
-/// half-edge
-///         that a third face has displaced.
-/// Fails   No current solid: nothing happens, nothing is said. Failure when a position would not be finite.
+///         old mesh as a hidden last child of the root. A vertex that no face uses stays where it is.
+///         Material and texture coordinates of what is new stay unset.
+/// Says    "boudary!" for each open vertex and each open edge; what GetTwin and FindEdge say where a third
+///         face has displaced a half-edge, where fans meet in a vertex, and where faces clash in direction.
+/// Fails   No current solid: nothing happens, nothing is said. Failure when a position would not be finite,
+///         and when most faces clash in direction with their neighbours.
 /// Units   Model units, double precision. Mask weights are pure numbers.
 /// Cost    Linear in the half-edges, n log n with crowded vertices.
 /// Source  C. Loop 1987; J. Warren's weights: 3/16 up to valence 3, then 3/(8n).
