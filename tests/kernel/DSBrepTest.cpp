@@ -124,7 +124,7 @@ TEST_F(Records, TwinNeedsAnEdge)
     EXPECT_THROW(DSHalfEdge().GetTwin(), AssertionFailure);
 #if TESSARINE_ASSERTIONS
     ASSERT_EQ(assertions.GetPaths().size(), 1U);
-    EXPECT_EQ(assertions.GetPaths()[0], "source/Data Struct/DSBrep.cpp");
+    EXPECT_EQ(assertions.GetPaths()[0], "source/Data Struct/DSBrep.h"); // GetTwin is inline
 #endif
 }
 
