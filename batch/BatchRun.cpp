@@ -81,7 +81,7 @@ bool BatchRun::TellLostConsoleText()
     {
         return true;
     }
-    m_Platform.ShowFailure(m_strOperation, m_strLostConsole);
+    m_Platform.ShowFailure(m_strOperation, m_strLostConsole, false);
     return false;
 }
 }

@@ -32,7 +32,8 @@ public:
     /// Buffered. Throws FileError.
     void Write(std::string_view bytes);
 
-    /// Writes what is pending, checks that all of it is on the disk, and renames. Throws FileError.
+    /// Hands the system what is pending, and renames when it has taken all of it. Throws FileError. It does
+    /// not wait for the disk: a loss of power soon after can lose the new file.
     void Commit();
 
 private:

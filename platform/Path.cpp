@@ -1,9 +1,13 @@
 #include "Path.h"
 #include "File.h"
 #include <algorithm>
+#include <ctime>
+#include <iterator>
+#include <list>
 #include <optional>
 #include <string_view>
 #include <sys/stat.h>
+#include <unordered_map>
 #include <vector>
 
 namespace tessarine
@@ -18,11 +22,12 @@ std::string WithSlashes(std::string name)
     return name;
 }
 
-bool DiffersOnlyInCase(std::string_view a, std::string_view b)
+std::string Fold(std::string_view name)
 {
-    const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [&](char left, char right) { return fold(left) == fold(right); });
+    std::string folded(name);
+    std::transform(folded.begin(), folded.end(), folded.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return folded;
 }
 
 bool IsEntry(const std::string& path)
@@ -31,17 +36,88 @@ bool IsEntry(const std::string& path)
     return ::lstat(path.c_str(), &status) == 0;
 }
 
-/// The entries of a folder ("" is the current one) that differ from `part` only in case.
+bool IsSameTime(const timespec& a, const timespec& b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+/// The names of a folder's entries by their folded form.
+class FolderListing
+{
+public:
+    /// @param status the folder's, asked for before
+    FolderListing(const std::string& folder, const struct stat& status)
+        : m_nListed(std::time(nullptr)), m_Status(status)
+    {
+        std::error_code error;
+        fs::directory_iterator entry(folder, error);
+        for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+        {
+            std::string name = entry->path().filename().string();
+            std::string folded = Fold(name);
+            m_Names.emplace(std::move(folded), std::move(name));
+        }
+        m_bWhole = !error;
+    }
+
+    /// Whether it serves as long as the folder has the same time of change. Soon after a change the next one
+    /// can have the same time: file systems count in up to two seconds.
+    bool MayBeKept() const
+    {
+        constexpr std::time_t kCoarsestClock = 2;
+        return m_bWhole && m_Status.st_mtim.tv_sec + kCoarsestClock < m_nListed;
+    }
+
+    /// Whether the folder with this status holds what was listed.
+    bool IsOf(const struct stat& now) const
+    {
+        return now.st_dev == m_Status.st_dev && now.st_ino == m_Status.st_ino &&
+               IsSameTime(now.st_mtim, m_Status.st_mtim) && IsSameTime(now.st_ctim, m_Status.st_ctim);
+    }
+
+    /// The entries that differ from `part` only in case.
+    std::vector<std::string> Find(std::string_view part) const
+    {
+        std::vector<std::string> found;
+        const auto [first, last] = m_Names.equal_range(Fold(part));
+        std::transform(first, last, std::back_inserter(found), [](const auto& name) { return name.second; });
+        return found;
+    }
+
+private:
+    std::time_t m_nListed;
+    struct stat m_Status;
+    bool m_bWhole = false;
+    std::unordered_multimap<std::string, std::string> m_Names;
+};
+
+/// The entries of a folder ("" is the current one) that differ from `part` only in case. The folders that
+/// were listed last are kept, as a model asks for picture after picture.
 std::vector<std::string> FindInAnyCase(const std::string& folder, std::string_view part)
 {
-    std::vector<std::string> found;
-    std::error_code error;
-    fs::directory_iterator entry(folder.empty() ? "." : folder, error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+    constexpr std::size_t kMostFolders = 8;
+    thread_local std::list<FolderListing> listings; // the latest first
+    const std::string path = folder.empty() ? "." : folder;
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0)
     {
-        if (std::string name = entry->path().filename().string(); DiffersOnlyInCase(name, part))
+        return {};
+    }
+    const auto known = std::find_if(listings.begin(), listings.end(),
+                                    [&](const FolderListing& listing) { return listing.IsOf(status); });
+    if (known != listings.end())
+    {
+        listings.splice(listings.begin(), listings, known);
+        return known->Find(part);
+    }
+    FolderListing listing(path, status);
+    auto found = listing.Find(part);
+    if (listing.MayBeKept())
+    {
+        listings.push_front(std::move(listing));
+        if (listings.size() > kMostFolders)
         {
-            found.push_back(std::move(name));
+            listings.pop_back();
         }
     }
     return found;

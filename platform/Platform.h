@@ -10,6 +10,7 @@ struct FileQuestion
 {
     std::string filter;           ///< pairs "name|pattern|", ended by one more "|"
     std::string defaultExtension; ///< with its dot
+    friend bool operator==(const FileQuestion&, const FileQuestion&) = default;
 };
 
 /// What the system asks of the machine that it runs on: in the window, in the batch tool and in the tests.
@@ -23,7 +24,8 @@ public:
     virtual void ShowMessage(const std::string& title, const std::string& text) = 0;
 
     /// Tells the user that `operation` did not run, and why.
-    virtual void ShowFailure(const std::string& operation, const std::string& reason) = 0;
+    /// @param wasShown the user has already seen a message box that says it; a window shows no second one
+    virtual void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) = 0;
 
     /// Asks for a file. The choice makes its folder the current one. Nothing when the user cancels.
     /// @return the full path

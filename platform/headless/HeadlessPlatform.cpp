@@ -1,8 +1,6 @@
 #include "HeadlessPlatform.h"
-#include "Console.h"
-#include "Failure.h"
+#include "ErrorLine.h"
 #include "File.h"
-#include <cstdio>
 
 namespace tessarine
 {
@@ -16,12 +14,6 @@ std::string WithNewlinesSpelt(const std::string& text)
         line += character == '\n' ? std::string("\\n") : std::string(1, character);
     }
     return line;
-}
-
-void PrintError(const std::string& line)
-{
-    DebugConsole().Flush();
-    std::fprintf(stderr, "%s\n", line.c_str());
 }
 }
 
@@ -39,21 +31,24 @@ HeadlessPlatform::HeadlessPlatform()
 void HeadlessPlatform::ShowMessage(const std::string& title, const std::string& text)
 {
     m_Messages.push_back({title, text});
-    PrintError("message box \"" + title + "\": " + WithNewlinesSpelt(text));
+    PrintErrorLine("message box \"" + title + "\": " + WithNewlinesSpelt(text));
 }
 
-void HeadlessPlatform::ShowFailure(const std::string& operation, const std::string& reason)
+/// A log keeps both: the box does not name the operation.
+void HeadlessPlatform::ShowFailure(const std::string& operation, const std::string& reason, bool /*wasShown*/)
 {
-    PrintError("tessarine-batch: " + operation + ": " + WithNewlinesSpelt(reason));
+    PrintErrorLine("tessarine-batch: " + operation + ": " + WithNewlinesSpelt(reason));
 }
 
-std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& /*question*/)
+std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)
 {
+    m_FileQuestions.push_back(question);
     return TakeFileAnswer();
 }
 
-std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& /*question*/)
+std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& question)
 {
+    m_FileQuestions.push_back(question);
     return TakeFileAnswer();
 }
 

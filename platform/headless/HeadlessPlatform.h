@@ -24,7 +24,7 @@ public:
     HeadlessPlatform();
 
     void ShowMessage(const std::string& title, const std::string& text) override;
-    void ShowFailure(const std::string& operation, const std::string& reason) override;
+    void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) override;
     std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
     std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
     void SetPaneText(int pane, const std::string& text) override;
@@ -37,11 +37,15 @@ public:
     /// What was shown so far, oldest first.
     const std::vector<Message>& GetMessages() const { return m_Messages; }
 
+    /// What the file dialogs asked so far, oldest first.
+    const std::vector<FileQuestion>& GetFileQuestions() const { return m_FileQuestions; }
+
 private:
     std::optional<std::filesystem::path> TakeFileAnswer();
 
     std::deque<std::string> m_FileAnswers;
     std::array<std::string, kPaneCount> m_PaneTexts;
     std::vector<Message> m_Messages;
+    std::vector<FileQuestion> m_FileQuestions;
 };
 }

@@ -6,6 +6,7 @@
 #include "Meshes.h"
 #include <gmock/gmock.h>
 #include <limits>
+#include <map>
 
 namespace tessarine
 {
@@ -461,6 +462,73 @@ TEST_F(LoopSubdivision, RefusesAnEdgeWithoutItsFirstHalfEdge)
 #if TESSARINE_ASSERTIONS
     EXPECT_THAT(assertions.GetPaths(),
                 ElementsAre("source/Interaction/Command/SubCommand/IASubLOOPCommand.cpp"));
+#endif
+}
+
+TEST_F(LoopSubdivision, RefusesAFaceOfOneCornerBeforeItChangesAnything)
+{
+    IndexedMesh mesh = SingleTriangle();
+    mesh.AddFace({2});
+    Show(mesh);
+    const AssertionCapture assertions;
+    EXPECT_THROW(Subdivide(), Failure);
+    EXPECT_THAT(assertions.GetExpressions(), IsEmpty());
+    EXPECT_EQ(m_Elements.GetSolidArray().size(), 1U); // no snapshot
+    EXPECT_TRUE(IsAt(PositionOf(1), 1, 0, 0));
+}
+
+TEST_F(LoopSubdivision, TakesAFaceOfOneCornerThatNoWalkStartsFrom)
+{
+    // The triangle comes last, and its half-edges are those of the vertices.
+    IndexedMesh mesh;
+    mesh.positions = SingleTriangle().positions;
+    mesh.AddFace({2});
+    mesh.AddFace({1, 2, 3});
+    Show(mesh);
+    const AssertionCapture zeroNormals;
+    Subdivide();
+    // Four triangles, the single corner, and the one that its cut has made.
+    EXPECT_THAT(CountFacesByCorners(), ElementsAre(std::make_pair(1, 2), std::make_pair(3, 4)));
+    EXPECT_TRUE(IsAt(PositionOf(1), 0.75, 0.125, 0));
+}
+
+TEST_F(LoopSubdivision, SubdividesAgainWhatItCutToASingleCorner)
+{
+    IndexedMesh mesh = SingleTriangle(); // three times the same, see above
+    mesh.AddFace({1, 2, 3});
+    mesh.AddFace({1, 2, 3});
+    const DSSolid* pSolid = Show(mesh);
+    Subdivide();
+    ASSERT_EQ(CountFacesByCorners()[1], 1);
+    EXPECT_NO_THROW(Subdivide());
+    EXPECT_TRUE(LinksHold(*pSolid, {.allowDisplacedHalfEdges = true, .allowTornEdges = true}));
+}
+
+TEST_F(LoopSubdivision, CutsAFaceOfTwoCornersIntoThreeOfTwoOrThree)
+{
+    // Both sides lie along one edge, so that one split serves both: 1, the middle and 2 make a ring of four.
+    IndexedMesh mesh;
+    mesh.positions = {smVec3d(0, 0, 0), smVec3d(16, 0, 0)};
+    mesh.AddFace({1, 2});
+    const DSSolid* pSolid = Show(mesh);
+    const AssertionCapture zeroNormals;
+    Subdivide();
+    EXPECT_THAT(CountFacesByCorners(), ElementsAre(std::make_pair(2, 1), std::make_pair(3, 2)));
+    EXPECT_EQ(pSolid->GetVertexList().size(), 3U);
+    EXPECT_TRUE(IsAt(PositionOf(0), 3, 0, 0)) << "one neighbour: 13/16 * 0 + 3/16 * 16";
+    EXPECT_TRUE(IsAt(PositionOf(1), 13, 0, 0));
+    EXPECT_TRUE(IsAt(PositionOf(2), 8, 0, 0)) << "the corners opposite to the edge are its own ends";
+    EXPECT_TRUE(LinksHold(*pSolid));
+}
+
+TEST_F(LoopSubdivision, NeedsTheRootOfTheScene)
+{
+    Show(SingleTriangle());
+    m_Scene.DeleteGroup(m_Scene.GetRootGroup()->GetID());
+    const AssertionCapture assertions;
+    EXPECT_THROW(Subdivide(), AssertionFailure);
+#if TESSARINE_ASSERTIONS
+    EXPECT_THAT(assertions.GetExpressions(), ElementsAre("pRoot != nullptr"));
 #endif
 }
 }

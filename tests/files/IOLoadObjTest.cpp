@@ -198,6 +198,18 @@ TEST(IOLoadObj, ReportsOneMoreLineWhenTheTextEndsInANewline)
     EXPECT_THAT(Parsed("v 0 0 0\n# two").lines, IsEmpty());
 }
 
+TEST(IOLoadObj, ReportsOneMoreLineWhenOnlyBlanksFollowTheLastNewline)
+{
+    EXPECT_THAT(Parsed("v 0 0 0\n ").lines, ElementsAre(Unknown(2)));
+    EXPECT_THAT(Parsed("v 0 0 0\n \t \r").lines, ElementsAre(Unknown(2)));
+}
+
+TEST(IOLoadObj, ReportsNothingBehindALastLineThatEndsInABlank)
+{
+    EXPECT_THAT(Parsed("v 0 0 0 ").lines, IsEmpty());
+    EXPECT_THAT(Parsed("v 0 0 0\n# two\t").lines, IsEmpty());
+}
+
 TEST(IOLoadObj, ReportsTheFirstLineOfAnEmptyText)
 {
     EXPECT_THAT(Parsed("").lines, ElementsAre(Unknown(1)));
@@ -340,7 +352,7 @@ TEST(IOLoadObj, NamesTheLineOfTheFaceAndNotOfItsContinuation)
 TEST(IOLoadObj, NamesTheLineOfAPositionThatIsNotFinite)
 {
     EXPECT_EQ(Parsed("vn 1e99 0 0\nv 0 0 0\nf \\\nv 1e99\nv 0 1e999 0").failureText,
-              "model.obj, line 5: a coordinate is too large for single precision");
+              "model.obj, line 5: a coordinate is too large, or has too many digits, for single precision");
 }
 
 TEST(IOLoadObj, NamesTheLineOfAFaceWithoutCorners)

@@ -221,6 +221,36 @@ TEST(IOSaveObj, FindsEqualNormalsAsALinearSearchDoes)
     }
 }
 
+TEST(IOSaveObj, RaisesTheNormalBaseByAllNormalsAtEachObject)
+{
+    Writing writing;
+    DSSolid* solid = writing.Load(SingleTriangle());
+    writing.Load(SingleTriangle());
+    solid->GetVertexList()[0]->GetNormal() = {1, 0, 0};
+    solid->GetVertexList()[1]->GetNormal() = {0, 1, 0};
+    solid->GetVertexList()[2]->GetNormal() = {0, 0, 1};
+    writing.WriteNormals(*solid);
+    writing.Save();
+    EXPECT_EQ(writing.writer.GetNormalBase(), 1 + 3 + 3);
+}
+
+TEST(IOSaveObj, StopsAtCornersThatRunIntoACircle)
+{
+    Writing writing;
+    DSHalfEdge* first = writing.Load(SingleTriangle())->GetFaceList()[0]->GetLoopList()[0]->GetHalfEdge();
+    first->GetNext()->GetNext()->GetNext() = first->GetNext();
+    const AssertionCapture assertions;
+    EXPECT_THROW(writing.Save(), AssertionFailure);
+}
+
+TEST(IOSaveObj, StopsAtACornerWithoutAVertex)
+{
+    Writing writing;
+    writing.Load(SingleTriangle())->GetFaceList()[0]->GetLoopList()[0]->GetHalfEdge()->GetVertex() = nullptr;
+    const AssertionCapture assertions;
+    EXPECT_THROW(writing.Save(), AssertionFailure);
+}
+
 TEST(IOSaveObj, WritesTheTextureCoordinateOfEachCorner)
 {
     Writing writing;

@@ -6,6 +6,7 @@
 #include "MANSceneManager.h"
 #include "TemporaryFolder.h"
 #include <cmath>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -450,6 +451,39 @@ TEST(Import, ReadsBackWhatWasWritten)
     EXPECT_TRUE(LinksHold(second.GetSolid()));
     // "g" lines and comments are ignored, and the last line has no newline: nothing is unknown.
     EXPECT_EQ(second.lines[0], "Number of halfedge: 16");
+}
+
+TEST(Import, SaysOnStandardErrorWhyALibraryCannotBeOpened)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("two.MTL", "");
+    folder.Write("Two.mtl", "");
+    // The console is sent to standard error too, so that the order of the two shows.
+    const Console::Sink before = DebugConsole().SetSink(
+        [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); });
+    ::testing::internal::CaptureStderr();
+    MANBrepElementManager elements;
+    IOLoadObj(nullptr, &elements).ParseText("model.obj", "mtllib none.mtl\nmtllib two.mtl\nv 0 0 0");
+    DebugConsole().Flush();
+    DebugConsole().SetSink(before);
+    EXPECT_EQ(
+        ::testing::internal::GetCapturedStderr(),
+        "Cannot open file!!\ncannot open none.mtl: no such file (working folder: " +
+            folder.GetPath().string() +
+            ")\n"
+            "Cannot open file!!\ncannot tell which file two.mtl means: there are Two.mtl and two.MTL; rename "
+            "one of them\n");
+}
+
+TEST(Import, NeedsTheRootOfTheScene)
+{
+    Import import;
+    import.scene.DeleteGroup(import.scene.GetRootGroup()->GetID());
+    const AssertionCapture assertions;
+    EXPECT_THROW(import.LoadText(kTetrahedron), AssertionFailure);
+#if TESSARINE_ASSERTIONS
+    EXPECT_THAT(assertions.GetExpressions(), ElementsAre("root != nullptr"));
+#endif
 }
 }
 }

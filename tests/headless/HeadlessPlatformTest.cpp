@@ -33,8 +33,10 @@ TEST(HeadlessPlatform, ShowsAMessageBoxAsOneLineAndKeepsIt)
 TEST(HeadlessPlatform, TellsWhichOperationFailedAndWhy)
 {
     HeadlessPlatform platform;
-    EXPECT_EQ(SaidBy([&] { platform.ShowFailure("import", "no\nfile"); }),
+    EXPECT_EQ(SaidBy([&] { platform.ShowFailure("import", "no\nfile", false); }),
               "tessarine-batch: import: no\\nfile\n");
+    EXPECT_EQ(SaidBy([&] { platform.ShowFailure("import", "no file", true); }),
+              "tessarine-batch: import: no file\n"); // the box did not name the operation
 }
 
 TEST(HeadlessPlatform, PrintsWhatTheConsoleHoldsBackBeforeAMessage)
@@ -51,6 +53,15 @@ TEST(HeadlessPlatform, PrintsWhatTheConsoleHoldsBackBeforeAMessage)
         });
     DebugConsole().SetSink(before);
     EXPECT_EQ(said, "held message box \"T\": text\n");
+}
+
+TEST(HeadlessPlatform, KeepsWhatItsFileDialogsAsked)
+{
+    HeadlessPlatform platform;
+    platform.AskOpenFile({"A|*.a||", ".a"});
+    platform.AskSaveFile({"B|*.b||", ".b"});
+    EXPECT_THAT(platform.GetFileQuestions(),
+                ElementsAre(FileQuestion{"A|*.a||", ".a"}, FileQuestion{"B|*.b||", ".b"}));
 }
 
 TEST(HeadlessPlatform, CancelsAFileDialogWithoutAnAnswer)

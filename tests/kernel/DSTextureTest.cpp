@@ -382,11 +382,19 @@ TEST(PPM, WhoseNumbersNeverComeIsRefused)
 TEST(PPM, ThatIsNotThereIsToldOnStandardError)
 {
     const TemporaryCurrentFolder folder;
-    for (const char* name : {"none.ppm", "folder.ppm"})
+    std::filesystem::create_directories("folder.ppm");
+    folder.Write("two.PPM", "");
+    folder.Write("Two.ppm", "");
+    const std::string there = " (working folder: " + folder.GetPath().string() + ")";
+    const std::pair<const char*, std::string> reasons[] = {
+        {"none.ppm", "cannot open none.ppm: no such file" + there},
+        {"folder.ppm", "cannot open folder.ppm: it is a folder" + there},
+        {"two.ppm",
+         "cannot tell which file two.ppm means: there are Two.ppm and two.PPM; rename one of them"}};
+    for (const auto& [name, reason] : reasons)
     {
-        std::filesystem::create_directories("folder.ppm");
         const Loading loading(name);
-        EXPECT_EQ(loading.said, "Can not open the PPM file!\n");
+        EXPECT_EQ(loading.said, "Can not open the PPM file!\n" + reason + "\n");
         EXPECT_THAT(loading.lines, IsEmpty());
         EXPECT_FALSE(loading.texture.HasImage());
         EXPECT_EQ(loading.texture.GetFileName(), name);

@@ -1,6 +1,10 @@
+#include "MaterialBinder.h"
 #include "Capture.h"
 #include "Meshes.h"
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
+#include <string_view>
 
 namespace tessarine
 {
@@ -189,5 +193,138 @@ TEST_F(MaterialBinding, HandsABindingToEveryMaterialThatNamesItsFile)
     EXPECT_EQ(pRed->m_pTexture, pBinding);
     EXPECT_EQ(pOther->m_pTexture, pBinding);
     EXPECT_EQ(pBlue->m_pTexture, nullptr);
+}
+
+namespace
+{
+/// Texture by texture through all names, and each name through all materials.
+void BindOneByOne(MANMaterialManager& materials, const TextureNameMap& textureMaps)
+{
+    const auto isSame = [](const std::string& a, const std::string& b)
+    { return std::string_view(a.c_str()) == std::string_view(b.c_str()); };
+    for (const auto& pTexture : materials.GetTextureList())
+    {
+        DSTextureBinding* pBinding = materials.NewImage();
+        pBinding->m_pTexture = pTexture.get();
+        for (const auto& [materialName, fileName] : textureMaps)
+        {
+            for (const auto& pMaterial : materials.GetMaterialList())
+            {
+                if (isSame(fileName, pTexture->GetFileName()) && isSame(materialName, pMaterial->m_Name))
+                {
+                    pMaterial->m_pTexture = pBinding;
+                }
+            }
+        }
+    }
+}
+
+/// The number of the texture that each binding ties.
+std::vector<std::ptrdiff_t> TexturesOfBindings(const MANMaterialManager& materials)
+{
+    std::vector<std::ptrdiff_t> textures;
+    for (const auto& pBinding : materials.GetImageList())
+    {
+        const auto& list = materials.GetTextureList();
+        const auto found =
+            std::find_if(list.begin(), list.end(),
+                         [&](const auto& pTexture) { return pTexture.get() == pBinding->m_pTexture; });
+        textures.push_back(found - list.begin());
+    }
+    return textures;
+}
+
+/// The number of the binding that each material has, or -1.
+std::vector<std::ptrdiff_t> BindingsOfMaterials(const MANMaterialManager& materials)
+{
+    std::vector<std::ptrdiff_t> bindings;
+    for (const auto& pMaterial : materials.GetMaterialList())
+    {
+        const auto& list = materials.GetImageList();
+        const auto found =
+            std::find_if(list.begin(), list.end(),
+                         [&](const auto& pBinding) { return pBinding.get() == pMaterial->m_pTexture; });
+        bindings.push_back(found == list.end() ? -1 : found - list.begin());
+    }
+    return bindings;
+}
+
+/// A name of one letter, now and then with something behind a zero.
+std::string PickName(std::mt19937& random)
+{
+    std::string name(1, static_cast<char>('a' + random() % 4));
+    return random() % 4 == 0 ? name + '\0' + static_cast<char>('a' + random() % 2) : name;
+}
+
+void AddPicture(MANMaterialManager& materials, const std::string& fileName)
+{
+    materials.NewTexture()->DecodePPM(fileName, "P6 \n1 1 255\nabc");
+}
+}
+
+TEST_F(MaterialBinding, BindsRandomNamesAsASearchOneByOneDoes)
+{
+    std::mt19937 random(271828);
+    for (int i = 0; i < 2000 && !HasFailure(); ++i)
+    {
+        MANMaterialManager materials;
+        MANMaterialManager expected;
+        TextureNameMap textureMaps;
+        for (auto count = random() % 5; count > 0; --count)
+        {
+            const std::string name = PickName(random);
+            materials.NewMaterial()->m_Name = name;
+            expected.NewMaterial()->m_Name = name;
+        }
+        for (auto count = random() % 5; count > 0; --count)
+        {
+            textureMaps[PickName(random)] = PickName(random);
+        }
+        for (int import = 0; import < 2; ++import) // the second finds what the first has bound
+        {
+            for (auto count = random() % 5; count > 0; --count)
+            {
+                const std::string name = PickName(random);
+                AddPicture(materials, name);
+                AddPicture(expected, name);
+            }
+            MaterialBinder(materials).BindTextures(textureMaps);
+            BindOneByOne(expected, textureMaps);
+            EXPECT_EQ(TexturesOfBindings(materials), TexturesOfBindings(expected));
+            EXPECT_EQ(BindingsOfMaterials(materials), BindingsOfMaterials(expected));
+        }
+    }
+}
+
+TEST_F(MaterialBinding, BindsManyTexturesOfOneFileToManyMaterialsOfOneName)
+{
+    const std::string name = "a";
+    constexpr int kMany = 200'000; // to hand every binding to every material would be 4e10 steps
+    MANMaterialManager materials;
+    for (int i = 0; i < kMany; ++i)
+    {
+        materials.NewTexture();
+        materials.NewMaterial()->m_Name = name;
+    }
+    MaterialBinder(materials).BindTextures({{name, ""}});
+    ASSERT_EQ(materials.GetImageList().size(), std::size_t{kMany});
+    EXPECT_EQ(materials.GetMaterialList().front()->m_pTexture, materials.GetImageList().back().get());
+    EXPECT_EQ(materials.GetMaterialList().back()->m_pTexture, materials.GetImageList().back().get());
+}
+
+TEST_F(MaterialBinding, BindsManyTexturesThatManyNamesShare)
+{
+    constexpr int kMany = 100'000;
+    MANMaterialManager materials;
+    TextureNameMap textureMaps;
+    for (int i = 0; i < kMany; ++i)
+    {
+        materials.NewTexture();
+        materials.NewMaterial()->m_Name = std::to_string(i);
+        textureMaps[std::to_string(i)] = "";
+    }
+    MaterialBinder(materials).BindTextures(textureMaps);
+    EXPECT_EQ(materials.GetMaterialList().front()->m_pTexture, materials.GetImageList().back().get());
+    EXPECT_EQ(materials.GetMaterialList().back()->m_pTexture, materials.GetImageList().back().get());
 }
 }

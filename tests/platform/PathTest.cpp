@@ -1,6 +1,8 @@
 #include "Path.h"
 #include "File.h"
 #include "TemporaryFolder.h"
+#include <chrono>
+#include <ctime>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +14,12 @@ namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::ThrowsMessage;
+
+/// Makes the folder look as if nothing had changed in it for an hour.
+void LayAtRest(const fs::path& folder)
+{
+    fs::last_write_time(folder, fs::file_time_type::clock::now() - std::chrono::hours(1));
+}
 }
 
 TEST(ResolveForReading, TakesABackslashForASlash)
@@ -70,6 +78,66 @@ TEST(ResolveForReading, UnderstandsTheFolderAbove)
     EXPECT_EQ(ResolveForReading("models\\..\\pictures\\wall.jpg"), "Models/../Pictures/Wall.jpg");
     SetCurrentFolder(folder / "Models");
     EXPECT_EQ(ResolveForReading("..\\pictures\\wall.jpg"), "../Pictures/Wall.jpg");
+}
+
+TEST(ResolveForReading, ListsAFolderAtRestOnceForManyNames)
+{
+    const TemporaryCurrentFolder folder;
+    for (int i = 0; i < 2000; ++i)
+    {
+        folder.Write("Pictures/File" + std::to_string(i) + ".PNG", "");
+    }
+    LayAtRest(folder / "Pictures");
+    LayAtRest(folder.GetPath());
+    const std::clock_t start = std::clock();
+    for (int i = 0; i < 20'000; ++i) // a list for each would be 40 million entries
+    {
+        const std::string number = std::to_string(i);
+        EXPECT_EQ(ResolveForReading("pictures\\file" + number + ".png"),
+                  i < 2000 ? "Pictures/File" + number + ".PNG" : "pictures/file" + number + ".png");
+    }
+    EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC);
+}
+
+TEST(ResolveForReading, SeesWhatChangesInAFolder)
+{
+    const TemporaryCurrentFolder folder;
+    for (const bool atRest : {false, true})
+    {
+        folder.Write("Wall.PNG", "");
+        const auto rest = [&]
+        {
+            if (atRest)
+            {
+                LayAtRest(folder.GetPath());
+            }
+        };
+        rest();
+        EXPECT_EQ(ResolveForReading("wall.png"), "Wall.PNG");
+        fs::rename("Wall.PNG", "WALL.png");
+        rest(); // a folder of the same age as before
+        EXPECT_EQ(ResolveForReading("wall.png"), "WALL.png");
+        folder.Write("Wall.png", "");
+        EXPECT_THROW(ResolveForReading("wall.png"), FileError);
+        fs::remove("Wall.png");
+        fs::remove("WALL.png");
+        EXPECT_EQ(ResolveForReading("wall.png"), "wall.png");
+    }
+}
+
+TEST(ResolveForReading, TellsTheCurrentFoldersApart)
+{
+    const TemporaryCurrentFolder folder;
+    for (int i = 0; i < 20; ++i) // more than are kept
+    {
+        folder.Write(std::to_string(i) + "/File" + (i % 2 == 0 ? ".PNG" : ".Png"), "");
+        LayAtRest(folder / std::to_string(i));
+    }
+    for (int i = 0; i < 60; ++i)
+    {
+        SetCurrentFolder(folder / std::to_string(i % 20));
+        EXPECT_EQ(ResolveForReading("file.png"), i % 2 == 0 ? "File.PNG" : "File.Png");
+    }
 }
 
 TEST(ResolveForReading, FindsAbsoluteNames)

@@ -152,6 +152,15 @@ TEST_F(ControllerTest, TellsThatTheUserHasSeenTheRefusal)
     }
 }
 
+TEST_F(ControllerTest, AsksForObjFiles)
+{
+    GetController().ImportObj();
+    GetController().ExportObj();
+    EXPECT_THAT(m_Platform.GetFileQuestions(),
+                ElementsAre(FileQuestion{"Wavefront OBJ(*.obj)|*.obj||所有文件(*.*)|*.*||", ".obj"},
+                            FileQuestion{"Obj Files(*.obj)|*.obj||", ".obj"}));
+}
+
 TEST_F(ControllerTest, LooksAtTheNameOfTheFileAlone)
 {
     m_Folder.Write("folder.ply/a.obj", kTriangleObj);

@@ -1,6 +1,8 @@
 #include "Picture.h"
 #include "Vectors.h"
 #include "WorkbenchTest.h"
+#include <random>
+#include <utility>
 
 namespace tessarine
 {
@@ -102,6 +104,27 @@ TEST_F(WorkbenchTest, FindsTheMaterialLibraryBesideTheModel)
     EXPECT_EQ(GetElements().GetMaterialManager().GetMaterialList().front()->m_Name, "red");
 }
 
+TEST_F(WorkbenchTest, LeavesAModelWhoseFacesRunAgainstTheirNeighboursAsItWas)
+{
+    IndexedMesh mesh = Torus(60, 60);
+    std::mt19937 random(1);
+    for (std::size_t i = 0; i < mesh.indices.size(); i += 3)
+    {
+        if (random() % 2 == 0)
+        {
+            std::swap(mesh.indices[i], mesh.indices[i + 1]);
+        }
+    }
+    Show(mesh);
+    const std::string before = PictureOf(m_Bench);
+    EXPECT_FALSE(
+        m_Bench.Perform("subdivide-loop", Effect::ChangesModel, [this] { GetController().SubdivideLoop(); }));
+    EXPECT_EQ(m_Platform.GetOnlyReason(),
+              "too many faces run against their neighbours for Loop subdivision: turn the faces of the model "
+              "the same way round and try again");
+    EXPECT_TRUE(PictureOf(m_Bench) == before); // too long to print
+}
+
 /// An import that fails, with a model before it.
 class FailedImport : public WorkbenchTest
 {
@@ -133,6 +156,7 @@ TEST_F(FailedImport, LeavesTheModelWhenTheFileIsMissing)
 {
     ExpectRefused("missing.obj");
     EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("missing.obj"));
+    EXPECT_FALSE(m_Platform.GetFailures().front().wasShown);
 }
 
 TEST_F(FailedImport, LeavesTheModelWhenTheNameIsAFolder)
@@ -145,6 +169,7 @@ TEST_F(FailedImport, LeavesTheModelWhenTheExtensionIsRefused)
 {
     ExpectRefused("good.Obj");
     EXPECT_EQ(m_Platform.GetOnlyReason(), "不能导入此类型文件!");
+    EXPECT_TRUE(m_Platform.GetFailures().front().wasShown);
 }
 
 TEST_F(FailedImport, LeavesModelAndMaterialsWhenAnIndexIsOutOfRange)

@@ -1,6 +1,7 @@
 #include "Resources.h"
 #include "resource.h"
 #include <gmock/gmock.h>
+#include <map>
 #include <set>
 #include <string>
 
@@ -58,11 +59,40 @@ TEST(Resources, LabelEveryEntry)
 
 TEST(Resources, SpellTheGivenLabels)
 {
-    EXPECT_STREQ(FindMenuEntry(32775)->label, "导入 ( .Obj )");
-    EXPECT_STREQ(FindMenuEntry(32783)->label, "导出为 (*.obj)");
-    EXPECT_STREQ(FindMenuEntry(32778)->label, "Loop 细分");
-    EXPECT_STREQ(FindMenuEntry(32802)->label, "20%");
-    EXPECT_STREQ(FindMenuEntry(57643)->label, "撤消(&U)\tCtrl+Z");
+    const std::map<int, std::string> labels{
+        {32775, "导入 ( .Obj )"},
+        {32783, "导出为 (*.obj)"},
+        {32778, "Loop 细分"},
+        {32835, "自适应细分"},
+        {32805, "投影采样"},
+        {32794, "构造初始网格"},
+        {32796, "层次细分算法"},
+        {32828, "递增连接算法"},
+        {32829, "两步对应算法"},
+        {32834, "能量函数算法"},
+        {32821, "Optimize 1"},
+        {32840, "Optimize 2"},
+        {32841, "Optimize 3"},
+        {32802, "20%"},
+        {32803, "50%"},
+        {32804, "80%"},
+        {32833, "设置材质"},
+        {32839, "add splat in the scene"},
+        {32836, "add splats in the model"},
+        {32830, "纵横比"},
+        {32842, "空间剖分算法"},
+        {32779, "显示线框"},
+        {32792, "显示纹理"},
+        {32799, "显示点模型"},
+        {32820, "面法向模式"},
+        {32819, "点法向模式"},
+        {57643, "撤消(&U)\tCtrl+Z"},
+    };
+    for (const auto& [id, label] : labels)
+    {
+        ASSERT_NE(FindMenuEntry(id), nullptr) << id;
+        EXPECT_EQ(FindMenuEntry(id)->label, label) << id;
+    }
 }
 
 TEST(Resources, FindNoEntryForAnUnknownNumber)

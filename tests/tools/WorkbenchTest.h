@@ -17,15 +17,16 @@ public:
     {
         std::string operation;
         std::string reason;
+        bool wasShown = false; ///< in a message box before
         friend bool operator==(const Shown&, const Shown&) = default;
     };
 
     RecordingPlatform() : m_pBefore(SetPlatform(this)) {}
     ~RecordingPlatform() override { SetPlatform(m_pBefore); }
 
-    void ShowFailure(const std::string& operation, const std::string& reason) override
+    void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) override
     {
-        m_Failures.push_back({operation, reason});
+        m_Failures.push_back({operation, reason, wasShown});
     }
 
     const std::vector<Shown>& GetFailures() const { return m_Failures; }

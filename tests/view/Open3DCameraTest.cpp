@@ -98,5 +98,17 @@ TEST(Camera, HasAnInfiniteAspectInAWindowWithoutHeight)
     camera.SetSize(800, 0);
     EXPECT_TRUE(std::isinf(camera.GetAspect()));
 }
+
+TEST(Camera, TakesItsOwnFieldsInAnotherOrder)
+{
+    Open3DCamera camera;
+    camera.SetLookAt(camera.GetTarget(), camera.GetPosition(), camera.GetUp());
+    EXPECT_EQ(camera.GetPosition(), smVec3d(0.0, 0.0, 0.0));
+    EXPECT_EQ(camera.GetTarget(), smVec3d(10.0, 4.0, 10.0));
+    // The unit vector of (0,1,0) - (v.(0,1,0) / v.v) v with v = (10, 4, 10), v.v = 216
+    const double length = std::sqrt(200.0 / 216.0);
+    ExpectNear(camera.GetUp(),
+               smVec3d(-40.0 / 216.0 / length, 200.0 / 216.0 / length, -40.0 / 216.0 / length));
+}
 }
 }

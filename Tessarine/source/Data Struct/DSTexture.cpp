@@ -1,13 +1,13 @@
 #include "DSTexture.h"
 #include "Assert.h"
 #include "Console.h"
+#include "ErrorLine.h"
 #include "File.h"
 #include "Image.h"
 #include "Path.h"
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -20,12 +20,6 @@ constexpr int kLargestSide = 512;
 constexpr int kSmallestSide = 16;
 constexpr float kRoundUpAbove = 1.8F;
 constexpr int kGlRgb = 6407;
-
-void PrintError(const std::string& text)
-{
-    DebugConsole().Flush();
-    std::fputs(text.c_str(), stderr);
-}
 
 bool EndsInOneOf(std::string_view name, std::initializer_list<std::string_view> endings)
 {
@@ -272,7 +266,7 @@ void DSTexture::ReadPicture(const std::string& fileName)
     }
     catch (const FileError& error)
     {
-        PrintError(std::string(error.what()) + "\n");
+        PrintErrorLine(error.what());
         return;
     }
     if (Resample(ResampleMode::Nearest))
@@ -296,9 +290,10 @@ void DSTexture::ReadPPM(const std::string& fileName)
     {
         DecodePPM(fileName, ReadFile(ResolveForReading(fileName)));
     }
-    catch (const FileError&)
+    catch (const FileError& error)
     {
-        PrintError("Can not open the PPM file!\n");
+        PrintErrorLine("Can not open the PPM file!");
+        PrintErrorLine(error.what());
     }
 }
 
@@ -308,7 +303,7 @@ void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes)
     m_strFileName = fileName;
     if (!bytes.starts_with("P6"))
     {
-        PrintError(fileName + ": Not a raw PPM file\n");
+        PrintErrorLine(fileName + ": Not a raw PPM file");
         return;
     }
     const auto header = ScanPpmHeader(bytes);
@@ -316,7 +311,7 @@ void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes)
         header ? FaultOfPpmSize(*header, bytes.size()) : "The PPM file ends before its size is told";
     if (!fault.empty())
     {
-        PrintError(fileName + ": " + fault + "\n");
+        PrintErrorLine(fileName + ": " + fault);
         return;
     }
     const auto* first = bytes.begin() + static_cast<std::ptrdiff_t>(header->pixelOffset);

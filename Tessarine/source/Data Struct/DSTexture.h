@@ -6,8 +6,8 @@
 
 namespace tessarine
 {
-/// One image in memory, decoded and brought to a size that the graphics library likes: sides are powers of
-/// two from 16 to 512. Row 0 is the bottom line.
+/// One image in memory, decoded. Row 0 is the bottom line. All but a pixmap are brought to sides that are
+/// powers of two, see ChooseTextureSize.
 class DSTexture
 {
 public:

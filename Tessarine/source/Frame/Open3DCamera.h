@@ -7,9 +7,9 @@ namespace tessarine
 class Open3DCamera
 {
 public:
-    const smVec3d& GetPosition() const { return m_Position; }
-    const smVec3d& GetTarget() const { return m_Target; }
-    const smVec3d& GetUp() const { return m_Up; }
+    smVec3d GetPosition() const { return m_Position; }
+    smVec3d GetTarget() const { return m_Target; }
+    smVec3d GetUp() const { return m_Up; }
 
     /// From the eye to the target; not normalised.
     smVec3d GetViewVector() const;

@@ -1,5 +1,7 @@
 #include "IOLoadObj.h"
+#include "Assert.h"
 #include "Console.h"
+#include "ErrorLine.h"
 #include "Failure.h"
 #include "File.h"
 #include "IOMtlReader.h"
@@ -182,9 +184,10 @@ void IOLoadObj::ParseMaterialFile(const std::string& fileName)
     {
         text = ReadFile(ResolveForReading(fileName));
     }
-    catch (const FileError&)
+    catch (const FileError& error)
     {
         DebugConsole() << kCannotOpen;
+        PrintErrorLine(error.what());
         return;
     }
     ParseMaterialText(text);
@@ -233,6 +236,7 @@ void IOLoadObj::EnterScene()
     solid->CalcNormals();
     Unitize(*solid);
     MANSceneGroup* root = m_pSceneManager->GetRootGroup();
+    ASSERT(root != nullptr);
     root->AddChild(leaf);
     leaf->SetParent(root);
 }

@@ -40,7 +40,8 @@ public:
     void ParseFile(const std::string& fileName);
     void ParseText(const std::string& fileName, const std::string& text);
 
-    /// Reads one material library from a file, or says that it cannot be opened; or from a text in memory.
+    /// Reads one material library from a file, or says that it cannot be opened, and why on standard
+    /// error; or from a text in memory.
     void ParseMaterialFile(const std::string& fileName);
     void ParseMaterialText(const std::string& text);
 
@@ -93,7 +94,7 @@ private:
     std::unique_ptr<IOMtlReader> m_pMaterialReader;
     int m_nLine = 0;
     std::int32_t m_nGroup = 0;
-    /// Corners and texture numbers were as many up to here, counted in faces; -1 while they are.
+    /// The first face, from 0, with a corner that has no texture number; -1 while there is none.
     std::ptrdiff_t m_nFirstUnevenFace = -1;
 };
 }

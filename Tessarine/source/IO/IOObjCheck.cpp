@@ -72,7 +72,7 @@ void IOObjCheck::CheckPositions(const PositionList& positions) const
     if (wrong != positions.end())
     {
         FailAt(FindPosition(static_cast<std::size_t>(wrong - positions.begin())),
-               "a coordinate is too large for single precision");
+               "a coordinate is too large, or has too many digits, for single precision");
     }
 }
 

@@ -1,6 +1,7 @@
 #include "IOSaveObj.h"
 #include "Assert.h"
 #include "Console.h"
+#include "CycleGuard.h"
 #include "Failure.h"
 #include "File.h"
 #include "IOTextOutput.h"
@@ -34,9 +35,11 @@ void ForEachCorner(const DSFace& face, TVisit visit)
     {
         const DSHalfEdge* const pFirst = pLoop->GetHalfEdge();
         ASSERT(pFirst != nullptr);
+        CycleGuard guard;
         const DSHalfEdge* pHalfEdge = pFirst;
         do
         {
+            guard.Visit(pHalfEdge);
             visit(*pHalfEdge);
             pHalfEdge = pHalfEdge->GetNext();
             ASSERT(pHalfEdge != nullptr);
@@ -153,8 +156,12 @@ void IOSaveObj::WriteFaces(const DSSolid& solid, IOTextOutput& file)
         {
             ++m_nFaceCount;
             file << "\nf ";
-            ForEachCorner(*pFace, [&](const DSHalfEdge& halfEdge)
-                          { file << GetVertexNumber(*halfEdge.GetVertex()) << " "; });
+            ForEachCorner(*pFace,
+                          [&](const DSHalfEdge& halfEdge)
+                          {
+                              ASSERT(halfEdge.GetVertex() != nullptr);
+                              file << GetVertexNumber(*halfEdge.GetVertex()) << " ";
+                          });
         }
     }
     file << "\n# " << m_nFaceCount << " faces in this object ";

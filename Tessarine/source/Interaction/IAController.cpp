@@ -115,6 +115,8 @@ TCommand* IAController::Run(unsigned nCommandID, THandOver handOver)
     handOver(*pCommand);
     pCommand->Execute();
     m_pCommandManager->StoreCommand(std::move(command));
+    const bool isKept = command == nullptr; // a command that cannot be undone would go at the end of this
+    ASSERT(isKept);
     Redraw();
     return pCommand;
 }

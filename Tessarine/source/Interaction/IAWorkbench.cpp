@@ -32,6 +32,23 @@ std::string DescribeByClass(const IException& exception)
     return "an error that has no description";
 }
 
+/// Whether the command has told the user by a message box of its own what is being handled.
+bool WasFailureShown()
+{
+    try
+    {
+        throw;
+    }
+    catch (const Failure& failure)
+    {
+        return failure.WasShown();
+    }
+    catch (...)
+    {
+        return false;
+    }
+}
+
 /// Why the operation ended, by the exception that is being handled.
 std::string DescribeFailure()
 {
@@ -74,7 +91,7 @@ void ShowFailure(const std::string& operation) noexcept
 {
     try
     {
-        GetPlatform().ShowFailure(operation, DescribeFailure());
+        GetPlatform().ShowFailure(operation, DescribeFailure(), WasFailureShown());
     }
     catch (...) // no memory even for the message: the caller still learns that the operation failed
     {

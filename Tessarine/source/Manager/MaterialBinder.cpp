@@ -1,5 +1,6 @@
 #include "MaterialBinder.h"
 #include "Console.h"
+#include <algorithm>
 
 namespace tessarine
 {
@@ -9,32 +10,45 @@ std::string_view UpToZero(const std::string& name)
 {
     return name.c_str();
 }
+
+/// A binding with its place among all bindings, from 1.
+struct Numbered
+{
+    std::size_t number = 0;
+    DSTextureBinding* pBinding = nullptr;
+};
+
+bool IsEarlier(const Numbered& a, const Numbered& b)
+{
+    return a.number < b.number;
+}
 }
 
 void MaterialBinder::BindTextures(const TextureNameMap& textureMaps)
 {
-    std::unordered_multimap<std::string_view, DSMaterial*> materialsOfName;
-    for (const auto& pMaterial : m_Materials.GetMaterialList())
-    {
-        materialsOfName.emplace(UpToZero(pMaterial->m_Name), pMaterial.get());
-    }
-    std::unordered_multimap<std::string_view, std::string_view> namesOfFile;
-    for (const auto& [materialName, fileName] : textureMaps)
-    {
-        namesOfFile.emplace(UpToZero(fileName), UpToZero(materialName));
-    }
+    // The last texture of a file hands its binding out last.
+    std::unordered_map<std::string_view, Numbered> lastOfFile;
     for (const auto& pTexture : m_Materials.GetTextureList())
     {
         DSTextureBinding* pBinding = m_Materials.NewImage();
         pBinding->m_pTexture = pTexture.get();
-        const auto [firstName, lastName] = namesOfFile.equal_range(UpToZero(pTexture->GetFileName()));
-        for (auto name = firstName; name != lastName; ++name)
+        lastOfFile[UpToZero(pTexture->GetFileName())] = {m_Materials.GetImageList().size(), pBinding};
+    }
+    std::unordered_map<std::string_view, Numbered> lastOfMaterial;
+    for (const auto& [materialName, fileName] : textureMaps)
+    {
+        if (const auto found = lastOfFile.find(UpToZero(fileName)); found != lastOfFile.end())
         {
-            const auto [first, last] = materialsOfName.equal_range(name->second);
-            for (auto material = first; material != last; ++material)
-            {
-                material->second->m_pTexture = pBinding;
-            }
+            Numbered& last = lastOfMaterial[UpToZero(materialName)];
+            last = std::max(last, found->second, IsEarlier);
+        }
+    }
+    for (const auto& pMaterial : m_Materials.GetMaterialList())
+    {
+        if (const auto found = lastOfMaterial.find(UpToZero(pMaterial->m_Name));
+            found != lastOfMaterial.end())
+        {
+            pMaterial->m_pTexture = found->second.pBinding;
         }
     }
 }

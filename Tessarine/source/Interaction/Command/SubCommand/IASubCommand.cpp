@@ -9,7 +9,9 @@ DSSolid* IASubCommand::GetCurrentSolid() const
 {
     ASSERT(m_pElementManager != nullptr);
     ASSERT(m_pSceneManager != nullptr);
-    const auto& children = m_pSceneManager->GetRootGroup()->GetChildren();
+    const MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
+    ASSERT(pRoot != nullptr);
+    const auto& children = pRoot->GetChildren();
     if (children.empty() || MANSceneManager::GetKind(children.front()->GetID()) != NodeKind::Leaf)
     {
         return nullptr;
@@ -23,6 +25,7 @@ void IASubCommand::KeepHiddenSnapshot(const DSSolid& solid)
     MANSceneLeaf* pLeaf = m_pSceneManager->NewLeaf();
     m_pElementManager->CopySolid(&solid, pCopy);
     MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
+    ASSERT(pRoot != nullptr);
     pRoot->AddChild(pLeaf);
     pLeaf->SetParent(pRoot);
     pLeaf->SetSolid(pCopy);

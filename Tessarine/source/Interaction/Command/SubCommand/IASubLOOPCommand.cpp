@@ -287,6 +287,22 @@ std::size_t LoopStep::CutLongLoop()
     m_Euler.LMEFCorners(&m_Solid, {m_Corners.begin(), m_Corners.begin() + onceRound});
     return length / 2;
 }
+
+/// A face of one corner comes into being without an edge. A walk around a vertex that starts there cannot go
+/// on; no other walk comes to it.
+void RefuseSingleCorners(const DSSolid& solid)
+{
+    for (const DSVertex* pVertex : solid.GetVertexList())
+    {
+        ASSERT(pVertex != nullptr);
+        const DSHalfEdge* h = pVertex->GetHalfEdge();
+        if (h != nullptr && h->GetNext() == h && h->GetEdge() == nullptr)
+        {
+            throw Failure("the model has a face with one corner, which cannot be subdivided: remove it from "
+                          "the file and import again");
+        }
+    }
+}
 }
 
 void IASubLOOPCommand::Execute()
@@ -296,6 +312,7 @@ void IASubLOOPCommand::Execute()
     {
         return;
     }
+    RefuseSingleCorners(*pSolid);
     KeepHiddenSnapshot(*pSolid);
     LoopStep step(GetElementManager(), *pSolid);
     step.MakeRoom();
