@@ -5,6 +5,7 @@
 #include "CrowdedFans.h"
 #include "CycleGuard.h"
 #include "Failure.h"
+#include "FanCensus.h"
 #include "MANBrepElementManager.h"
 #include "WanderingLimit.h"
 #include <cmath>
@@ -36,7 +37,11 @@ class LoopStep
 {
 public:
     LoopStep(MANBrepElementManager* pManager, DSSolid& solid)
-        : m_pManager(pManager), m_Euler(pManager), m_Solid(solid), m_Limit(solid.GetEdgeList().size())
+        : m_pManager(pManager),
+          m_Euler(pManager),
+          m_Solid(solid),
+          m_Limit(solid.GetEdgeList().size()),
+          m_Census(solid)
     {
     }
 
@@ -65,6 +70,7 @@ private:
     ACTEuler m_Euler;
     DSSolid& m_Solid;
     WanderingLimit m_Limit;
+    FanCensus m_Census;
     CrowdedFans m_CrowdedFans;
     std::vector<smVec3d> m_NewPositions; ///< of the old vertices, in list order
     std::vector<DSHalfEdge*> m_Corners;  ///< of one loop, in the order of the cuts
@@ -121,6 +127,7 @@ smVec3d LoopStep::FindVertexPosition(const DSVertex& vertex)
         h = pTwin->GetNext();
     } while (h != pStart);
     NoteTurns(vertex, n);
+    m_Census.Visit(vertex);
     const smVec3d& p = vertex.GetPosition();
     return n <= 3 ? (1.0 - 3.0 * n / 16.0) * p + 3.0 * sum / 16.0 : 5.0 * p / 8.0 + 3.0 * sum / (8.0 * n);
 }
@@ -207,12 +214,16 @@ void LoopStep::SplitEdge(const DSEdge& edge)
     m_Euler.SEMV(m_Solid.GetID(), pLoop->GetFace()->GetID(), &FindEdgeToSplit(edge), nVertexID, position);
 }
 
-/// The edge that SEMV would split between the two vertices. Around a vertex with more than one fan, or with
-/// faces that run the same way along an edge, it would find none or the edge of another face, and refuse it:
-/// then it is the edge itself.
+/// The edge that SEMV would split between the two vertices. Around a vertex with a plain fan it is the edge
+/// itself. Around one with more than one fan, or with faces that run the same way along an edge, SEMV would find
+/// none or the edge of another face, and refuse it: then it is the edge itself, too.
 const DSEdge& LoopStep::FindEdgeToSplit(const DSEdge& edge)
 {
     const DSHalfEdge* h = edge.GetHalfEdge1();
+    if (h->GetEdge() == &edge && m_Census.IsPlain(*h->GetVertex()))
+    {
+        return edge;
+    }
     const std::uint32_t v1 = h->GetVertex()->GetID();
     const std::uint32_t v2 = h->GetNext()->GetVertex()->GetID();
     const DSEdge* pFound =

@@ -12,7 +12,8 @@ namespace tessarine
 /// Says    "boudary!" for each open vertex and each open edge; what GetTwin and FindEdge say where a third
 ///         face has displaced a half-edge, where fans meet in a vertex, and where faces clash in direction.
 /// Fails   No current solid: nothing happens, nothing is said. Failure when a position would not be finite,
-///         and when most faces clash in direction with their neighbours.
+///         when most faces clash in direction with their neighbours, and when a vertex leads into a face of one
+///         corner.
 /// Units   Model units, double precision. Mask weights are pure numbers.
 /// Cost    Linear in the half-edges, n log n with crowded vertices.
 /// Source  C. Loop 1987; J. Warren's weights: 3/16 up to valence 3, then 3/(8n).
