@@ -1,6 +1,7 @@
 #include "BatchTool.h"
 #include "BatchRun.h"
 #include "CommandLine.h"
+#include "ErrorLine.h"
 #include "File.h"
 #include "Streams.h"
 #include <exception>
@@ -75,7 +76,7 @@ int RunTool(const std::vector<std::string>& arguments)
 
 void Complain(const std::string& text)
 {
-    WriteStandardError("tessarine-batch: " + text + "\n");
+    PrintErrorLine("tessarine-batch: " + text);
 }
 }
 

@@ -1,8 +1,10 @@
 #include "BatchTool.h"
+#include "File.h"
 #include "Memory.h"
 
 int main(int argc, char** argv)
 {
     tessarine::KeepFreedMemory();
+    tessarine::RemoveTemporaryFilesOnSignals();
     return tessarine::RunBatchTool({argv + 1, argv + argc});
 }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -153,6 +154,36 @@ fs::path FollowLinks(const fs::path& name)
     return target;
 }
 
+/// Names of a process's own streams: replacing what they lead to would take it from whoever opened it.
+bool NamesAStream(const fs::path& name)
+{
+    const std::string path = name.lexically_normal().string();
+    return path.starts_with("/dev/std") || path.starts_with("/dev/fd/") || path.starts_with("/proc/");
+}
+
+/// What a signal that ends the process has to remove; empty when nothing.
+char g_szTemporary[PATH_MAX] = "";
+
+void RemoveTemporaryAndEnd(int signal)
+{
+    if (g_szTemporary[0] != '\0')
+    {
+        ::unlink(g_szTemporary);
+    }
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void NoteTemporary(const std::string& name)
+{
+    g_szTemporary[0] = '\0';
+    if (!name.empty() && name.size() < sizeof g_szTemporary)
+    {
+        std::memcpy(g_szTemporary + 1, name.c_str() + 1, name.size());
+        g_szTemporary[0] = name[0]; // last: a signal in between finds nothing to remove
+    }
+}
+
 /// A file over the process's limit is a failed write, not the end of the process.
 void IgnoreFileSizeSignal()
 {
@@ -198,6 +229,10 @@ ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))
     {
         Refuse("write", m_Name, "it names no file");
     }
+    if (NamesAStream(m_Name))
+    {
+        Refuse("write", m_Name, "it is no ordinary file; the name of the standard output is -");
+    }
     m_Target = FollowLinks(m_Name);
     struct stat status = {};
     const bool exists = ::stat(m_Target.c_str(), &status) == 0;
@@ -241,8 +276,9 @@ void ReplacingFile::CreateTemporary(unsigned permissions)
     {
         const int error = errno;
         m_Temporary.clear();
-        Refuse("write", m_Name, error == ENOENT ? "no such folder" : ReasonOf(error));
+        Refuse("write", m_Name, error == ENOENT ? "no such folder" : ReasonOf(error) + " in its folder");
     }
+    NoteTemporary(m_Temporary.string());
 }
 
 ReplacingFile::~ReplacingFile()
@@ -260,6 +296,7 @@ void ReplacingFile::Discard() noexcept
     {
         ::unlink(m_Temporary.c_str());
         m_Temporary.clear();
+        NoteTemporary("");
     }
 }
 
@@ -304,6 +341,19 @@ void ReplacingFile::Commit()
         Refuse("write", m_Name, ReasonOf(errno));
     }
     m_Temporary.clear();
+    NoteTemporary("");
+}
+
+void RemoveTemporaryFilesOnSignals()
+{
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
+    {
+        struct sigaction action = {};
+        if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_DFL)
+        {
+            std::signal(number, RemoveTemporaryAndEnd);
+        }
+    }
 }
 
 fs::path GetCurrentFolder()
@@ -328,7 +378,13 @@ void SetCurrentFolder(const fs::path& folder)
     }
 }
 
-CurrentFolderGuard::CurrentFolderGuard() : m_Folder(GetCurrentFolder()) {}
+CurrentFolderGuard::CurrentFolderGuard() : m_Folder(GetCurrentFolder())
+{
+    if (::chdir(".") != 0) // once left, it could not be entered again
+    {
+        Refuse("work in the folder", m_Folder, ReasonOf(errno) + "; start from another one");
+    }
+}
 
 CurrentFolderGuard::~CurrentFolderGuard()
 {

@@ -49,6 +49,10 @@ private:
 };
 
 /// Throws FileError when the current folder is no longer there.
+/// Lets the signals that a user ends a program with take an unfinished file along. For the start of a program that
+/// has one file in work at a time.
+void RemoveTemporaryFilesOnSignals();
+
 std::filesystem::path GetCurrentFolder();
 
 /// Throws FileError.
@@ -58,6 +62,7 @@ void SetCurrentFolder(const std::filesystem::path& folder);
 class CurrentFolderGuard
 {
 public:
+    /// Throws FileError when the folder could not be entered again.
     CurrentFolderGuard();
     ~CurrentFolderGuard();
     CurrentFolderGuard(const CurrentFolderGuard&) = delete;

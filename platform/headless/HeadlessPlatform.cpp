@@ -4,19 +4,6 @@
 
 namespace tessarine
 {
-namespace
-{
-std::string WithNewlinesSpelt(const std::string& text)
-{
-    std::string line;
-    for (const char character : text)
-    {
-        line += character == '\n' ? std::string("\\n") : std::string(1, character);
-    }
-    return line;
-}
-}
-
 HeadlessPlatform::HeadlessPlatform()
     : m_PaneTexts{"就绪",
                   "顶点数              ",
@@ -31,13 +18,13 @@ HeadlessPlatform::HeadlessPlatform()
 void HeadlessPlatform::ShowMessage(const std::string& title, const std::string& text)
 {
     m_Messages.push_back({title, text});
-    PrintErrorLine("message box \"" + title + "\": " + WithNewlinesSpelt(text));
+    PrintErrorLine("message box \"" + title + "\": " + text);
 }
 
 /// A log keeps both: the box does not name the operation.
 void HeadlessPlatform::ShowFailure(const std::string& operation, const std::string& reason, bool /*wasShown*/)
 {
-    PrintErrorLine("tessarine-batch: " + operation + ": " + WithNewlinesSpelt(reason));
+    PrintErrorLine("tessarine-batch: " + operation + ": " + reason);
 }
 
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)

@@ -336,14 +336,47 @@ TEST_F(BatchProcess, FailsOnARefusedExtensionWithTheBoxOfTheWindow)
 
     const ProcessResult import = Run({"import", "tetra.Obj"});
     EXPECT_EQ(import.status, 1);
-    EXPECT_EQ(import.errors, "message box \"错误\": 不能导入此类型文件!\n"
-                             "tessarine-batch: import: 不能导入此类型文件!\n");
+    EXPECT_EQ(import.errors,
+              "message box \"错误\": 不能导入此类型文件!\n"
+              "tessarine-batch: import: the name of a model must end in .obj or .OBJ: tetra.Obj\n");
 
     const ProcessResult saving = Run({"-q", "import", "tetra.obj", "export", "tetra.stl"});
     EXPECT_EQ(saving.status, 1);
-    EXPECT_EQ(saving.errors, "message box \"错误\": 不能保存成此类型文件!\n"
-                             "tessarine-batch: export: 不能保存成此类型文件!\n");
+    EXPECT_EQ(saving.errors,
+              "message box \"错误\": 不能保存成此类型文件!\n"
+              "tessarine-batch: export: the name of a model must end in .obj or .OBJ: tetra.stl\n");
     EXPECT_FALSE(m_Folder.Has("tetra.stl"));
+}
+
+TEST_F(BatchProcess, DoesNotReplaceWhatItsOwnStreamsLeadTo)
+{
+    const ProcessResult result = Run({"new", "report", "/dev/stdout"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("the name of the standard output is -"));
+}
+
+TEST_F(BatchProcess, SpellsOutControlCharactersInMessages)
+{
+    EXPECT_THAT(Run({"a\n\x1B[31mb"}).errors, HasSubstr("a\\n\\x1B[31mb"));
+    m_Folder.Write("dos.obj", "mtllib m.mtl\r\nv 0 0 0\r\nv 1 0 0\r\nv 0 1 0\r\nf 1 2 3\r\n");
+    const ProcessResult result = Run({"import", "dos.obj"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.errors, HasSubstr("m.mtl\\r"));
+    EXPECT_THAT(result.errors, HasSubstr("save the file with plain line ends"));
+}
+
+TEST_F(BatchProcess, TellsOfAFileThatGivesNoVertex)
+{
+    m_Folder.Write("wide.obj", std::string("\xFF\xFEv\0 \0", 6));
+    const ProcessResult result = Run({"import", "wide.obj"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.errors, HasSubstr("wide.obj: no line gives a vertex, so the model is empty"));
+}
+
+TEST_F(BatchProcess, TellsOfAByteOrderMark)
+{
+    m_Folder.Write("marked.obj", "\xEF\xBB\xBFv 9 9 9\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    EXPECT_THAT(Run({"import", "marked.obj"}).errors, HasSubstr("a byte-order mark hides the first line"));
 }
 
 TEST_F(BatchProcess, FailsOnNumbersOutsideTheModel)

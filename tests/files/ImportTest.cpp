@@ -470,9 +470,9 @@ TEST(Import, SaysOnStandardErrorWhyALibraryCannotBeOpened)
         ::testing::internal::GetCapturedStderr(),
         "Cannot open file!!\ncannot open none.mtl: no such file (working folder: " +
             folder.GetPath().string() +
-            ")\n"
+            "); the import goes on without this library\n"
             "Cannot open file!!\ncannot tell which file two.mtl means: there are Two.mtl and two.MTL; rename "
-            "one of them\n");
+            "one of them; the import goes on without this library\n");
 }
 
 TEST(Import, NeedsTheRootOfTheScene)

@@ -130,7 +130,8 @@ TEST_F(ControllerTest, RefusesAnyOtherNameBeforeItTouchesTheModels)
     ImportPlainly("a.obj");
     for (const char* name : {"a.Obj", "a.obj.txt", "obj", "a.ply"})
     {
-        EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly(name); }), "不能导入此类型文件!") << name;
+        EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly(name); }),
+                  "the name of a model must end in .obj or .OBJ: " + std::string(name));
         EXPECT_EQ(CountVertices(), 4U);
     }
     EXPECT_THAT(m_Platform.GetMessages(), testing::SizeIs(4));
@@ -168,7 +169,8 @@ TEST_F(ControllerTest, LooksAtTheNameOfTheFileAlone)
     ImportPlainly("folder.ply/a.obj");
     EXPECT_EQ(CountVertices(), 3U);
     std::filesystem::current_path(m_Folder.GetPath());
-    EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly("folder.obj/a.ply"); }), "不能导入此类型文件!");
+    EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly("folder.obj/a.ply"); }),
+              "the name of a model must end in .obj or .OBJ: a.ply");
 }
 
 TEST_F(ControllerTest, ChangesNothingWhenADialogIsCancelled)
@@ -194,7 +196,8 @@ TEST_F(ControllerTest, ExportsIntoTheFolderThatTheDialogMadeCurrent)
 TEST_F(ControllerTest, RefusesToExportUnderAnyOtherName)
 {
     m_Platform.AnswerFile("out.Obj");
-    EXPECT_EQ(GetRefusal([](IAController& controller) { controller.ExportObj(); }), "不能保存成此类型文件!");
+    EXPECT_EQ(GetRefusal([](IAController& controller) { controller.ExportObj(); }),
+              "the name of a model must end in .obj or .OBJ: out.Obj");
     EXPECT_THAT(m_Platform.GetMessages(),
                 ElementsAre(HeadlessPlatform::Message{"错误", "不能保存成此类型文件!"}));
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.GetPath()));

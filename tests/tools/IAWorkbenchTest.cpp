@@ -168,7 +168,7 @@ TEST_F(FailedImport, LeavesTheModelWhenTheNameIsAFolder)
 TEST_F(FailedImport, LeavesTheModelWhenTheExtensionIsRefused)
 {
     ExpectRefused("good.Obj");
-    EXPECT_EQ(m_Platform.GetOnlyReason(), "不能导入此类型文件!");
+    EXPECT_EQ(m_Platform.GetOnlyReason(), "the name of a model must end in .obj or .OBJ: good.Obj");
     EXPECT_TRUE(m_Platform.GetFailures().front().wasShown);
 }
 

@@ -1,8 +1,13 @@
 #pragma once
 #include <string>
+#include <string_view>
 
 namespace tessarine
 {
-/// Prints the text and a line end on standard error, behind what the console holds back.
-void PrintErrorLine(const std::string& text);
+/// Prints the text and a line end on standard error, behind what the console holds back. Whatever the text holds, it
+/// is one line and leaves a terminal alone, see SpellOut.
+void PrintErrorLine(std::string_view text);
+
+/// The text with its control characters spelt out (\n, \r, \x1B), and a long one with its middle left out.
+std::string SpellOut(std::string_view text);
 }

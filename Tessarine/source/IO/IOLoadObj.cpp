@@ -60,6 +60,20 @@ void IOLoadObj::ParseFile(const std::string& fileName)
         throw Failure(error.what());
     }
     ParseText(fileName, text);
+    TellOddities(fileName, text);
+}
+
+/// What a user would wonder about, where the grammar sees nothing wrong.
+void IOLoadObj::TellOddities(const std::string& fileName, const std::string& text) const
+{
+    if (text.starts_with("\xEF\xBB\xBF"))
+    {
+        PrintErrorLine(fileName + ": a byte-order mark hides the first line; save the file without it");
+    }
+    if (m_Positions.empty())
+    {
+        PrintErrorLine(fileName + ": no line gives a vertex, so the model is empty; is it a plain OBJ text?");
+    }
 }
 
 void IOLoadObj::ParseText(const std::string& fileName, const std::string& text)
@@ -187,7 +201,11 @@ void IOLoadObj::ParseMaterialFile(const std::string& fileName)
     catch (const FileError& error)
     {
         DebugConsole() << kCannotOpen;
-        PrintErrorLine(error.what());
+        const bool isDosName = fileName.ends_with('\r');
+        PrintErrorLine(
+            std::string(error.what()) +
+            (isDosName ? "; a carriage return belongs to the name: save the file with plain line ends" : "") +
+            "; the import goes on without this library");
         return;
     }
     ParseMaterialText(text);

@@ -67,6 +67,7 @@ private:
     void ReadMaterialLibrary(IOLineCursor& line);
     void ReportUnknownToken() const;
 
+    void TellOddities(const std::string& fileName, const std::string& text) const;
     void CheckNumbers(const std::string& fileName, const std::string& text) const;
     void EnterScene();
     static void ReportTopology(DSSolid& solid);

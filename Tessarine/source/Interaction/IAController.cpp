@@ -25,10 +25,10 @@ bool HasObjExtension(const std::string& fileName)
 }
 
 /// Shows the box that refuses a file's type, and ends the operation.
-[[noreturn]] void RefuseFile(const std::string& text)
+[[noreturn]] void RefuseFile(const std::string& text, const std::string& fileName)
 {
     GetPlatform().ShowMessage("错误", text);
-    throw Failure::AfterMessageBox(text);
+    throw Failure::AfterMessageBox("the name of a model must end in .obj or .OBJ: " + fileName);
 }
 }
 
@@ -82,7 +82,7 @@ void IAController::ImportObj()
     }
     if (!HasObjExtension(path->filename().string()))
     {
-        RefuseFile("不能导入此类型文件!");
+        RefuseFile("不能导入此类型文件!", path->filename().string());
     }
     IOLoadObj reader(&m_SceneManager, &m_ElementManager);
     ResetModels();
@@ -99,7 +99,7 @@ void IAController::ExportObj()
     const std::string fileName = path->filename().string();
     if (!HasObjExtension(fileName))
     {
-        RefuseFile("不能保存成此类型文件!");
+        RefuseFile("不能保存成此类型文件!", fileName);
     }
     IOSaveObj(&m_SceneManager, &m_ElementManager).SaveObj(fileName);
 }

@@ -1,0 +1,32 @@
+#include "ErrorLine.h"
+#include <gtest/gtest.h>
+
+namespace tessarine
+{
+namespace
+{
+TEST(ErrorLine, SpellsOutWhatWouldMoveATerminal)
+{
+    EXPECT_EQ(SpellOut(std::string_view("a\nb\rc\td\0e\x1B[0m\x7F", 14)), "a\\nb\\rc\\td\\x00e\\x1B[0m\\x7F");
+}
+
+TEST(ErrorLine, LeavesTextOfAnyLanguageAsItIs)
+{
+    EXPECT_EQ(SpellOut("不能导入此类型文件!"), "不能导入此类型文件!");
+}
+
+TEST(ErrorLine, LeavesOutTheMiddleOfAVeryLongLineAndNoPartOfACharacter)
+{
+    std::string text = "head ";
+    for (int i = 0; i < 1000000; ++i)
+    {
+        text += "文";
+    }
+    const std::string line = SpellOut(text + " tail");
+    EXPECT_LT(line.size(), 2100U);
+    EXPECT_TRUE(line.starts_with("head 文"));
+    EXPECT_TRUE(line.ends_with("文 tail"));
+    EXPECT_NE(line.find("文 ... 文"), std::string::npos);
+}
+}
+}
