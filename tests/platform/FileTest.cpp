@@ -423,44 +423,45 @@ TEST(CurrentFolder, IsToldToBeGoneWhenItWasRemoved)
     }
     EXPECT_THAT(FaultOf([] { GetCurrentFolder(); }), StartsWith("cannot tell the current folder: "));
     EXPECT_EQ(FaultOfReading("x"), "cannot open x: no such file");
-    TEST(ReplacingFile, LeavesNothingBehindWhenASignalEndsTheProgram)
-    {
-        const TemporaryFolder folder;
-        const pid_t child = ::fork();
-        if (child == 0)
-        {
-            RemoveTemporaryFilesOnSignals();
-            ReplacingFile file(folder / "out");
-            file.Write("half of it");
-            ::raise(SIGTERM);
-            ::_exit(0);
-        }
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-        EXPECT_TRUE(fs::is_empty(folder.GetPath()));
-    }
+}
 
-    TEST(ReplacingFile, RefusesTheStreamsOfAProcess)
+TEST(ReplacingFile, LeavesNothingBehindWhenASignalEndsTheProgram)
+{
+    const TemporaryFolder folder;
+    const pid_t child = ::fork();
+    if (child == 0)
     {
-        for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1", "/dev/../dev/stderr"})
-        {
-            EXPECT_THAT(FaultOf([&] { ReplacingFile file(name); }),
-                        HasSubstr("the name of the standard output is -"));
-        }
+        RemoveTemporaryFilesOnSignals();
+        ReplacingFile file(folder / "out");
+        file.Write("half of it");
+        ::raise(SIGTERM);
+        ::_exit(0);
     }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_TRUE(fs::is_empty(folder.GetPath()));
+}
 
-    TEST(CurrentFolderGuard, RefusesAFolderThatCouldNotBeEnteredAgain)
+TEST(ReplacingFile, RefusesTheStreamsOfAProcess)
+{
+    for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1", "/dev/../dev/stderr"})
     {
-        const TemporaryFolder folder;
-        const CurrentFolderGuard home;
-        const OrdinaryUser user(folder);
-        fs::create_directory(folder / "closed");
-        SetCurrentFolder(folder / "closed");
-        fs::permissions(folder / "closed", fs::perms::none);
-        EXPECT_THAT(FaultOf([] { const CurrentFolderGuard guard; }),
-                    HasSubstr("permission denied; start from another one"));
-        fs::permissions(folder / "closed", fs::perms::owner_all);
+        EXPECT_THAT(FaultOf([&] { ReplacingFile file(name); }),
+                    HasSubstr("the name of the standard output is -"));
     }
+}
+
+TEST(CurrentFolderGuard, RefusesAFolderThatCouldNotBeEnteredAgain)
+{
+    const TemporaryFolder folder;
+    const CurrentFolderGuard home;
+    const OrdinaryUser user(folder);
+    fs::create_directory(folder / "closed");
+    SetCurrentFolder(folder / "closed");
+    fs::permissions(folder / "closed", fs::perms::none);
+    EXPECT_THAT(FaultOf([] { const CurrentFolderGuard guard; }),
+                HasSubstr("permission denied; start from another one"));
+    fs::permissions(folder / "closed", fs::perms::owner_all);
 }
 }
