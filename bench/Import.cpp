@@ -9,12 +9,8 @@
 #include "Models.h"
 #include "Peers.h"
 #include "Timing.h"
-#include <array>
 #include <malloc.h>
 #include <memory>
-#include <stdexcept>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace tessarine;
 using namespace tessarine::bench;
@@ -55,36 +51,6 @@ double BytesATriangle(const std::filesystem::path& path, int faces)
     return static_cast<double>(BytesInUse() - before) / faces;
 }
 
-/// The processor's seconds of one import in a process of its own, as a user starts one: what a small model would
-/// find in the caches and the heap of a process that imports again and again, a large one cannot find.
-double SecondsInAFreshProcess(const std::filesystem::path& path)
-{
-    std::array<int, 2> pipeEnds{};
-    if (pipe(pipeEnds.data()) != 0)
-    {
-        throw std::runtime_error("no pipe");
-    }
-    const pid_t child = fork();
-    if (child == 0)
-    {
-        const double begin = ProcessorSeconds();
-        const auto stores = ImportWhole(path);
-        const double seconds = ProcessorSeconds() - begin;
-        const bool isSent = write(pipeEnds[1], &seconds, sizeof seconds) == sizeof seconds;
-        _exit(isSent ? 0 : 1);
-    }
-    close(pipeEnds[1]);
-    double seconds = 0.0;
-    const bool isReceived = read(pipeEnds[0], &seconds, sizeof seconds) == sizeof seconds;
-    close(pipeEnds[0]);
-    waitpid(child, nullptr, 0);
-    if (!isReceived)
-    {
-        throw std::runtime_error("an import in a process of its own failed");
-    }
-    return seconds;
-}
-
 double NanosecondsAFace(double seconds, int faces)
 {
     return seconds / faces * 1e9;
@@ -101,7 +67,7 @@ std::vector<double> MeasureGrowth(const std::filesystem::path& folder, const std
         std::vector<double> seconds;
         for (int round = 0; round < 15; ++round)
         {
-            seconds.push_back(SecondsInAFreshProcess(path));
+            seconds.push_back(SecondsInAFreshProcess({"", nullptr, [&] { ImportWhole(path); }}));
         }
         perFace.push_back(NanosecondsAFace(Median(std::move(seconds)), faces));
         std::printf("  whole import of %7d faces in a fresh process: %.0f ns a face\n", faces,

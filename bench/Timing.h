@@ -1,9 +1,13 @@
 #pragma once
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <ctime>
 #include <functional>
+#include <stdexcept>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace tessarine::bench
@@ -59,6 +63,40 @@ inline std::vector<double> Race(const std::vector<Contestant>& contestants, int 
         medians.push_back(Median(std::move(list)));
     }
     return medians;
+}
+
+/// The processor's seconds of one run in a process of its own, as a user starts one: nothing is warm but the files.
+/// To be called before anything else has filled the heap.
+inline double SecondsInAFreshProcess(const Contestant& contestant)
+{
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0)
+    {
+        throw std::runtime_error("no pipe");
+    }
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        if (contestant.prepare)
+        {
+            contestant.prepare();
+        }
+        const double begin = ProcessorSeconds();
+        contestant.run();
+        const double seconds = ProcessorSeconds() - begin;
+        const bool isSent = write(ends[1], &seconds, sizeof seconds) == sizeof seconds;
+        _exit(isSent ? 0 : 1);
+    }
+    close(ends[1]);
+    double seconds = 0.0;
+    const bool isReceived = read(ends[0], &seconds, sizeof seconds) == sizeof seconds;
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    if (!isReceived)
+    {
+        throw std::runtime_error("a run in a process of its own failed");
+    }
+    return seconds;
 }
 
 /// Prints a figure with the bound that it is meant to keep, and whether it does.
