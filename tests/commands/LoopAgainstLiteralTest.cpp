@@ -188,7 +188,7 @@ TEST(LoopAgainstLiteral, GivesTheSameOnFacesOfManyCorners)
 {
     IndexedMesh prism;
     constexpr int n = 60;
-    prism.positions.resize(2 * n);
+    prism.positions.resize(2 * static_cast<std::size_t>(n));
     for (int i = 1; i <= n; ++i)
     {
         prism.indices.push_back(i);
