@@ -5,6 +5,7 @@
 #include "MANSceneManager.h"
 #include "Meshes.h"
 #include "RecordDump.h"
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
@@ -182,6 +183,41 @@ TEST(LoopAgainstLiteral, GivesTheSameAroundCrowdedVertices)
     EXPECT_TRUE(ExpectSame(Shaken(OpenFan(200), 5), "open fan"));
     EXPECT_TRUE(ExpectSame(Shaken(JoinInFirstCorner(Bipyramid(60), Bipyramid(50)), 6), "two fans"));
     EXPECT_TRUE(ExpectSame(Shaken(JoinInFirstCorner(OpenFan(60), OpenFan(50)), 7), "two open fans"));
+}
+
+/// A fan of n triangles around the first vertex, whose first half-edge follows one that a third face has displaced;
+/// and a second fan there, so that looking an edge up fails.
+IndexedMesh CrowdedFanBehindADisplacedHalfEdge(int n)
+{
+    IndexedMesh mesh;
+    const int x = n + 2;
+    const int p = n + 3;
+    const int q = n + 4;
+    const int y = n + 5;
+    mesh.positions.resize(static_cast<std::size_t>(y));
+    for (std::size_t i = 0; i < mesh.positions.size(); ++i)
+    {
+        const auto t = static_cast<double>(i);
+        mesh.positions[i] = smVec3d(std::cos(t), std::sin(2.0 * t), 0.1 * t);
+    }
+    mesh.indices = {1, p, q};
+    mesh.faceSizes = {3};
+    for (int i = 2; i < x; ++i)
+    {
+        mesh.indices.insert(mesh.indices.end(), {1, i, i + 1});
+        mesh.faceSizes.push_back(3);
+    }
+    mesh.indices.insert(mesh.indices.end(), {x, 1, x, y});
+    mesh.faceSizes.push_back(4);
+    return mesh;
+}
+
+TEST(LoopAgainstLiteral, SaysTheSameWhereACrowdedFanEndsAtADisplacedHalfEdge)
+{
+    for (const int n : {8, 16, 17, 20, 40})
+    {
+        EXPECT_TRUE(ExpectSame(CrowdedFanBehindADisplacedHalfEdge(n), "fan of " + std::to_string(n)));
+    }
 }
 
 TEST(LoopAgainstLiteral, GivesTheSameOnFacesOfManyCorners)

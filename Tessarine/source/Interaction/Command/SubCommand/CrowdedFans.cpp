@@ -49,6 +49,7 @@ CrowdedFans::Fan CrowdedFans::WalkAround(const DSVertex& vertex)
         {
             fan.pForwardEnd = h;
             fan.forwardTurns = fan.spokes.size();
+            pLast = pStart; // from which the walk goes on backward
             h = FindTwin(*pStart->GetPrev());
         }
         pLast = h != nullptr ? h : pLast;
