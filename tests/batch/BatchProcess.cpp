@@ -14,13 +14,6 @@ namespace tessarine
 {
 namespace
 {
-std::string ReadAll(const std::filesystem::path& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
 /// The streams of a process that is to be started.
 class Streams
 {
@@ -88,49 +81,6 @@ int WaitFor(pid_t process)
 }
 }
 
-TemporaryFolder::TemporaryFolder()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "tessarine-test-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-    {
-        throw std::runtime_error("no temporary folder");
-    }
-    m_Path = name;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(m_Path, ignored);
-}
-
-void TemporaryFolder::Write(const std::string& name, const std::string& text) const
-{
-    std::filesystem::create_directories((m_Path / name).parent_path());
-    std::ofstream(m_Path / name, std::ios::binary) << text;
-}
-
-std::string TemporaryFolder::Read(const std::string& name) const
-{
-    return ReadAll(m_Path / name);
-}
-
-bool TemporaryFolder::Has(const std::string& name) const
-{
-    return std::filesystem::exists(m_Path / name);
-}
-
-std::vector<std::string> TemporaryFolder::GetNames() const
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(m_Path))
-    {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
                        const std::string& input, OutputTo outputTo)
 {
@@ -156,8 +106,8 @@ ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::str
     }
     ProcessResult result;
     result.status = WaitFor(process);
-    result.output = ReadAll(streamFolder.GetPath() / "output");
-    result.errors = ReadAll(streamFolder.GetPath() / "errors");
+    result.output = streamFolder.Read("output");
+    result.errors = streamFolder.Read("errors");
     return result;
 }
 }

@@ -1,30 +1,10 @@
 #pragma once
-#include <filesystem>
+#include "TemporaryFolder.h"
 #include <string>
 #include <vector>
 
 namespace tessarine
 {
-/// A folder of its own for one test, removed with all that is in it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& GetPath() const { return m_Path; }
-    void Write(const std::string& name, const std::string& text) const;
-    std::string Read(const std::string& name) const;
-    bool Has(const std::string& name) const;
-    /// The names in it, sorted.
-    std::vector<std::string> GetNames() const;
-
-private:
-    std::filesystem::path m_Path;
-};
-
 /// Where a process's standard output goes, when the test does not read it.
 enum class OutputTo
 {

@@ -132,7 +132,7 @@ TEST_F(BatchProcess, ExportsWhatItImported)
     EXPECT_EQ(node["vertices"], 4);
     EXPECT_EQ(node["faces"], 4);
     EXPECT_EQ(node["eulerNumber"], 2);
-    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("out.obj", "tetra.obj"));
+    EXPECT_THAT(m_Folder.List(), ElementsAre("out.obj", "tetra.obj"));
 }
 
 TEST_F(BatchProcess, FindsAMaterialLibraryBesideItsModel)
@@ -279,7 +279,7 @@ TEST_F(BatchProcess, RunsNothingWhenAnyWordIsWrong)
                      "simplify: \"2\" is no RATIO (a number from 0 to 1)");
     ExpectUsageError({"dump", "out.json", "frobnicate"},
                      "dump: \"frobnicate\" is neither its argument nor an operation; its form is: dump FILE");
-    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("tetra.obj"));
+    EXPECT_THAT(m_Folder.List(), ElementsAre("tetra.obj"));
 }
 
 TEST_F(BatchProcess, RefusesAnEmptyCommandLine)
@@ -319,7 +319,7 @@ TEST_F(BatchProcess, FailsOnAMissingModelAndRunsNothingBehindIt)
     EXPECT_THAT(result.errors, AllOf(StartsWith("tessarine-batch: import: cannot open "),
                                      HasSubstr("missing.obj"), HasSubstr("no such file")));
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
-    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("tetra.obj"));
+    EXPECT_THAT(m_Folder.List(), ElementsAre("tetra.obj"));
 }
 
 TEST_F(BatchProcess, FailsInAMissingFolder)
@@ -415,7 +415,7 @@ TEST_F(BatchProcess, CancelsTheDialogOfAMenuCommand)
 
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(nlohmann::json::parse(result.output)["nodes"][0]["faces"], 4); // the model stays
-    EXPECT_THAT(m_Folder.GetNames(), ElementsAre("tetra.obj"));
+    EXPECT_THAT(m_Folder.List(), ElementsAre("tetra.obj"));
 }
 
 TEST_F(BatchProcess, FailsOnMenuNumbersThatDoNothing)

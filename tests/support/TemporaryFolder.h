@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -42,6 +43,16 @@ public:
         std::ofstream(path, std::ios::binary) << bytes;
         return path;
     }
+
+    /// The whole of a file; empty where there is none.
+    std::string Read(const std::filesystem::path& name) const
+    {
+        std::ostringstream text;
+        text << std::ifstream(m_Path / name, std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    bool Has(const std::filesystem::path& name) const { return std::filesystem::exists(m_Path / name); }
 
     /// The names of all entries, to see that nothing was left behind.
     std::set<std::string> List() const

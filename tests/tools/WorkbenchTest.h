@@ -2,7 +2,7 @@
 #include "Capture.h"
 #include "IAWorkbench.h"
 #include "Meshes.h"
-#include <filesystem>
+#include "TemporaryFolder.h"
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
@@ -41,25 +41,6 @@ private:
     std::vector<Shown> m_Failures;
 };
 
-/// A folder of its own for a test, and the current one while it lives.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& GetPath() const { return m_Path; }
-    /// Writes a file below the folder, and makes its folders.
-    void Write(const std::string& name, const std::string& text) const;
-    std::string Read(const std::string& name) const;
-
-private:
-    std::filesystem::path m_Before;
-    std::filesystem::path m_Path;
-};
-
 /// A workbench on a platform and in a folder of its own. What it prints on the console is kept.
 class WorkbenchTest : public testing::Test
 {
@@ -73,7 +54,7 @@ protected:
 
     bool Import(const std::string& name);
 
-    TemporaryFolder m_Folder;
+    TemporaryCurrentFolder m_Folder;
     ConsoleCapture m_Console;
     AssertionCapture m_Assertions;
     RecordingPlatform m_Platform;
