@@ -34,6 +34,12 @@ public:
 
     /// One of the seven panes of the status bar, counted from the left.
     virtual void SetPaneText(int pane, const std::string& text) = 0;
+
+    /// Gives the view the cursor of a file, whose name is in the form of the dataset names ("res\\Orbit.CUR").
+    /// A file that is missing or broken makes the cursor vanish while it is over the view.
+    virtual void SetCursorFromFile(const std::string& name) = 0;
+    /// Gives the view the ordinary arrow.
+    virtual void SetArrowCursor() = 0;
 };
 
 /// The platform of the process. Asking before one was set is a programming error (std::logic_error).

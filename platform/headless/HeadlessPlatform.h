@@ -28,11 +28,16 @@ public:
     std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
     std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
     void SetPaneText(int pane, const std::string& text) override;
+    void SetCursorFromFile(const std::string& name) override { m_strCursor = name; }
+    void SetArrowCursor() override { m_strCursor.clear(); }
 
     /// Answers the next file dialog. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
 
     const std::string& GetPaneText(int pane) const { return m_PaneTexts.at(static_cast<std::size_t>(pane)); }
+
+    /// The file of the view's cursor; empty for the arrow.
+    const std::string& GetCursor() const { return m_strCursor; }
 
     /// What was shown so far, oldest first.
     const std::vector<Message>& GetMessages() const { return m_Messages; }
@@ -45,6 +50,7 @@ private:
 
     std::deque<std::string> m_FileAnswers;
     std::array<std::string, kPaneCount> m_PaneTexts;
+    std::string m_strCursor;
     std::vector<Message> m_Messages;
     std::vector<FileQuestion> m_FileQuestions;
 };

@@ -55,6 +55,16 @@ TEST(HeadlessPlatform, PrintsWhatTheConsoleHoldsBackBeforeAMessage)
     EXPECT_EQ(said, "held message box \"T\": text\n");
 }
 
+TEST(HeadlessPlatform, KeepsTheCursorOfTheView)
+{
+    HeadlessPlatform platform;
+    EXPECT_EQ(platform.GetCursor(), "");
+    platform.SetCursorFromFile("res\\Orbit.CUR");
+    EXPECT_EQ(platform.GetCursor(), "res\\Orbit.CUR");
+    platform.SetArrowCursor();
+    EXPECT_EQ(platform.GetCursor(), "");
+}
+
 TEST(HeadlessPlatform, KeepsWhatItsFileDialogsAsked)
 {
     HeadlessPlatform platform;
