@@ -288,9 +288,12 @@ TEST_F(BatchProcess, RefusesAnEmptyCommandLine)
     ExpectUsageError({"-q"}, "no operation is given");
 }
 
-TEST_F(BatchProcess, RefusesUnknownOptions)
+TEST_F(BatchProcess, RefusesOptionsThatSayNothing)
 {
     ExpectUsageError({"--frobnicate", "new"}, "unknown option --frobnicate");
+    ExpectUsageError({"-C", ".", "-C", ".", "export", "out.obj"},
+                     "option -C, --directory is given more than once; give it once");
+    ExpectUsageError({"--help=all"}, "option --help takes no value; leave out =all");
     ExpectUsageError({"--threads", "0", "new"}, "--threads: \"0\" is no whole number from 1");
     ExpectUsageError({"--window", "800", "new"},
                      "--window: \"800\" is no WxH, as 800x600, from 1x1 to 16384x16384");
