@@ -45,6 +45,10 @@ Image Decode(std::string_view bytes, const std::string& name)
     {
         throw ImageFault("its name must end in bmp, png, jpg, gif, tga or tiff");
     }
+    if (bytes.empty())
+    {
+        throw ImageFault("the file is empty");
+    }
     return format->decode(bytes);
 }
 

@@ -121,11 +121,7 @@ Image BmpReader::Read()
 
 void BmpReader::ReadHeaders()
 {
-    if (m_Reader.Take(2) != "BM")
-    {
-        throw ImageFault("it is no BMP file");
-    }
-    m_Reader.Take(8); // the file's size and two reserved fields: never to be relied on
+    m_Reader.Take(10); // the mark, the file's size and two reserved fields: never to be relied on
     m_nPixelOffset = m_Reader.Take32();
     const std::uint32_t headerSize = m_Reader.Take32();
     if (headerSize == kCoreHeader)
@@ -242,7 +238,7 @@ void BmpReader::RequirePixelBytes() const
 {
     if (GetStride() * static_cast<std::size_t>(m_nHeight) > m_Reader.GetLeft())
     {
-        throw ImageFault("the file ends before its picture does");
+        throw ImageFault(kEndsEarly);
     }
 }
 
@@ -381,6 +377,7 @@ Image BmpReader::ReadDirect()
 
 Image DecodeBmp(std::string_view bytes)
 {
+    CheckMark(bytes, "BM", "BMP");
     return BmpReader(bytes).Read();
 }
 }

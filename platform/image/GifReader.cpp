@@ -23,6 +23,10 @@ int OnRead(GifFileType* gif, GifByteType* out, int count)
 
 [[noreturn]] void Fail(int error)
 {
+    if (error == D_GIF_ERR_READ_FAILED || error == D_GIF_ERR_NO_SCRN_DSCR || error == D_GIF_ERR_EOF_TOO_SOON)
+    {
+        throw ImageFault(kEndsEarly);
+    }
     const char* reason = GifErrorString(error);
     throw ImageFault(std::string("its GIF data are broken (") +
                      (reason != nullptr ? reason : "no reason is known") + ")");
@@ -72,7 +76,8 @@ private:
     {
         if (result == GIF_ERROR)
         {
-            Fail(m_pGif->Error);
+            const bool isUnexplained = m_pGif->Error == D_GIF_SUCCEEDED; // as some short reads are
+            Fail(isUnexplained && m_Bytes.empty() ? D_GIF_ERR_EOF_TOO_SOON : m_pGif->Error);
         }
     }
 
@@ -195,6 +200,7 @@ private:
 
 Image DecodeGif(std::string_view bytes)
 {
+    CheckMark(bytes, "GIF8", "GIF");
     return GifReader(bytes).Read();
 }
 }

@@ -2,6 +2,14 @@
 
 namespace tessarine
 {
+void CheckMark(std::string_view bytes, std::string_view mark, const std::string& format)
+{
+    if (!mark.starts_with(bytes.substr(0, mark.size())))
+    {
+        throw ImageFault("it is no " + format + " file");
+    }
+}
+
 void CheckImageSize(std::int64_t width, std::int64_t height, int components)
 {
     if (width < 1 || height < 1)

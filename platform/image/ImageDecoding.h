@@ -2,6 +2,8 @@
 #include "Image.h"
 #include <cstdint>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace tessarine
 {
@@ -11,6 +13,12 @@ class ImageFault : public std::runtime_error
 public:
     using std::runtime_error::runtime_error;
 };
+
+inline constexpr char kEndsEarly[] = "the file ends before its picture does";
+
+/// Throws ImageFault when the file does not begin with the mark of its format; the part of it that a very short
+/// file has passes.
+void CheckMark(std::string_view bytes, std::string_view mark, const std::string& format);
 
 /// Throws ImageFault when a picture of this size is empty or larger than pictures may be.
 void CheckImageSize(std::int64_t width, std::int64_t height, int components);

@@ -50,7 +50,7 @@ void OnMessage(j_common_ptr jpeg, int level)
     case JWRN_JFIF_MAJOR:
     case JWRN_NOT_SEQUENTIAL:
     case JWRN_TOO_MUCH_DATA: return; // the picture is whole all the same
-    case JWRN_JPEG_EOF: GetExit(jpeg).call.Fail("the file ends before its picture does");
+    case JWRN_JPEG_EOF: GetExit(jpeg).call.Fail(kEndsEarly);
     default: OnError(jpeg);
     }
 }
@@ -206,6 +206,7 @@ private:
 
 Image DecodeJpeg(std::string_view bytes)
 {
+    CheckMark(bytes, "\xFF\xD8", "JPEG");
     return JpegReading(bytes).Read();
 }
 

@@ -136,7 +136,7 @@ void TgaReader::RequirePixelBytes() const
                                                  : pixels * pixelBytes;
     if (least > m_Reader.GetLeft())
     {
-        throw ImageFault("the file ends before its picture does");
+        throw ImageFault(kEndsEarly);
     }
 }
 

@@ -101,15 +101,13 @@ std::string FaultOfPpmSize(const PpmHeader& header, std::size_t bytes)
     {
         return "The PPM file has no pixels";
     }
-    if (header.width > kMostPixelsASide || header.height > kMostPixelsASide)
-    {
-        return "The PPM file is too large";
-    }
     const std::size_t needed =
         static_cast<std::size_t>(header.width) * static_cast<std::size_t>(header.height) * 3;
-    if (needed > kMostDecodedBytes)
+    if (header.width > kMostPixelsASide || header.height > kMostPixelsASide || needed > kMostDecodedBytes)
     {
-        return "The PPM file is too large";
+        return "The PPM file is too large: " + std::to_string(header.width) + " x " +
+               std::to_string(header.height) + " pixels; at most " + std::to_string(kMostPixelsASide) +
+               " a side and " + std::to_string(kMostDecodedBytes >> 20U) + " MiB are read";
     }
     return needed > bytes - header.pixelOffset ? "The PPM file ends before its pixels do" : "";
 }
