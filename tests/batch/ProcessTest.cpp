@@ -158,6 +158,54 @@ TEST_F(BatchProcess, WorksInTheFolderOfItsOption)
     EXPECT_EQ(Run({"--directory=below", "-s", "run.txt"}).status, 0);
 }
 
+TEST_F(BatchProcess, FindsFilesToReadWhateverTheirCaseAndBackslashes)
+{
+    m_Folder.Write("Data/Run.txt", "import models\\TETRA.OBJ\n");
+    m_Folder.Write("Data/Models/tetra.obj", std::string("mtllib tetra.mtl\nusemtl red\n") + kTetrahedron);
+    m_Folder.Write("Data/Models/tetra.mtl", "newmtl red\nKd 1 0 0\n");
+
+    const ProcessResult result = Run({"-q", "-C", "DATA", "-s", "run.TXT", "dump", "-"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_EQ(nlohmann::json::parse(result.output)["materials"][0]["name"], "red"); // beside the model
+}
+
+TEST_F(BatchProcess, WritesFilesUnderTheirOwnLastNameInFoldersOfAnyCase)
+{
+    m_Folder.Write("Data/OUT.OBJ", "old");
+    m_Folder.Write("Data/OUT.JSON", "old");
+
+    EXPECT_EQ(Run({"import", "tetra.obj", "export", "DATA/out.obj", "report", "data\\out.json", "dump",
+                   "dATA/dump.json"})
+                  .status,
+              0);
+    EXPECT_TRUE(m_Folder.Has("Data/out.obj") && m_Folder.Has("Data/out.json") &&
+                m_Folder.Has("Data/dump.json"));
+    EXPECT_EQ(m_Folder.Read("Data/OUT.OBJ") + m_Folder.Read("Data/OUT.JSON"), "oldold");
+}
+
+TEST_F(BatchProcess, NamesBothFilesThatANameCouldMean)
+{
+    for (const char* name : {"Data/tetra.obj", "DATA/tetra.obj", "Data/RUN.txt", "Data/run.TXT"})
+    {
+        m_Folder.Write(name, kTetrahedron);
+    }
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"import", "data/tetra.obj"},
+                                               {"export", "data/out.obj"},
+                                               {"report", "data/r"},
+                                               {"dump", "data/d"}})
+    {
+        const ProcessResult result = Run(words);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors,
+                    AllOf(StartsWith("tessarine-batch: " + words[0] + ": cannot tell which file data"),
+                          HasSubstr("there are DATA and Data; rename one of them")));
+    }
+    EXPECT_THAT(Run({"-C", "data", "new"}).errors, HasSubstr("there are DATA and Data"));
+    EXPECT_THAT(Run({"-s", "Data/run.txt"}).errors, HasSubstr("there are Data/RUN.txt and Data/run.TXT"));
+}
+
 TEST_F(BatchProcess, TakesTheWordBehindTwoDashesForAFile)
 {
     m_Folder.Write("report", kTetrahedron);

@@ -91,6 +91,16 @@ TEST(HeadlessPlatform, MakesTheFolderOfTheChoiceTheCurrentOne)
     EXPECT_EQ(GetCurrentFolder(), folder / "models");
 }
 
+TEST(HeadlessPlatform, FindsTheFolderOfTheChoiceWhateverItsCase)
+{
+    const TemporaryCurrentFolder folder;
+    std::filesystem::create_directory("models");
+    HeadlessPlatform platform;
+    platform.AnswerFile("MODELS\\One.obj");
+    EXPECT_EQ(platform.AskSaveFile({}), folder / "models/One.obj");
+    EXPECT_EQ(GetCurrentFolder(), folder / "models");
+}
+
 TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
 {
     const TemporaryCurrentFolder folder;
