@@ -17,7 +17,7 @@ constexpr const char* kVersion = "tessarine-batch " TESSARINE_VERSION "\n";
 std::vector<OperationCall> ReadScript(const std::string& name)
 {
     return name == "-" ? ParseScript(ReadStandardInput(), "standard input")
-                       : ParseScript(ReadFile(ResolveForReading(name)), name);
+                       : ParseScript(ReadStream(ResolveForReading(name)), name);
 }
 
 /// Those of the script come first.

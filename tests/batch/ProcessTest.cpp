@@ -1,9 +1,13 @@
 #include "BatchProcess.h"
 #include "DumpCheck.h"
 #include "File.h"
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace tessarine;
 using testing::AllOf;
@@ -289,6 +293,22 @@ TEST_F(BatchProcess, ReadsAScriptFromStandardInput)
 
     EXPECT_EQ(result.status, 0);
     EXPECT_TRUE(m_Folder.Has("out.obj"));
+}
+
+TEST_F(BatchProcess, ReadsAScriptFromAPipe)
+{
+    const std::string name = (m_Folder.GetPath() / "pipe").string();
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name) << "import tetra.obj\nexport out.obj\n"; });
+    const ProcessResult result = Run({"-q", "-s", "pipe"});
+    const int end = open(name.c_str(), O_RDONLY | O_NONBLOCK); // the writer goes on though nobody has read
+    writer.join();
+    close(end);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(m_Folder.Has("out.obj"));
+
+    EXPECT_EQ(Run({"-q", "-s", "/dev/stdin"}, "import tetra.obj\nexport second.obj\n").status, 0);
+    EXPECT_TRUE(m_Folder.Has("second.obj"));
 }
 
 TEST_F(BatchProcess, ChecksTheWholeScriptBeforeItRuns)
