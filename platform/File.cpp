@@ -389,7 +389,9 @@ fs::path GetCurrentFolder()
     fs::path folder = fs::current_path(error);
     if (error)
     {
-        throw FileError("cannot tell the current folder: " + ReasonOf(error.value()));
+        throw FileError("cannot tell the current folder: " + (error.value() == ENOENT
+                                                                  ? "it was removed; start from another one"
+                                                                  : ReasonOf(error.value())));
     }
     return folder;
 }
@@ -405,17 +407,18 @@ void SetCurrentFolder(const fs::path& folder)
     }
 }
 
-CurrentFolderGuard::CurrentFolderGuard() : m_Folder(GetCurrentFolder())
+CurrentFolderGuard::CurrentFolderGuard() : m_nFolder(::open(".", O_PATH | O_DIRECTORY | O_CLOEXEC))
 {
-    if (::chdir(".") != 0) // once left, it could not be entered again
+    if (m_nFolder < 0) // once left, it could not be entered again
     {
-        Refuse("work in the folder", m_Folder, ReasonOf(errno) + "; start from another one");
+        const std::string reason = ReasonOf(errno) + "; start from another one";
+        Refuse("work in the folder", GetCurrentFolder(), reason);
     }
 }
 
 CurrentFolderGuard::~CurrentFolderGuard()
 {
-    std::error_code error; // a folder that was removed meanwhile cannot be entered again
-    fs::current_path(m_Folder, error);
+    static_cast<void>(::fchdir(m_nFolder)); // a folder that was closed meanwhile stays left
+    ::close(m_nFolder);
 }
 }

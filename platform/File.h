@@ -56,17 +56,17 @@ private:
     int m_nDescriptor = -1;
 };
 
-/// Throws FileError when the current folder is no longer there.
 /// Lets the signals that a user ends a program with take an unfinished file along. For the start of a program that
 /// has one file in work at a time.
 void RemoveTemporaryFilesOnSignals();
 
+/// Throws FileError when the current folder is no longer there.
 std::filesystem::path GetCurrentFolder();
 
 /// Throws FileError.
 void SetCurrentFolder(const std::filesystem::path& folder);
 
-/// Makes the current folder of its construction current again at its end.
+/// Makes the current folder of its construction current again at its end, also one that was moved or removed.
 class CurrentFolderGuard
 {
 public:
@@ -77,6 +77,6 @@ public:
     CurrentFolderGuard& operator=(const CurrentFolderGuard&) = delete;
 
 private:
-    std::filesystem::path m_Folder;
+    int m_nFolder;
 };
 }

@@ -49,7 +49,11 @@ std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer()
     }
     const std::string answer = std::move(m_FileAnswers.front());
     m_FileAnswers.pop_front();
-    const std::filesystem::path choice = GetCurrentFolder() / ResolveForWriting(answer);
+    std::filesystem::path choice = ResolveForWriting(answer);
+    if (choice.is_relative())
+    {
+        choice = GetCurrentFolder() / choice;
+    }
     SetCurrentFolder(choice.parent_path());
     return choice;
 }

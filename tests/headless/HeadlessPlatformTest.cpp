@@ -101,6 +101,21 @@ TEST(HeadlessPlatform, FindsTheFolderOfTheChoiceWhateverItsCase)
     EXPECT_EQ(GetCurrentFolder(), folder / "models");
 }
 
+TEST(HeadlessPlatform, NeedsNoCurrentFolderForAWholePath)
+{
+    const TemporaryFolder folder;
+    const CurrentFolderGuard home;
+    {
+        const TemporaryFolder gone;
+        SetCurrentFolder(gone.GetPath());
+    }
+    HeadlessPlatform platform;
+    platform.AnswerFile("relative.obj");
+    EXPECT_THROW(platform.AskOpenFile({}), FileError);
+    platform.AnswerFile((folder / "whole.obj").string());
+    EXPECT_EQ(platform.AskOpenFile({}), folder / "whole.obj");
+}
+
 TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
 {
     const TemporaryCurrentFolder folder;

@@ -438,6 +438,26 @@ TEST(CurrentFolder, IsRestoredByItsGuard)
     EXPECT_EQ(GetCurrentFolder(), before);
 }
 
+TEST(CurrentFolder, IsRestoredAlsoWhereItWasMovedOrRemoved)
+{
+    const TemporaryFolder folder;
+    const CurrentFolderGuard home;
+    fs::create_directory(folder / "before");
+    SetCurrentFolder(folder / "before");
+    {
+        const CurrentFolderGuard guard;
+        SetCurrentFolder("/");
+        fs::rename(folder / "before", folder / "after");
+    }
+    EXPECT_EQ(GetCurrentFolder(), folder / "after");
+    fs::remove(folder / "after");
+    {
+        const CurrentFolderGuard guard;
+        SetCurrentFolder("/");
+    }
+    EXPECT_THAT(FaultOf([] { GetCurrentFolder(); }), HasSubstr("it was removed"));
+}
+
 TEST(CurrentFolder, IsNotOneThatIsMissing)
 {
     EXPECT_EQ(FaultOf([] { SetCurrentFolder("/no/such/folder"); }),
@@ -451,7 +471,8 @@ TEST(CurrentFolder, IsToldToBeGoneWhenItWasRemoved)
         const TemporaryFolder folder;
         SetCurrentFolder(folder.GetPath());
     }
-    EXPECT_THAT(FaultOf([] { GetCurrentFolder(); }), StartsWith("cannot tell the current folder: "));
+    EXPECT_EQ(FaultOf([] { GetCurrentFolder(); }),
+              "cannot tell the current folder: it was removed; start from another one");
     EXPECT_EQ(FaultOfReading("x"), "cannot open x: no such file");
 }
 
