@@ -50,11 +50,11 @@ public:
         }
     }
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         GoToFirstFrame();
         const GifImageDesc& frame = m_pGif->Image;
-        Image screen = MakeScreen();
+        Image screen = MakeScreen(budget);
         CheckImageSize(frame.Width, frame.Height, 1);
         const ColorMapObject* colours = frame.ColorMap != nullptr ? frame.ColorMap : m_pGif->SColorMap;
         if (colours == nullptr)
@@ -130,11 +130,13 @@ private:
     }
 
     /// The screen in its background colour; black where the file names none.
-    Image MakeScreen() const
+    Image MakeScreen(ImageBudget& budget) const
     {
         const bool hasScreen = m_pGif->SWidth > 0 && m_pGif->SHeight > 0;
-        Image screen = MakeImage(hasScreen ? m_pGif->SWidth : m_pGif->Image.Width,
-                                 hasScreen ? m_pGif->SHeight : m_pGif->Image.Height, 3);
+        const int width = hasScreen ? m_pGif->SWidth : m_pGif->Image.Width;
+        const int height = hasScreen ? m_pGif->SHeight : m_pGif->Image.Height;
+        TakePixels(budget, width, height, 3);
+        Image screen = MakeImage(width, height, 3);
         const ColorMapObject* colours = m_pGif->SColorMap;
         if (colours != nullptr && m_pGif->SBackGroundColor < colours->ColorCount)
         {
@@ -198,9 +200,9 @@ private:
 };
 }
 
-Image DecodeGif(std::string_view bytes)
+Image DecodeGif(std::string_view bytes, ImageBudget& budget)
 {
     CheckMark(bytes, "GIF8", "GIF");
-    return GifReader(bytes).Read();
+    return GifReader(bytes).Read(budget);
 }
 }

@@ -28,6 +28,15 @@ void CheckImageSize(std::int64_t width, std::int64_t height, int components)
     }
 }
 
+void TakePixels(ImageBudget& budget, std::int64_t width, std::int64_t height, int components)
+{
+    CheckImageSize(width, height, components);
+    if (!budget.Take(static_cast<std::size_t>(width * height * components)))
+    {
+        throw ImageFault(budget.GetRefusal());
+    }
+}
+
 Image MakeImage(std::int64_t width, std::int64_t height, int components)
 {
     CheckImageSize(width, height, components);

@@ -23,6 +23,10 @@ void CheckMark(std::string_view bytes, std::string_view mark, const std::string&
 /// Throws ImageFault when a picture of this size is empty or larger than pictures may be.
 void CheckImageSize(std::int64_t width, std::int64_t height, int components);
 
+/// Checks the size and takes its bytes. Throws ImageFault also when the budget has not so many. For a decoder, once,
+/// before it allocates.
+void TakePixels(ImageBudget& budget, std::int64_t width, std::int64_t height, int components);
+
 /// A black picture. Throws as CheckImageSize does, before it allocates.
 Image MakeImage(std::int64_t width, std::int64_t height, int components);
 

@@ -82,10 +82,12 @@ public:
     JpegReading(const JpegReading&) = delete;
     JpegReading& operator=(const JpegReading&) = delete;
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         m_Exit.call.Run([this] { ReadHeader(); });
-        Image image = MakeImage(m_Jpeg.image_width, m_Jpeg.image_height, m_Jpeg.num_components == 1 ? 1 : 3);
+        const int components = m_Jpeg.num_components == 1 ? 1 : 3;
+        TakePixels(budget, m_Jpeg.image_width, m_Jpeg.image_height, components);
+        Image image = MakeImage(m_Jpeg.image_width, m_Jpeg.image_height, components);
         std::vector<JSAMPLE> inks(IsInInks() ? std::size_t{4} * m_Jpeg.image_width : 0);
         m_Exit.call.Run(
             [&]
@@ -204,10 +206,10 @@ private:
 };
 }
 
-Image DecodeJpeg(std::string_view bytes)
+Image DecodeJpeg(std::string_view bytes, ImageBudget& budget)
 {
     CheckMark(bytes, "\xFF\xD8", "JPEG");
-    return JpegReading(bytes).Read();
+    return JpegReading(bytes).Read(budget);
 }
 
 std::string EncodeJpeg(const Image& image)

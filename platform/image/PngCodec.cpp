@@ -72,12 +72,15 @@ public:
     PngReading(const PngReading&) = delete;
     PngReading& operator=(const PngReading&) = delete;
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         m_Call.Run([this] { ReadHeader(); });
         CheckLength();
-        Image image = MakeImage(png_get_image_width(m_pPng, m_pInfo), png_get_image_height(m_pPng, m_pInfo),
-                                png_get_channels(m_pPng, m_pInfo));
+        const png_uint_32 width = png_get_image_width(m_pPng, m_pInfo);
+        const png_uint_32 height = png_get_image_height(m_pPng, m_pInfo);
+        const int components = png_get_channels(m_pPng, m_pInfo);
+        TakePixels(budget, width, height, components);
+        Image image = MakeImage(width, height, components);
         std::vector<png_bytep> rows = RowsFromTop(image);
         m_Call.Run(
             [this, &rows]
@@ -200,10 +203,10 @@ private:
 };
 }
 
-Image DecodePng(std::string_view bytes)
+Image DecodePng(std::string_view bytes, ImageBudget& budget)
 {
     CheckHeader(bytes);
-    return PngReading(bytes).Read();
+    return PngReading(bytes).Read(budget);
 }
 
 std::string EncodePng(const Image& image)

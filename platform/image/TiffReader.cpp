@@ -148,7 +148,7 @@ class TiffReader
 public:
     explicit TiffReader(std::string_view bytes) : m_Source{bytes} { Open(); }
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         const bool isComplete = TIFFReadDirectory(m_pTiff.get()) != 0;
         std::uint32_t width = 0;
@@ -169,7 +169,7 @@ public:
         {
             Fail(reading.GetReason());
         }
-        CheckImageSize(width, height, reading.GetComponents());
+        TakePixels(budget, width, height, reading.GetComponents());
         const auto raster = std::make_unique_for_overwrite<std::uint32_t[]>(std::size_t{width} * height);
         if (!reading.ReadFromBottom(raster.get()))
         {
@@ -266,9 +266,9 @@ private:
 };
 }
 
-Image DecodeTiff(std::string_view bytes)
+Image DecodeTiff(std::string_view bytes, ImageBudget& budget)
 {
     CheckIsTiff(bytes);
-    return TiffReader(bytes).Read();
+    return TiffReader(bytes).Read(budget);
 }
 }
