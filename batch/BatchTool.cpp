@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "ErrorLine.h"
 #include "File.h"
+#include "Path.h"
 #include "Streams.h"
 #include <exception>
 #include <new>
@@ -16,7 +17,7 @@ constexpr const char* kVersion = "tessarine-batch " TESSARINE_VERSION "\n";
 std::vector<OperationCall> ReadScript(const std::string& name)
 {
     return name == "-" ? ParseScript(ReadStandardInput(), "standard input")
-                       : ParseScript(ReadFile(name), name);
+                       : ParseScript(ReadStream(ResolveForReading(name)), name);
 }
 
 /// Those of the script come first.
@@ -46,7 +47,7 @@ std::vector<OperationCall> Prepare(const BatchOptions& options)
     {
         if (options.folder)
         {
-            SetCurrentFolder(*options.folder);
+            SetCurrentFolder(ResolveForReading(*options.folder));
         }
         return ReadOperations(options);
     }

@@ -1,6 +1,8 @@
 #include "HeadlessPlatform.h"
 #include "ErrorLine.h"
 #include "File.h"
+#include "Path.h"
+#include <utility>
 
 namespace tessarine
 {
@@ -45,8 +47,13 @@ std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer()
     {
         return std::nullopt;
     }
-    const std::filesystem::path choice = GetCurrentFolder() / m_FileAnswers.front();
+    const std::string answer = std::move(m_FileAnswers.front());
     m_FileAnswers.pop_front();
+    std::filesystem::path choice = ResolveForWriting(answer);
+    if (choice.is_relative())
+    {
+        choice = GetCurrentFolder() / choice;
+    }
     SetCurrentFolder(choice.parent_path());
     return choice;
 }

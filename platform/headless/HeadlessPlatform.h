@@ -38,7 +38,8 @@ public:
     /// Whether somebody looks at the next frame. In the beginning somebody does.
     void SetWatched(bool watched) { m_OffscreenView.isWatched = watched; }
 
-    /// Answers the next file dialog. An empty queue answers "cancel".
+    /// Answers the next file dialog, which finds the folders of the name whatever their letter case, see Path.h, and
+    /// keeps its last part. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
 
     const std::string& GetPaneText(int pane) const { return m_PaneTexts.at(static_cast<std::size_t>(pane)); }

@@ -1,9 +1,13 @@
 #include "BatchProcess.h"
 #include "DumpCheck.h"
 #include "File.h"
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace tessarine;
 using testing::AllOf;
@@ -158,6 +162,54 @@ TEST_F(BatchProcess, WorksInTheFolderOfItsOption)
     EXPECT_EQ(Run({"--directory=below", "-s", "run.txt"}).status, 0);
 }
 
+TEST_F(BatchProcess, FindsFilesToReadWhateverTheirCaseAndBackslashes)
+{
+    m_Folder.Write("Data/Run.txt", "import models\\TETRA.OBJ\n");
+    m_Folder.Write("Data/Models/tetra.obj", std::string("mtllib tetra.mtl\nusemtl red\n") + kTetrahedron);
+    m_Folder.Write("Data/Models/tetra.mtl", "newmtl red\nKd 1 0 0\n");
+
+    const ProcessResult result = Run({"-q", "-C", "DATA", "-s", "run.TXT", "dump", "-"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_EQ(nlohmann::json::parse(result.output)["materials"][0]["name"], "red"); // beside the model
+}
+
+TEST_F(BatchProcess, WritesFilesUnderTheirOwnLastNameInFoldersOfAnyCase)
+{
+    m_Folder.Write("Data/OUT.OBJ", "old");
+    m_Folder.Write("Data/OUT.JSON", "old");
+
+    EXPECT_EQ(Run({"import", "tetra.obj", "export", "DATA/out.obj", "report", "data\\out.json", "dump",
+                   "dATA/dump.json"})
+                  .status,
+              0);
+    EXPECT_TRUE(m_Folder.Has("Data/out.obj") && m_Folder.Has("Data/out.json") &&
+                m_Folder.Has("Data/dump.json"));
+    EXPECT_EQ(m_Folder.Read("Data/OUT.OBJ") + m_Folder.Read("Data/OUT.JSON"), "oldold");
+}
+
+TEST_F(BatchProcess, NamesBothFilesThatANameCouldMean)
+{
+    for (const char* name : {"Data/tetra.obj", "DATA/tetra.obj", "Data/RUN.txt", "Data/run.TXT"})
+    {
+        m_Folder.Write(name, kTetrahedron);
+    }
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"import", "data/tetra.obj"},
+                                               {"export", "data/out.obj"},
+                                               {"report", "data/r"},
+                                               {"dump", "data/d"}})
+    {
+        const ProcessResult result = Run(words);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors,
+                    AllOf(StartsWith("tessarine-batch: " + words[0] + ": cannot tell which file data"),
+                          HasSubstr("there are DATA and Data; rename one of them")));
+    }
+    EXPECT_THAT(Run({"-C", "data", "new"}).errors, HasSubstr("there are DATA and Data"));
+    EXPECT_THAT(Run({"-s", "Data/run.txt"}).errors, HasSubstr("there are Data/RUN.txt and Data/run.TXT"));
+}
+
 TEST_F(BatchProcess, TakesTheWordBehindTwoDashesForAFile)
 {
     m_Folder.Write("report", kTetrahedron);
@@ -243,6 +295,22 @@ TEST_F(BatchProcess, ReadsAScriptFromStandardInput)
     EXPECT_TRUE(m_Folder.Has("out.obj"));
 }
 
+TEST_F(BatchProcess, ReadsAScriptFromAPipe)
+{
+    const std::string name = (m_Folder.GetPath() / "pipe").string();
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name) << "import tetra.obj\nexport out.obj\n"; });
+    const ProcessResult result = Run({"-q", "-s", "pipe"});
+    const int end = open(name.c_str(), O_RDONLY | O_NONBLOCK); // the writer goes on though nobody has read
+    writer.join();
+    close(end);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(m_Folder.Has("out.obj"));
+
+    EXPECT_EQ(Run({"-q", "-s", "/dev/stdin"}, "import tetra.obj\nexport second.obj\n").status, 0);
+    EXPECT_TRUE(m_Folder.Has("second.obj"));
+}
+
 TEST_F(BatchProcess, ChecksTheWholeScriptBeforeItRuns)
 {
     m_Folder.Write("run.txt", "import tetra.obj\nexport out.obj\nfrobnicate\n");
@@ -288,9 +356,12 @@ TEST_F(BatchProcess, RefusesAnEmptyCommandLine)
     ExpectUsageError({"-q"}, "no operation is given");
 }
 
-TEST_F(BatchProcess, RefusesUnknownOptions)
+TEST_F(BatchProcess, RefusesOptionsThatSayNothing)
 {
     ExpectUsageError({"--frobnicate", "new"}, "unknown option --frobnicate");
+    ExpectUsageError({"-C", ".", "-C", ".", "export", "out.obj"},
+                     "option -C, --directory is given more than once; give it once");
+    ExpectUsageError({"--help=all"}, "option --help takes no value; leave out =all");
     ExpectUsageError({"--threads", "0", "new"}, "--threads: \"0\" is no whole number from 1");
     ExpectUsageError({"--window", "800", "new"},
                      "--window: \"800\" is no WxH, as 800x600, from 1x1 to 16384x16384");

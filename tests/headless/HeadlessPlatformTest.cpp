@@ -91,6 +91,31 @@ TEST(HeadlessPlatform, MakesTheFolderOfTheChoiceTheCurrentOne)
     EXPECT_EQ(GetCurrentFolder(), folder / "models");
 }
 
+TEST(HeadlessPlatform, FindsTheFolderOfTheChoiceWhateverItsCase)
+{
+    const TemporaryCurrentFolder folder;
+    std::filesystem::create_directory("models");
+    HeadlessPlatform platform;
+    platform.AnswerFile("MODELS\\One.obj");
+    EXPECT_EQ(platform.AskSaveFile({}), folder / "models/One.obj");
+    EXPECT_EQ(GetCurrentFolder(), folder / "models");
+}
+
+TEST(HeadlessPlatform, NeedsNoCurrentFolderForAWholePath)
+{
+    const TemporaryFolder folder;
+    const CurrentFolderGuard home;
+    {
+        const TemporaryFolder gone;
+        SetCurrentFolder(gone.GetPath());
+    }
+    HeadlessPlatform platform;
+    platform.AnswerFile("relative.obj");
+    EXPECT_THROW(platform.AskOpenFile({}), FileError);
+    platform.AnswerFile((folder / "whole.obj").string());
+    EXPECT_EQ(platform.AskOpenFile({}), folder / "whole.obj");
+}
+
 TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
 {
     const TemporaryCurrentFolder folder;
