@@ -38,8 +38,7 @@ public:
     /// Whether somebody looks at the next frame. In the beginning somebody does.
     void SetWatched(bool watched) { m_OffscreenView.isWatched = watched; }
 
-    /// Answers the next file dialog, which finds the folders of the name whatever their letter case, see Path.h, and
-    /// keeps its last part. An empty queue answers "cancel".
+    /// Answers the next file dialog. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
 
     const std::string& GetPaneText(int pane) const { return m_PaneTexts.at(static_cast<std::size_t>(pane)); }
@@ -54,7 +53,7 @@ public:
     const std::vector<FileQuestion>& GetFileQuestions() const { return m_FileQuestions; }
 
 private:
-    std::optional<std::filesystem::path> TakeFileAnswer();
+    std::optional<std::filesystem::path> TakeFileAnswer(const FileQuestion& question);
 
     std::deque<std::string> m_FileAnswers;
     std::array<std::string, kPaneCount> m_PaneTexts;
