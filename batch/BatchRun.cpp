@@ -11,7 +11,7 @@ namespace tessarine
 BatchRun::BatchRun(const BatchOptions& options)
     : m_pPlatformBefore(SetPlatform(&m_Platform)),
       m_SinkBefore(DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); })),
-      m_bQuiet(options.quiet)
+      m_bHeardBefore(DebugConsole().SetHeard(!options.quiet))
 {
     m_Workbench.GetView().Resize(0, 0, options.viewWidth, options.viewHeight);
 }
@@ -19,6 +19,7 @@ BatchRun::BatchRun(const BatchOptions& options)
 BatchRun::~BatchRun()
 {
     DebugConsole().SetSink(m_SinkBefore);
+    DebugConsole().SetHeard(m_bHeardBefore);
     SetPlatform(m_pPlatformBefore);
 }
 
@@ -60,10 +61,6 @@ void BatchRun::WriteOutput(std::string_view text)
 /// cannot be written fails the operation at its end.
 void BatchRun::TakeConsoleText(std::string_view text)
 {
-    if (m_bQuiet || !m_strLostConsole.empty())
-    {
-        return;
-    }
     try
     {
         ProgressLine::Erase();
@@ -72,6 +69,7 @@ void BatchRun::TakeConsoleText(std::string_view text)
     catch (const FileError& error)
     {
         m_strLostConsole = error.what();
+        DebugConsole().SetHeard(false);
     }
 }
 
