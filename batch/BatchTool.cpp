@@ -3,7 +3,6 @@
 #include "CommandLine.h"
 #include "ErrorLine.h"
 #include "File.h"
-#include "Path.h"
 #include "Streams.h"
 #include <exception>
 #include <new>
@@ -17,7 +16,7 @@ constexpr const char* kVersion = "tessarine-batch " TESSARINE_VERSION "\n";
 std::vector<OperationCall> ReadScript(const std::string& name)
 {
     return name == "-" ? ParseScript(ReadStandardInput(), "standard input")
-                       : ParseScript(ReadStream(ResolveForReading(name)), name);
+                       : ParseScript(ReadStream(name), name);
 }
 
 /// Those of the script come first.
@@ -47,7 +46,7 @@ std::vector<OperationCall> Prepare(const BatchOptions& options)
     {
         if (options.folder)
         {
-            SetCurrentFolder(ResolveForReading(*options.folder));
+            SetCurrentFolder(*options.folder);
         }
         return ReadOperations(options);
     }

@@ -5,7 +5,6 @@
 #include "Failure.h"
 #include "File.h"
 #include "IACommandRouter.h"
-#include "Path.h"
 #include "Report.h"
 #include <algorithm>
 #include <limits>
@@ -77,7 +76,7 @@ void WriteResult(BatchRun& run, const std::string& name, TWrite write)
         write([&run](std::string_view text) { run.WriteOutput(text); });
         return;
     }
-    ReplacingFile file(ResolveForWriting(name));
+    ReplacingFile file(name);
     write([&file](std::string_view text) { file.Write(text); });
     file.Commit();
 }

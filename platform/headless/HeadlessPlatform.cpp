@@ -1,7 +1,6 @@
 #include "HeadlessPlatform.h"
 #include "ErrorLine.h"
 #include "File.h"
-#include "Path.h"
 #include <utility>
 
 namespace tessarine
@@ -29,37 +28,56 @@ void HeadlessPlatform::ShowFailure(const std::string& operation, const std::stri
     PrintErrorLine("tessarine-batch: " + operation + ": " + reason);
 }
 
+/// A file to open may be missing with its folder: whoever opens it says so.
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)
 {
-    m_FileQuestions.push_back(question);
-    return TakeFileAnswer();
+    const auto choice = TakeFileAnswer(question);
+    if (choice && std::filesystem::is_directory(choice->parent_path()))
+    {
+        SetCurrentFolder(choice->parent_path());
+    }
+    return choice;
 }
 
 std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& question)
 {
-    m_FileQuestions.push_back(question);
-    return TakeFileAnswer();
+    const auto choice = TakeFileAnswer(question);
+    if (choice)
+    {
+        SetCurrentFolder(choice->parent_path());
+    }
+    return choice;
 }
 
-std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer()
+std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer(const FileQuestion& question)
 {
+    m_FileQuestions.push_back(question);
     if (m_FileAnswers.empty())
     {
         return std::nullopt;
     }
-    const std::string answer = std::move(m_FileAnswers.front());
+    std::filesystem::path choice = std::move(m_FileAnswers.front());
     m_FileAnswers.pop_front();
-    std::filesystem::path choice = ResolveForWriting(answer);
     if (choice.is_relative())
     {
         choice = GetCurrentFolder() / choice;
     }
-    SetCurrentFolder(choice.parent_path());
     return choice;
 }
 
 void HeadlessPlatform::SetPaneText(int pane, const std::string& text)
 {
     m_PaneTexts.at(static_cast<std::size_t>(pane)) = text;
+}
+
+void HeadlessPlatform::SetViewSize(int width, int height)
+{
+    m_OffscreenView.width = width;
+    m_OffscreenView.height = height;
+}
+
+std::unique_ptr<GLSurface> HeadlessPlatform::CreateGLSurface()
+{
+    return std::make_unique<OffscreenSurface>(m_OffscreenView);
 }
 }

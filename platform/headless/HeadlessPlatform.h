@@ -1,4 +1,5 @@
 #pragma once
+#include "OffscreenSurface.h"
 #include "Platform.h"
 #include <array>
 #include <deque>
@@ -30,9 +31,14 @@ public:
     void SetPaneText(int pane, const std::string& text) override;
     void SetCursorFromFile(const std::string& name) override { m_strCursor = name; }
     void SetArrowCursor() override { m_strCursor.clear(); }
+    std::unique_ptr<GLSurface> CreateGLSurface() override;
 
-    /// Answers the next file dialog, which finds the folders of the name whatever their letter case, see Path.h, and
-    /// keeps its last part. An empty queue answers "cancel".
+    /// The size of the view in pixels, for the surfaces that there are and those to come.
+    void SetViewSize(int width, int height);
+    /// Whether somebody looks at the next frame. In the beginning somebody does.
+    void SetWatched(bool watched) { m_OffscreenView.isWatched = watched; }
+
+    /// Answers the next file dialog. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
 
     const std::string& GetPaneText(int pane) const { return m_PaneTexts.at(static_cast<std::size_t>(pane)); }
@@ -47,11 +53,12 @@ public:
     const std::vector<FileQuestion>& GetFileQuestions() const { return m_FileQuestions; }
 
 private:
-    std::optional<std::filesystem::path> TakeFileAnswer();
+    std::optional<std::filesystem::path> TakeFileAnswer(const FileQuestion& question);
 
     std::deque<std::string> m_FileAnswers;
     std::array<std::string, kPaneCount> m_PaneTexts;
     std::string m_strCursor;
+    OffscreenView m_OffscreenView;
     std::vector<Message> m_Messages;
     std::vector<FileQuestion> m_FileQuestions;
 };

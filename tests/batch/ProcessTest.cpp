@@ -95,7 +95,7 @@ TEST_F(BatchProcess, HoldsTheConsoleBackWhenQuietButNotWhatIsAskedFor)
 
     const ProcessResult result = Run({"--quiet", "import", "tetra.obj", "report", "-", "status"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.output, AllOf(StartsWith("{\n  \"nodes\": [{"), HasSubstr("}\n就绪\n")));
+    EXPECT_THAT(result.output, AllOf(StartsWith("{\n  \"nodes\": [\n    {\"id\""), HasSubstr("}\n就绪\n")));
 }
 
 TEST_F(BatchProcess, PrintsTheVersion)
@@ -162,52 +162,28 @@ TEST_F(BatchProcess, WorksInTheFolderOfItsOption)
     EXPECT_EQ(Run({"--directory=below", "-s", "run.txt"}).status, 0);
 }
 
-TEST_F(BatchProcess, FindsFilesToReadWhateverTheirCaseAndBackslashes)
+TEST_F(BatchProcess, TakesNamesAsTheyStand)
 {
-    m_Folder.Write("Data/Run.txt", "import models\\TETRA.OBJ\n");
-    m_Folder.Write("Data/Models/tetra.obj", std::string("mtllib tetra.mtl\nusemtl red\n") + kTetrahedron);
-    m_Folder.Write("Data/Models/tetra.mtl", "newmtl red\nKd 1 0 0\n");
-
-    const ProcessResult result = Run({"-q", "-C", "DATA", "-s", "run.TXT", "dump", "-"});
+    m_Folder.Write("a\\b.obj", kTetrahedron);
+    m_Folder.Write("a/b.obj", "v 0 0 0\n");
+    const ProcessResult result = Run({"import", "a\\b.obj", "export", "c\\d.obj", "report", "e\\f.json"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.errors, IsEmpty());
-    EXPECT_EQ(nlohmann::json::parse(result.output)["materials"][0]["name"], "red"); // beside the model
+    EXPECT_THAT(result.output, HasSubstr("m_VertexList.SIZE(): 4"));
+    EXPECT_TRUE(m_Folder.Has("c\\d.obj") && m_Folder.Has("e\\f.json"));
+
+    EXPECT_EQ(Run({"import", "TETRA.obj"}).status, 1);
+    EXPECT_EQ(Run({"-s", "Run.txt"}).status, 2);
 }
 
-TEST_F(BatchProcess, WritesFilesUnderTheirOwnLastNameInFoldersOfAnyCase)
+TEST_F(BatchProcess, SaysOnTheConsoleThatAFileInAMissingFolderCannotBeOpened)
 {
-    m_Folder.Write("Data/OUT.OBJ", "old");
-    m_Folder.Write("Data/OUT.JSON", "old");
+    const ProcessResult result = Run({"import", "missing/a.obj"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "Cannot open file!!\n");
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("missing/a.obj: no such f"), HasSubstr("tessarine-batch: import: ")));
 
-    EXPECT_EQ(Run({"import", "tetra.obj", "export", "DATA/out.obj", "report", "data\\out.json", "dump",
-                   "dATA/dump.json"})
-                  .status,
-              0);
-    EXPECT_TRUE(m_Folder.Has("Data/out.obj") && m_Folder.Has("Data/out.json") &&
-                m_Folder.Has("Data/dump.json"));
-    EXPECT_EQ(m_Folder.Read("Data/OUT.OBJ") + m_Folder.Read("Data/OUT.JSON"), "oldold");
-}
-
-TEST_F(BatchProcess, NamesBothFilesThatANameCouldMean)
-{
-    for (const char* name : {"Data/tetra.obj", "DATA/tetra.obj", "Data/RUN.txt", "Data/run.TXT"})
-    {
-        m_Folder.Write(name, kTetrahedron);
-    }
-    for (const std::vector<std::string>& words :
-         std::vector<std::vector<std::string>>{{"import", "data/tetra.obj"},
-                                               {"export", "data/out.obj"},
-                                               {"report", "data/r"},
-                                               {"dump", "data/d"}})
-    {
-        const ProcessResult result = Run(words);
-        EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.errors,
-                    AllOf(StartsWith("tessarine-batch: " + words[0] + ": cannot tell which file data"),
-                          HasSubstr("there are DATA and Data; rename one of them")));
-    }
-    EXPECT_THAT(Run({"-C", "data", "new"}).errors, HasSubstr("there are DATA and Data"));
-    EXPECT_THAT(Run({"-s", "Data/run.txt"}).errors, HasSubstr("there are Data/RUN.txt and Data/run.TXT"));
+    EXPECT_THAT(Run({"import", "missing/a.txt"}).errors, HasSubstr("不能导入此类型文件!"));
 }
 
 TEST_F(BatchProcess, TakesTheWordBehindTwoDashesForAFile)

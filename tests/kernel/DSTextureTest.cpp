@@ -286,6 +286,10 @@ TEST(PPM, KeepsTheOrderOfItsFile)
 TEST(PPM, DoesNotSetTheComponents)
 {
     EXPECT_EQ(PpmReading("P6\n1 1 255\nabc").texture.GetComponents(), 0);
+
+    DSTexture texture = Texture(1, 1, {7});
+    texture.DecodePPM("a.ppm", "P6\n1 1 255\nabc");
+    EXPECT_EQ(texture.GetComponents(), 1); // of the picture before
 }
 
 TEST(PPM, HasItsNumbersOnOneToThreeLines)

@@ -298,7 +298,7 @@ void DSTexture::ReadPPM(const std::string& fileName)
 
 void DSTexture::ReadPPM(const std::string& fileName, ImageBudget& budget)
 {
-    SetImage(0, 0, 0, {});
+    SetImage(0, 0, m_nComponents, {});
     m_strFileName = fileName;
     if (budget.IsSpent())
     {
@@ -324,7 +324,7 @@ void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes)
 
 void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes, ImageBudget& budget)
 {
-    SetImage(0, 0, 0, {});
+    SetImage(0, 0, m_nComponents, {});
     m_strFileName = fileName;
     if (!bytes.starts_with("P6"))
     {
