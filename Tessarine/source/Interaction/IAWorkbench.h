@@ -3,8 +3,10 @@
 #include "IAController.h"
 #include "MANCommandManager.h"
 #include "Open3DView.h"
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tessarine
@@ -48,8 +50,9 @@ public:
 
     /// Effect::None. The framework's file commands: they ask for a file, and read and write nothing, as
     /// models come and go by ImportObj and ExportObj.
-    void OpenDocument();
-    void SaveDocument();
+    /// @return what the user chose; nothing when he cancelled
+    std::optional<std::filesystem::path> OpenDocument();
+    std::optional<std::filesystem::path> SaveDocument();
 
 private:
     bool RunOrRestore(const std::string& operation, Effect effect, const std::function<void()>& action);

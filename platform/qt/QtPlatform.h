@@ -1,0 +1,64 @@
+#pragma once
+#include "Platform.h"
+#include <QPointer>
+#include <array>
+#include <optional>
+#include <string>
+
+class QFileDialog;
+class QLabel;
+class QMessageBox;
+
+namespace tessarine
+{
+class GLSurface;
+class NativeGLWidget;
+
+/// The machine with a window: message boxes, file dialogs, status panes and cursors of Qt.
+/// It holds on to none of its widgets; what they did is left out where they are gone.
+class QtPlatform : public Platform
+{
+public:
+    static constexpr int kPaneCount = 7;
+
+    void ShowMessage(const std::string& title, const std::string& text) override;
+    void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) override;
+    std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
+    void SetPaneText(int pane, const std::string& text) override;
+    void SetCursorFromFile(const std::string& name) override;
+    void SetArrowCursor() override;
+    std::unique_ptr<GLSurface> CreateGLSurface();
+
+    /// Whose boxes and dialogs they are.
+    void SetMainWindow(QWidget* window) { m_pMainWindow = window; }
+    /// Where GL draws, and the cursor shows.
+    void SetView(NativeGLWidget* view) { m_pView = view; }
+    void SetPane(int pane, QLabel* label) { m_Panes.at(static_cast<std::size_t>(pane)) = label; }
+
+    /// The folder of what comes with the program: a cursor that is not below the current folder is taken from
+    /// there.
+    void SetProgramFolder(std::filesystem::path folder) { m_ProgramFolder = std::move(folder); }
+
+    /// Answers the next file dialog without showing it.
+    void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
+
+    /// Whether the user is asked for a file just now. What is asked first changes nothing: the view may be drawn.
+    bool IsAskingForFile() const { return m_bAsking; }
+
+private:
+    std::optional<std::filesystem::path> TakeFileAnswer();
+    std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question);
+    void Show(QMessageBox& box);
+    QWidget* GetDialogParent() const;
+    std::filesystem::path FindCursorFile(const std::string& name) const;
+
+    QPointer<QWidget> m_pMainWindow;
+    QPointer<NativeGLWidget> m_pView;
+    std::array<QPointer<QLabel>, kPaneCount> m_Panes;
+    std::filesystem::path m_ProgramFolder;
+    std::optional<std::filesystem::path> m_FileAnswer;
+    std::string m_strCursorBytes; ///< of the cursor that the view has; empty for any other
+    bool m_bAsking = false;
+};
+}
