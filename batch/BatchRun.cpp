@@ -46,7 +46,8 @@ BatchDocument BatchRun::GetDocument() const
 {
     const IAController& controller = m_Workbench.GetController();
     return {controller.GetElementManager(), controller.GetSceneManager(), m_Workbench.GetView(),
-            m_Workbench.GetCommandManager().GetHistorySize()};
+            m_Workbench.GetCommandManager().GetHistorySize(),
+            m_Workbench.GetToolsManager().GetCurrentTool()->GetToolID()};
 }
 
 void BatchRun::WriteOutput(std::string_view text)

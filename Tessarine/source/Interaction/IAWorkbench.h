@@ -2,7 +2,9 @@
 #include "IACheckpoint.h"
 #include "IAController.h"
 #include "MANCommandManager.h"
+#include "MANToolsManager.h"
 #include "Open3DView.h"
+#include "ToolEvent.h"
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -12,12 +14,12 @@
 namespace tessarine
 {
 /// What the document and the view do together, without any window: the one controller of the current
-/// document, the view and the command history that outlive it, and the boundary that every operation of the
-/// user passes.
+/// document, the view, the tools and the command history that outlive it, and the boundary that every operation
+/// of the user passes.
 class IAWorkbench
 {
 public:
-    /// With an empty document.
+    /// With an empty document, and the select tool on top.
     IAWorkbench();
     IAWorkbench(const IAWorkbench&) = delete;
     IAWorkbench& operator=(const IAWorkbench&) = delete;
@@ -28,6 +30,8 @@ public:
     const Open3DView& GetView() const { return m_View; }
     MANCommandManager& GetCommandManager() { return m_CommandManager; }
     const MANCommandManager& GetCommandManager() const { return m_CommandManager; }
+    MANToolsManager& GetToolsManager() { return m_ToolsManager; }
+    const MANToolsManager& GetToolsManager() const { return m_ToolsManager; }
 
     /// Runs what a user asked for, and alone catches what ends it: nothing that a file or a user supplies
     /// ends the process.
@@ -37,6 +41,10 @@ public:
     /// @param operation names it to the user
     /// @return whether it ran to its end
     bool Perform(const std::string& operation, Effect effect, const std::function<void()>& action);
+
+    /// Passes an event of the view to the tool on top, through Perform.
+    /// @return whether the tool ran to its end
+    bool SendEvent(const ToolEvent& event);
 
     // What follows throws, and is to be run through Perform.
 
@@ -55,6 +63,7 @@ public:
     std::optional<std::filesystem::path> SaveDocument();
 
 private:
+    void PassToTool(const ToolEvent& event);
     bool RunOrRestore(const std::string& operation, Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
     void RedrawAfterFailure() noexcept;
@@ -63,5 +72,6 @@ private:
     MANCommandManager m_CommandManager;
     Open3DView m_View;
     std::unique_ptr<IAController> m_pController;
+    MANToolsManager m_ToolsManager;
 };
 }
