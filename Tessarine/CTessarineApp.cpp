@@ -6,12 +6,14 @@
 #include "ErrorLine.h"
 #include "MainFrm.h"
 #include "Pictures.h"
+#include "ResourceFolder.h"
 #include "StartOptions.h"
 #include "Streams.h"
 #include "resource.h"
 #include <QFile>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <algorithm>
 
 namespace tessarine
 {
@@ -33,7 +35,7 @@ CTessarineApp::CTessarineApp(int& argc, char** argv)
     RestoreNumberForm();
     SpeakChinese();
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
-    m_Platform.SetProgramFolder(QFile::encodeName(applicationDirPath()).toStdString());
+    SetResourceFolder(FindResourceFolder());
     m_Terminal = DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); });
     m_Console.show();
 }

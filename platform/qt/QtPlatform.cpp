@@ -1,14 +1,18 @@
 #include "QtPlatform.h"
 #include "Console.h"
+#include "Cursor.h"
 #include "File.h"
 #include "FileFilter.h"
 #include "GLSurface.h"
 #include "NativeGLWidget.h"
 #include <QApplication>
+#include <QCursor>
 #include <QFile>
 #include <QFileDialog>
+#include <QImage>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPixmap>
 #include <vector>
 
 namespace tessarine
@@ -53,6 +57,14 @@ public:
 private:
     bool& m_bFlag;
 };
+
+QCursor MakeCursor(const Cursor& cursor)
+{
+    const Image& image = cursor.image;
+    const QImage bottomFirst(image.pixels.data(), image.width, image.height, 4 * image.width,
+                             QImage::Format_RGBA8888);
+    return {QPixmap::fromImage(bottomFirst.mirrored()), cursor.hotX, cursor.hotY};
+}
 
 std::filesystem::path ToPath(const QString& name)
 {
@@ -151,6 +163,30 @@ void QtPlatform::SetPaneText(int pane, const std::string& text)
     if (QLabel* label = m_Panes.at(static_cast<std::size_t>(pane)))
     {
         label->setText(QString::fromStdString(text));
+    }
+}
+
+void QtPlatform::SetCursorFromFile(const std::string& name)
+{
+    if (m_pView == nullptr)
+    {
+        return;
+    }
+    try
+    {
+        m_pView->setCursor(MakeCursor(ReadCursor(name)));
+    }
+    catch (const FileError&)
+    {
+        m_pView->setCursor(Qt::BlankCursor);
+    }
+}
+
+void QtPlatform::SetArrowCursor()
+{
+    if (m_pView != nullptr)
+    {
+        m_pView->setCursor(Qt::ArrowCursor);
     }
 }
 

@@ -36,10 +36,6 @@ public:
     void SetView(NativeGLWidget* view) { m_pView = view; }
     void SetPane(int pane, QLabel* label) { m_Panes.at(static_cast<std::size_t>(pane)) = label; }
 
-    /// The folder of what comes with the program: a cursor that is not below the current folder is taken from
-    /// there.
-    void SetProgramFolder(std::filesystem::path folder) { m_ProgramFolder = std::move(folder); }
-
     /// Answers the next file dialog without showing it.
     void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
 
@@ -51,14 +47,11 @@ private:
     std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question);
     void Show(QMessageBox& box);
     QWidget* GetDialogParent() const;
-    std::filesystem::path FindCursorFile(const std::string& name) const;
 
     QPointer<QWidget> m_pMainWindow;
     QPointer<NativeGLWidget> m_pView;
     std::array<QPointer<QLabel>, kPaneCount> m_Panes;
-    std::filesystem::path m_ProgramFolder;
     std::optional<std::filesystem::path> m_FileAnswer;
-    std::string m_strCursorBytes; ///< of the cursor that the view has; empty for any other
     bool m_bAsking = false;
 };
 }
