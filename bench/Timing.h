@@ -65,9 +65,8 @@ inline std::vector<double> Race(const std::vector<Contestant>& contestants, int 
     return medians;
 }
 
-/// The processor's seconds of one run in a process of its own, as a user starts one: nothing is warm but the files.
-/// To be called before anything else has filled the heap.
-inline double SecondsInAFreshProcess(const Contestant& contestant)
+/// What `measure` gives in a process of its own. To be called before anything else has filled the heap.
+inline double InAProcessOfItsOwn(const std::function<double()>& measure)
 {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0)
@@ -77,26 +76,36 @@ inline double SecondsInAFreshProcess(const Contestant& contestant)
     const pid_t child = fork();
     if (child == 0)
     {
-        if (contestant.prepare)
-        {
-            contestant.prepare();
-        }
-        const double begin = ProcessorSeconds();
-        contestant.run();
-        const double seconds = ProcessorSeconds() - begin;
-        const bool isSent = write(ends[1], &seconds, sizeof seconds) == sizeof seconds;
+        const double figure = measure();
+        const bool isSent = write(ends[1], &figure, sizeof figure) == sizeof figure;
         _exit(isSent ? 0 : 1);
     }
     close(ends[1]);
-    double seconds = 0.0;
-    const bool isReceived = read(ends[0], &seconds, sizeof seconds) == sizeof seconds;
+    double figure = 0.0;
+    const bool isReceived = read(ends[0], &figure, sizeof figure) == sizeof figure;
     close(ends[0]);
     waitpid(child, nullptr, 0);
     if (!isReceived)
     {
         throw std::runtime_error("a run in a process of its own failed");
     }
-    return seconds;
+    return figure;
+}
+
+/// The processor's seconds of one run as a user starts one: nothing is warm but the files.
+inline double SecondsInAFreshProcess(const Contestant& contestant)
+{
+    return InAProcessOfItsOwn(
+        [&contestant]
+        {
+            if (contestant.prepare)
+            {
+                contestant.prepare();
+            }
+            const double begin = ProcessorSeconds();
+            contestant.run();
+            return ProcessorSeconds() - begin;
+        });
 }
 
 /// Prints a figure with the bound that it is meant to keep, and whether it does.

@@ -1,5 +1,7 @@
 #pragma once
+#include "GLSurface.h"
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -40,6 +42,9 @@ public:
     virtual void SetCursorFromFile(const std::string& name) = 0;
     /// Gives the view the ordinary arrow.
     virtual void SetArrowCursor() = 0;
+
+    /// A new surface of the view's size, which must not outlive the platform. Throws GLSurfaceError.
+    virtual std::unique_ptr<GLSurface> CreateGLSurface() = 0;
 };
 
 /// The platform of the process. Asking before one was set is a programming error (std::logic_error).

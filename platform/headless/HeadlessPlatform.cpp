@@ -51,4 +51,15 @@ void HeadlessPlatform::SetPaneText(int pane, const std::string& text)
 {
     m_PaneTexts.at(static_cast<std::size_t>(pane)) = text;
 }
+
+void HeadlessPlatform::SetViewSize(int width, int height)
+{
+    m_OffscreenView.width = width;
+    m_OffscreenView.height = height;
+}
+
+std::unique_ptr<GLSurface> HeadlessPlatform::CreateGLSurface()
+{
+    return std::make_unique<OffscreenSurface>(m_OffscreenView);
+}
 }

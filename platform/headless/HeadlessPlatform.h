@@ -1,4 +1,5 @@
 #pragma once
+#include "OffscreenSurface.h"
 #include "Platform.h"
 #include <array>
 #include <deque>
@@ -30,6 +31,12 @@ public:
     void SetPaneText(int pane, const std::string& text) override;
     void SetCursorFromFile(const std::string& name) override { m_strCursor = name; }
     void SetArrowCursor() override { m_strCursor.clear(); }
+    std::unique_ptr<GLSurface> CreateGLSurface() override;
+
+    /// The size of the view in pixels, for the surfaces that there are and those to come.
+    void SetViewSize(int width, int height);
+    /// Whether somebody looks at the next frame. In the beginning somebody does.
+    void SetWatched(bool watched) { m_OffscreenView.isWatched = watched; }
 
     /// Answers the next file dialog. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
@@ -51,6 +58,7 @@ private:
     std::deque<std::string> m_FileAnswers;
     std::array<std::string, kPaneCount> m_PaneTexts;
     std::string m_strCursor;
+    OffscreenView m_OffscreenView;
     std::vector<Message> m_Messages;
     std::vector<FileQuestion> m_FileQuestions;
 };

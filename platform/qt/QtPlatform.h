@@ -28,7 +28,7 @@ public:
     void SetPaneText(int pane, const std::string& text) override;
     void SetCursorFromFile(const std::string& name) override;
     void SetArrowCursor() override;
-    std::unique_ptr<GLSurface> CreateGLSurface();
+    std::unique_ptr<GLSurface> CreateGLSurface() override;
 
     /// Whose boxes and dialogs they are.
     void SetMainWindow(QWidget* window) { m_pMainWindow = window; }

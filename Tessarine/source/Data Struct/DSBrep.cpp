@@ -1,116 +1,14 @@
 #include "DSBrep.h"
 #include "Console.h"
 #include "CycleGuard.h"
+#include "NormalSums.h"
 #include "VertexWalk.h"
-#include "WanderingLimit.h"
 #include <cmath>
 
 namespace tessarine
 {
 namespace
 {
-const DSFace& FaceOf(const DSHalfEdge& halfEdge)
-{
-    ASSERT(halfEdge.GetLoop() != nullptr);
-    ASSERT(halfEdge.GetLoop()->GetFace() != nullptr);
-    return *halfEdge.GetLoop()->GetFace();
-}
-
-/// The sum of the normals around vertices, several of them at a time: a walk waits for memory at each link, and
-/// the waits of walks that go on side by side overlap. Every sum has the order of its own walk.
-class NormalSums
-{
-public:
-    explicit NormalSums(WanderingLimit limit) : m_Limit(limit) { m_Walks.reserve(kWalksAtATime); }
-
-    /// Needs   The vertex has a half-edge. Its normal stands when Finish has been called.
-    void Add(DSVertex& vertex)
-    {
-        m_Walks.push_back({&vertex, VertexWalk(vertex.GetHalfEdge())});
-        if (m_Walks.size() == kWalksAtATime)
-        {
-            Finish();
-        }
-    }
-
-    void Finish()
-    {
-        for (bool isWalking = true; isWalking;)
-        {
-            AskForEdgesAndLoops();
-            AskForTwinsAndFaces();
-            isWalking = Advance();
-        }
-        for (const Walk& walk : m_Walks)
-        {
-            walk.pVertex->GetNormal().Normalize();
-        }
-        m_Walks.clear();
-    }
-
-private:
-    struct Walk
-    {
-        DSVertex* pVertex;
-        VertexWalk at;
-    };
-
-    static constexpr std::size_t kWalksAtATime = 16;
-
-    void AskForEdgesAndLoops() const
-    {
-        for (const Walk& walk : m_Walks)
-        {
-            if (!walk.at.IsAtEnd())
-            {
-                __builtin_prefetch(walk.at.Get()->GetEdge());
-                __builtin_prefetch(walk.at.Get()->GetLoop());
-            }
-        }
-    }
-
-    void AskForTwinsAndFaces() const
-    {
-        for (const Walk& walk : m_Walks)
-        {
-            if (!walk.at.IsAtEnd())
-            {
-                const DSHalfEdge& h = *walk.at.Get();
-                ASSERT(h.GetEdge() != nullptr);
-                __builtin_prefetch(h.GetEdge()->GetHalfEdge1());
-                __builtin_prefetch(h.GetEdge()->GetHalfEdge2());
-                __builtin_prefetch(&FaceOf(h).GetNormal());
-            }
-        }
-    }
-
-    /// @return whether a walk goes on
-    bool Advance()
-    {
-        bool isWalking = false;
-        for (Walk& walk : m_Walks)
-        {
-            if (walk.at.IsAtEnd())
-            {
-                continue;
-            }
-            if (!m_Limit.Allows(*walk.at.Get(), *walk.pVertex))
-            {
-                walk.at.Stop();
-                continue;
-            }
-            walk.pVertex->GetNormal() += FaceOf(*walk.at.Get()).GetNormal();
-            walk.at.Step();
-            __builtin_prefetch(walk.at.Get());
-            isWalking = true;
-        }
-        return isWalking;
-    }
-
-    WanderingLimit m_Limit;
-    std::vector<Walk> m_Walks;
-};
-
 const smVec3d& PositionOf(const DSHalfEdge* halfEdge)
 {
     ASSERT(halfEdge != nullptr);
@@ -201,16 +99,6 @@ void DSSolid::SetMaterial(DSMaterial* material)
     m_pMaterial = material;
 }
 
-namespace
-{
-/// A vertex that no face uses has no normal, nor has one whose half-edge makes up a face of one corner.
-bool HasFacesAround(const DSVertex* vertex)
-{
-    return vertex != nullptr && vertex->GetHalfEdge() != nullptr &&
-           vertex->GetHalfEdge()->GetEdge() != nullptr;
-}
-}
-
 void DSSolid::CalcNormals()
 {
     for (DSFace* pFace : m_FaceList)
@@ -220,15 +108,10 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
-    CalcVertexNormals();
-}
-
-void DSSolid::CalcVertexNormals()
-{
     NormalSums sums(WanderingLimit(m_EdgeList.size()));
     for (DSVertex* pVertex : m_VertexList)
     {
-        if (HasFacesAround(pVertex))
+        if (NormalSums::HasFacesAround(pVertex))
         {
             sums.Add(*pVertex);
         }

@@ -290,9 +290,6 @@ public:
     ///         from then on a walk ends where it leaves its vertex.
     void CalcNormals();
 
-    /// The second half of CalcNormals, for a caller that has seen to the faces.
-    void CalcVertexNormals();
-
     /// Marks the boundary edges and prints what it finds, one item a line. Repairs nothing.
     /// @return vertices + faces - edges == 2
     bool CheckTopology();

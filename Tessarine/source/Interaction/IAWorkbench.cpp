@@ -142,6 +142,16 @@ IAWorkbench::IAWorkbench() : m_pController(std::make_unique<IAController>())
     NewDocument();
 }
 
+int IAWorkbench::CreateView()
+{
+    if (m_View.Create() != 0)
+    {
+        return -1;
+    }
+    m_View.InitState();
+    return 0;
+}
+
 bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
 {
     BeginAssertionReports();

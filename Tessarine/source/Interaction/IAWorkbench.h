@@ -33,6 +33,12 @@ public:
     MANToolsManager& GetToolsManager() { return m_ToolsManager; }
     const MANToolsManager& GetToolsManager() const { return m_ToolsManager; }
 
+    /// Gets the view its surface, with the state that stays for all frames.
+    /// @return 0; -1 where there is none, see Open3DView::Create
+    int CreateView();
+    /// Frees the surface.
+    void DestroyView() { m_View.Destroy(); }
+
     /// Runs what a user asked for, and alone catches what ends it: nothing that a file or a user supplies
     /// ends the process.
     ///

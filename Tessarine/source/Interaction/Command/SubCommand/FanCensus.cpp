@@ -18,7 +18,7 @@ FanCensus::FanCensus(const DSSolid& solid)
     }
     const std::size_t places = m_nLowestID <= highestID ? std::size_t{highestID} - m_nLowestID + 1 : 0;
     m_Leaving.assign(places, 0);
-    m_IsPlain.assign(places, false);
+    m_Uncut.assign(places, kNotPlain);
     for (const DSFace* pFace : solid.GetFaceList())
     {
         ASSERT(pFace != nullptr);
@@ -62,12 +62,35 @@ void FanCensus::Visit(const DSVertex& vertex)
         ends[met++] = end;
         h = h->GetTwin()->GetNext();
     } while (h != vertex.GetHalfEdge());
-    m_IsPlain[PlaceOf(vertex)] = met == leaving;
+    if (met == leaving)
+    {
+        m_Uncut[PlaceOf(vertex)] = static_cast<std::uint8_t>(leaving);
+    }
 }
 
 bool FanCensus::IsPlain(const DSVertex& vertex) const
 {
     const std::size_t place = PlaceOf(vertex);
-    return place < m_IsPlain.size() && m_IsPlain[place];
+    return place < m_Leaving.size() && m_Uncut[place] != kNotPlain;
+}
+
+void FanCensus::NoteSplit(std::uint32_t vertexID)
+{
+    const std::size_t place = vertexID - m_nLowestID;
+    if (place >= m_Uncut.size())
+    {
+        m_Uncut.resize(place + 1, kNotPlain);
+    }
+    m_Uncut[place] = 2;
+}
+
+bool FanCensus::NoteCut(const DSVertex& vertex)
+{
+    const std::size_t place = PlaceOf(vertex);
+    if (place >= m_Uncut.size() || m_Uncut[place] == kNotPlain)
+    {
+        return false;
+    }
+    return --m_Uncut[place] == 0;
 }
 }

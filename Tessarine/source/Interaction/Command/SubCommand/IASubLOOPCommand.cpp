@@ -7,6 +7,7 @@
 #include "Failure.h"
 #include "FanCensus.h"
 #include "MANBrepElementManager.h"
+#include "NormalSums.h"
 #include "WanderingLimit.h"
 #include <cmath>
 
@@ -50,6 +51,7 @@ public:
     void SplitEdges();
     void MoveVertices();
     void CutCorners();
+    void FinishNormals();
 
 private:
     smVec3d FindVertexPosition(const DSVertex& vertex);
@@ -58,7 +60,11 @@ private:
     void DemandNear(const DSHalfEdge& halfEdge, const DSVertex& vertex);
     void SplitEdge(const DSEdge& edge);
     const DSEdge& FindEdgeToSplit(const DSEdge& edge);
+    bool IsPlain(const DSEdge& edge) const;
+    void CutFace(const DSFace& face);
     void CutLoop(const DSLoop& loop);
+    void NoteRing(const DSLoop& loop);
+    void SumFinishedNormals();
     std::size_t CutLongLoop();
 
     /// A walk around a vertex that is longer than this is not repeated for each of its edges.
@@ -72,8 +78,11 @@ private:
     WanderingLimit m_Limit;
     FanCensus m_Census;
     CrowdedFans m_CrowdedFans;
-    std::vector<smVec3d> m_NewPositions; ///< of the old vertices, in list order
-    std::vector<DSHalfEdge*> m_Corners;  ///< of one loop, in the order of the cuts
+    std::vector<smVec3d> m_NewPositions;       ///< of the old vertices, in list order
+    std::vector<DSVertex*> m_OtherVertices;    ///< those without a plain fan, in list order
+    std::vector<DSHalfEdge*> m_Corners;        ///< of one loop, in the order of the cuts
+    std::vector<DSVertex*> m_Rings;            ///< of one face, in the order of its loops before the cuts
+    NormalSums m_Sums{WanderingLimit::None()}; ///< around plain fans, where no walk strays
 };
 
 /// A split makes an edge, a vertex and two half-edges; the cut of a corner, of which two lie along an edge, a
@@ -94,11 +103,15 @@ void LoopStep::MakeRoom()
 void LoopStep::FindVertexPositions()
 {
     m_NewPositions.reserve(m_Solid.GetVertexList().size());
-    for (const DSVertex* pVertex : m_Solid.GetVertexList())
+    for (DSVertex* pVertex : m_Solid.GetVertexList())
     {
         ASSERT(pVertex != nullptr);
         m_NewPositions.push_back(FindVertexPosition(*pVertex));
         DemandFinite(m_NewPositions.back());
+        if (!m_Census.IsPlain(*pVertex))
+        {
+            m_OtherVertices.push_back(pVertex);
+        }
     }
 }
 
@@ -211,19 +224,32 @@ void LoopStep::SplitEdge(const DSEdge& edge)
     const DSLoop* pLoop = pHalfEdge1->GetLoop();
     ASSERT(pLoop != nullptr && pLoop->GetFace() != nullptr);
     std::uint32_t nVertexID = 0;
-    m_Euler.SEMV(m_Solid.GetID(), pLoop->GetFace()->GetID(), &FindEdgeToSplit(edge), nVertexID, position);
+    const bool isPlain = IsPlain(edge);
+    m_Euler.SEMV(m_Solid.GetID(), pLoop->GetFace()->GetID(), isPlain ? &edge : &FindEdgeToSplit(edge),
+                 nVertexID, position);
+    if (isPlain)
+    {
+        m_Census.NoteSplit(nVertexID);
+    }
+    else
+    {
+        m_OtherVertices.push_back(m_Solid.GetVertexList().back());
+    }
 }
 
-/// The edge that SEMV would split between the two vertices. Around a vertex with a plain fan it is the edge
-/// itself. Around one with more than one fan, or with faces that run the same way along an edge, SEMV would find
-/// none or the edge of another face, and refuse it: then it is the edge itself, too.
+/// Whether the edge is one of a plain fan: then SEMV would find this edge between its two vertices.
+bool LoopStep::IsPlain(const DSEdge& edge) const
+{
+    const DSHalfEdge* h = edge.GetHalfEdge1();
+    return h->GetEdge() == &edge && m_Census.IsPlain(*h->GetVertex());
+}
+
+/// The edge that SEMV would split between the two vertices. Around a vertex with more than one fan, or with faces
+/// that run the same way along an edge, SEMV would find none or the edge of another face, and refuse it: then it
+/// is the edge itself.
 const DSEdge& LoopStep::FindEdgeToSplit(const DSEdge& edge)
 {
     const DSHalfEdge* h = edge.GetHalfEdge1();
-    if (h->GetEdge() == &edge && m_Census.IsPlain(*h->GetVertex()))
-    {
-        return edge;
-    }
     const std::uint32_t v1 = h->GetVertex()->GetID();
     const std::uint32_t v2 = h->GetNext()->GetVertex()->GetID();
     const DSEdge* pFound =
@@ -243,7 +269,8 @@ void LoopStep::MoveVertices()
     }
 }
 
-/// The normals of the faces come with it: nothing changes these faces any more.
+/// The normals come with it: nothing changes a face any more that has been cut, nor what is around a vertex when
+/// all its faces have been.
 void LoopStep::CutCorners()
 {
     auto& faces = m_Solid.GetFaceList();
@@ -253,16 +280,60 @@ void LoopStep::CutCorners()
         DSFace* pFace = faces[i];
         ASSERT(pFace != nullptr);
         const std::size_t firstNew = faces.size();
-        for (const DSLoop* pLoop : pFace->GetLoopList())
-        {
-            CutLoop(*pLoop);
-        }
+        CutFace(*pFace);
         pFace->CalcNormal();
         for (std::size_t k = firstNew; k < faces.size(); ++k)
         {
             faces[k]->CalcNormal();
         }
+        SumFinishedNormals();
     }
+    m_Sums.Finish();
+}
+
+void LoopStep::CutFace(const DSFace& face)
+{
+    m_Rings.clear();
+    for (const DSLoop* pLoop : face.GetLoopList())
+    {
+        NoteRing(*pLoop);
+        CutLoop(*pLoop);
+    }
+}
+
+void LoopStep::NoteRing(const DSLoop& loop)
+{
+    const DSHalfEdge* h = loop.GetHalfEdge();
+    do
+    {
+        m_Rings.push_back(h->GetVertex());
+        h = h->GetNext();
+    } while (h != loop.GetHalfEdge());
+}
+
+/// While what the walks meet is still at hand.
+void LoopStep::SumFinishedNormals()
+{
+    for (DSVertex* pVertex : m_Rings)
+    {
+        if (m_Census.NoteCut(*pVertex))
+        {
+            m_Sums.Add(*pVertex);
+        }
+    }
+}
+
+void LoopStep::FinishNormals()
+{
+    NormalSums sums(WanderingLimit(m_Solid.GetEdgeList().size()));
+    for (DSVertex* pVertex : m_OtherVertices)
+    {
+        if (NormalSums::HasFacesAround(pVertex))
+        {
+            sums.Add(*pVertex);
+        }
+    }
+    sums.Finish();
 }
 
 void LoopStep::CutLoop(const DSLoop& loop)
@@ -331,6 +402,6 @@ void IASubLOOPCommand::Execute()
     step.SplitEdges();
     step.MoveVertices();
     step.CutCorners();
-    pSolid->CalcVertexNormals();
+    step.FinishNormals();
 }
 }

@@ -1,0 +1,73 @@
+#include "VertexRun.h"
+#include <type_traits>
+
+namespace tessarine
+{
+namespace
+{
+template <class TCorner>
+constexpr bool kHasNormal = !std::is_same_v<TCorner, PlainCorner>;
+template <class TCorner>
+constexpr bool kHasTexCoord = std::is_same_v<TCorner, TexturedCorner>;
+
+/// Turns the arrays of this kind of corner on or off.
+template <class TCorner>
+void SetArrays(bool enabled)
+{
+    const auto set = enabled ? &glEnableClientState : &glDisableClientState;
+    set(GL_VERTEX_ARRAY);
+    if constexpr (kHasNormal<TCorner>)
+    {
+        set(GL_NORMAL_ARRAY);
+    }
+    if constexpr (kHasTexCoord<TCorner>)
+    {
+        set(GL_TEXTURE_COORD_ARRAY);
+    }
+}
+
+template <class TCorner>
+void PointAt(const TCorner* corners)
+{
+    constexpr GLsizei kStride = sizeof(TCorner);
+    glVertexPointer(3, GL_FLOAT, kStride, corners->position.data());
+    if constexpr (kHasNormal<TCorner>)
+    {
+        glNormalPointer(GL_FLOAT, kStride, corners->normal.data());
+    }
+    if constexpr (kHasTexCoord<TCorner>)
+    {
+        glTexCoordPointer(2, GL_FLOAT, kStride, corners->texCoord.data());
+    }
+}
+}
+
+// Filling the corners with zeros would cost as much as filling them with corners.
+template <class TCorner>
+VertexRun<TCorner>::VertexRun(GLenum mode) : m_nMode(mode) // NOLINT(*-member-init)
+{
+    SetArrays<TCorner>(true);
+    PointAt(m_Corners.data());
+}
+
+template <class TCorner>
+VertexRun<TCorner>::~VertexRun()
+{
+    Flush();
+    SetArrays<TCorner>(false);
+}
+
+template <class TCorner>
+void VertexRun<TCorner>::Flush()
+{
+    if (m_nCount != 0)
+    {
+        glDrawArrays(m_nMode, 0, static_cast<GLsizei>(m_nCount));
+        m_nCount = 0;
+    }
+}
+
+template class VertexRun<PlainCorner>;
+template class VertexRun<LitCorner>;
+template class VertexRun<TexturedCorner>;
+}
