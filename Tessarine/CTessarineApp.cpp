@@ -106,7 +106,8 @@ bool CTessarineApp::ProcessShellCommand(const StartOptions& options)
 /// The step that failed has been shown; this is what it means.
 void CTessarineApp::ReportMissingGL()
 {
-    const std::string reason = "Tessarine cannot draw: " + m_pFrame->GetView().GetWorkbench().GetView().GetCreateError();
+    const std::string reason =
+        "Tessarine cannot draw: " + m_pFrame->GetView().GetWorkbench().GetView().GetCreateError();
     Complain(reason);
     m_Platform.ShowMessage("Tessarine", reason);
 }
@@ -148,7 +149,8 @@ int RunTessarine(int argc, char** argv)
                    [](const char* word) { return QFile::decodeName(word); });
     if (const StartOptions options = ParseStartOptions(words); options.help || options.version)
     {
-        WriteStandardOutput(options.help ? GetStartHelp().toStdString() : "tessarine " TESSARINE_VERSION "\n");
+        WriteStandardOutput(options.help ? GetStartHelp().toStdString()
+                                         : "tessarine " TESSARINE_VERSION "\n");
         return kDone;
     }
     if (!IsDisplayThere())

@@ -72,7 +72,8 @@ bool CTessarineView::RunCommand(const std::string& name, int id)
 /// While an action is under way the model may be half made; but a question for a file comes before anything.
 bool CTessarineView::MayDraw() const
 {
-    return m_bCreated && !m_bDrawing && (!m_bOccupied || CTessarineApp::Get().GetPlatform().IsAskingForFile());
+    return m_bCreated && !m_bDrawing &&
+           (!m_bOccupied || CTessarineApp::Get().GetPlatform().IsAskingForFile());
 }
 
 void CTessarineView::Draw()

@@ -3,6 +3,7 @@
 #include "IAWorkbench.h"
 #include "NativeGLWidget.h"
 #include "ToolEvent.h"
+#include <QEvent>
 
 namespace tessarine
 {
@@ -62,11 +63,11 @@ private:
     CMainFrame& m_Frame;
     IAWorkbench m_Workbench;
     IACommandRouter m_Router{m_Workbench};
-    QSize m_Size;              ///< in pixels, as the workbench's view has it
-    bool m_bCreated = false;   ///< whether there is a surface
-    bool m_bOccupied = false;  ///< an action is under way
-    bool m_bDrawing = false;   ///< a frame is under way
-    bool m_bMissed = false;    ///< something was to be drawn meanwhile
-    bool m_bBadFrame = false;  ///< the last frame failed: the next command draws again
+    QSize m_Size;             ///< in pixels, as the workbench's view has it
+    bool m_bCreated = false;  ///< whether there is a surface
+    bool m_bOccupied = false; ///< an action is under way
+    bool m_bDrawing = false;  ///< a frame is under way
+    bool m_bMissed = false;   ///< something was to be drawn meanwhile
+    bool m_bBadFrame = false; ///< the last frame failed: the next command draws again
 };
 }

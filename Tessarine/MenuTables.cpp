@@ -61,50 +61,55 @@ constexpr MenuLine OptimizeMenu[] = {
 };
 
 constexpr MenuLine ReconstructionMenu[] = {
-    Entry(ProjectSamples),  Entry(BuildInitialMesh),  kSeparator,
-    Entry(RefineHierarchical), Entry(RefineIncremental), Entry(RefineTwoStep),
-    Entry(RefineEnergy),    Entry(SpacePartition),
+    Entry(ProjectSamples),    Entry(BuildInitialMesh), kSeparator,          Entry(RefineHierarchical),
+    Entry(RefineIncremental), Entry(RefineTwoStep),    Entry(RefineEnergy), Entry(SpacePartition),
 };
 
 constexpr MenuLine OverlayMenu[] = {
-    Entry(ShowOctree),          Entry(ShowPointCloud),      Entry(ShowPointNormals),
-    Entry(ShowProjectedPoints), Entry(ShowProjectionLines), Entry(ShowNewMesh),
-    Entry(ShowCutFaces),        kSeparator,                 Entry(ShowOriginalModel),
+    Entry(ShowOctree),          Entry(ShowPointCloud), Entry(ShowPointNormals), Entry(ShowProjectedPoints),
+    Entry(ShowProjectionLines), Entry(ShowNewMesh),    Entry(ShowCutFaces),     kSeparator,
+    Entry(ShowOriginalModel),
 };
 
 constexpr MenuLine HelpMenu[] = {Entry(AppAbout)};
 
 constexpr MenuLine kMenuBar[] = {
-    {0, "文件(&F)", FileMenu},           {0, "编辑(&E)", EditMenu},
-    {0, "显示(&V)", ViewMenu},           {0, "选择(&S)", SelectMenu},
-    {0, "细分(&D)", SubdivisionMenu},    {0, "简化(&M)", SimplifyMenu},
-    {0, "优化(&O)", OptimizeMenu},       {0, "重构(&R)", ReconstructionMenu},
-    {0, "重构辅助显示(&A)", OverlayMenu}, {0, "帮助(&H)", HelpMenu},
+    {0, "文件(&F)", FileMenu},     {0, "编辑(&E)", EditMenu},           {0, "显示(&V)", ViewMenu},
+    {0, "选择(&S)", SelectMenu},   {0, "细分(&D)", SubdivisionMenu},    {0, "简化(&M)", SimplifyMenu},
+    {0, "优化(&O)", OptimizeMenu}, {0, "重构(&R)", ReconstructionMenu}, {0, "重构辅助显示(&A)", OverlayMenu},
+    {0, "帮助(&H)", HelpMenu},
 };
 
 constexpr int kMainToolbar[] = {
-    FileNew,     FileOpen,     FileSave,       0, // the document
-    OrbitTool,   MoveCameraTool, AroundTool,   ZoomTool, 0, // the camera
-    SubdivideLoop, 0,
-    ShowAxes,    ShowGrid,     LightingDialog, 0, // the view
-    TwoStepFirst, TwoStepSecond, TwoStepThird, 0,
-    GenerateSplats, AppAbout,
+    FileNew,
+    FileOpen,
+    FileSave,
+    0, // the document
+    OrbitTool,
+    MoveCameraTool,
+    AroundTool,
+    ZoomTool,
+    0, // the camera
+    SubdivideLoop,
+    0,
+    ShowAxes,
+    ShowGrid,
+    LightingDialog,
+    0, // the view
+    TwoStepFirst,
+    TwoStepSecond,
+    TwoStepThird,
+    0,
+    GenerateSplats,
+    AppAbout,
 };
 
 constexpr int kSelectToolbar[] = {SelectVertices, SelectEdges, SelectFaces, SelectSolids, SelectTool};
 
 constexpr Accelerator kAccelerators[] = {
-    {FileNew, "Ctrl+N"},
-    {FileOpen, "Ctrl+O"},
-    {FileSave, "Ctrl+S"},
-    {EditUndo, "Ctrl+Z"},
-    {EditUndo, "Alt+Backspace"},
-    {EditCut, "Ctrl+X"},
-    {EditCut, "Shift+Del"},
-    {EditCopy, "Ctrl+C"},
-    {EditCopy, "Ctrl+Ins"},
-    {EditPaste, "Ctrl+V"},
-    {EditPaste, "Shift+Ins"},
+    {FileNew, "Ctrl+N"},         {FileOpen, "Ctrl+O"},  {FileSave, "Ctrl+S"},     {EditUndo, "Ctrl+Z"},
+    {EditUndo, "Alt+Backspace"}, {EditCut, "Ctrl+X"},   {EditCut, "Shift+Del"},   {EditCopy, "Ctrl+C"},
+    {EditCopy, "Ctrl+Ins"},      {EditPaste, "Ctrl+V"}, {EditPaste, "Shift+Ins"},
 };
 
 constexpr CommandText kCommandTexts[] = {

@@ -33,8 +33,8 @@ StartOptions ParseStartOptions(const QStringList& words)
 {
     QCommandLineParser parser;
     const QCommandLineOption import("import", QString(), "MODEL");
-    const QCommandLineOption help({"h", "help"});
-    const QCommandLineOption version({"v", "version"});
+    const QCommandLineOption help(QStringList{"h", "help"});
+    const QCommandLineOption version(QStringList{"v", "version"});
     parser.addOptions({import, help, version});
 
     StartOptions options;

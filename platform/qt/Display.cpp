@@ -1,10 +1,10 @@
 #include "Display.h"
+#include <X11/Xlib.h>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
 #include <string_view>
-#include <X11/Xlib.h>
 
 namespace tessarine
 {

@@ -37,7 +37,8 @@ QtGLSurface::QtGLSurface(QWindow& window) : m_Window(window)
 {
     if (!window.supportsOpenGL())
     {
-        throw GLSurfaceError("ChoosePixelFormat failed", "the display has no windows that OpenGL can draw on");
+        throw GLSurfaceError("ChoosePixelFormat failed",
+                             "the display has no windows that OpenGL can draw on");
     }
     if (window.handle() == nullptr)
     {
@@ -46,9 +47,10 @@ QtGLSurface::QtGLSurface(QWindow& window) : m_Window(window)
     m_Context.setFormat(window.requestedFormat());
     if (!m_Context.create())
     {
-        throw GLSurfaceError("wglCreateContext failed",
-                             "OpenGL is missing: install a driver for it (libgl1-mesa-dri has one that needs no "
-                             "graphics card) and check that the display offers GLX");
+        throw GLSurfaceError(
+            "wglCreateContext failed",
+            "OpenGL is missing: install a driver for it (libgl1-mesa-dri has one that needs no "
+            "graphics card) and check that the display offers GLX");
     }
     if (!HasFixedFunctions(m_Context))
     {

@@ -63,7 +63,7 @@ QCursor MakeCursor(const Cursor& cursor)
     const Image& image = cursor.image;
     const QImage bottomFirst(image.pixels.data(), image.width, image.height, 4 * image.width,
                              QImage::Format_RGBA8888);
-    return {QPixmap::fromImage(bottomFirst.mirrored()), cursor.hotX, cursor.hotY};
+    return QCursor(QPixmap::fromImage(bottomFirst.mirrored()), cursor.hotX, cursor.hotY);
 }
 
 std::filesystem::path ToPath(const QString& name)

@@ -1,18 +1,17 @@
 #pragma once
+#include "NativeGLWidget.h"
 #include "Platform.h"
+#include <QLabel>
 #include <QPointer>
 #include <array>
 #include <optional>
 #include <string>
 
 class QFileDialog;
-class QLabel;
 class QMessageBox;
 
 namespace tessarine
 {
-class GLSurface;
-class NativeGLWidget;
 
 /// The machine with a window: message boxes, file dialogs, status panes and cursors of Qt.
 /// It holds on to none of its widgets; what they did is left out where they are gone.

@@ -52,8 +52,8 @@ const MenuLine* FindMenu(const std::string& title)
 TEST(MenuTables, OrderTheMainToolbar)
 {
     EXPECT_THAT(ToVector(GetMainToolbar()),
-                ElementsAre(57600, 57601, 57603, 0, 32771, 32772, 32773, 32774, 0, 32778, 0, 32781, 32782, 32784, 0,
-                            32826, 32831, 32832, 0, 32839, 57664));
+                ElementsAre(57600, 57601, 57603, 0, 32771, 32772, 32773, 32774, 0, 32778, 0, 32781, 32782,
+                            32784, 0, 32826, 32831, 32832, 0, 32839, 57664));
 }
 
 TEST(MenuTables, OrderTheSelectToolbar)
@@ -64,10 +64,10 @@ TEST(MenuTables, OrderTheSelectToolbar)
 TEST(MenuTables, HoldEveryEntryThatAMenuNames)
 {
     const std::multiset<int> ids = GetMenuIds();
-    for (const int id : {32775, 32783, 32778, 32835, 32805, 32794, 32796, 32828, 32829, 32834, 32821, 32840, 32841,
-                         32802, 32803, 32804, 32830, 32842, // commands
-                         32779, 32792, 32799, 32820, 32819, // display
-                         32797, 32798, 32818, 32822, 32823, 32824, 32827, 32838, // overlays
+    for (const int id : {32775, 32783, 32778, 32835, 32805, 32794, 32796, 32828, 32829,
+                         32834, 32821, 32840, 32841, 32802, 32803, 32804, 32830, 32842, // commands
+                         32779, 32792, 32799, 32820, 32819,                             // display
+                         32797, 32798, 32818, 32822, 32823, 32824, 32827, 32838,        // overlays
                          57600, 57601, 57603, 57604, 57643, 57635, 57634, 57637, 57664})
     {
         EXPECT_EQ(ids.count(id), 1U) << id;
