@@ -1,7 +1,6 @@
 #include "CConsoleWnd.h"
 #include <QFontDatabase>
 #include <QScrollBar>
-#include <algorithm>
 
 namespace tessarine
 {
@@ -9,14 +8,17 @@ namespace
 {
 constexpr int kColumns = 80;
 constexpr int kRows = 25;
+constexpr std::chrono::milliseconds kShownEvery(100);
+/// More than the window can show of lines of ordinary characters.
+constexpr std::size_t kMostPending = 1U << 20U;
 
-/// The end of a text that the window can show: thousands of lines at once cost no more than a window full.
+/// The end of a text that the window can show: however much comes at once, it costs a window full.
 std::string_view KeepLastLines(std::string_view text)
 {
     std::size_t begin = text.size();
-    for (int lines = 0; lines < CConsoleWnd::kLineCount && begin != 0; ++lines)
+    for (int lines = 0; lines < CConsoleWnd::kLineCount; ++lines)
     {
-        const std::size_t end = text.rfind('\n', begin - 1);
+        const std::size_t end = begin == 0 ? std::string_view::npos : text.rfind('\n', begin - 1);
         if (end == std::string_view::npos)
         {
             return text;
@@ -41,21 +43,60 @@ CConsoleWnd::CConsoleWnd() : m_Decoder(QStringDecoder::Utf8)
     setPalette(colours);
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_ShowWithoutActivating);
+    m_Soon.setSingleShot(true);
+    connect(&m_Soon, &QTimer::timeout, this, &CConsoleWnd::ShowPending);
 }
 
-void CConsoleWnd::Append(std::string_view text)
+bool CConsoleWnd::Append(std::string_view text)
 {
-    const std::string_view shown = KeepLastLines(text);
-    QString characters = m_Decoder(QByteArrayView(shown.data(), static_cast<qsizetype>(shown.size())));
-    characters.remove('\r');
-    QTextCursor end(document());
-    end.movePosition(QTextCursor::End);
-    end.insertText(characters);
+    m_strPending += text;
+    if (m_strPending.size() > kMostPending)
+    {
+        m_strPending.erase(0, m_strPending.size() - kMostPending);
+    }
+    if (m_SinceShown.isValid() && m_SinceShown.elapsed() < kShownEvery.count())
+    {
+        m_Soon.start(kShownEvery);
+        return false;
+    }
+    ShowPending();
+    return true;
+}
+
+void CConsoleWnd::ShowPending()
+{
+    m_SinceShown.start();
+    m_Soon.stop();
+    const std::string_view shown = KeepLastLines(m_strPending);
+    AppendLines(m_Decoder(QByteArrayView(shown.data(), static_cast<qsizetype>(shown.size()))));
+    m_strPending.clear();
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
     if (isVisible())
     {
         viewport()->repaint();
     }
+}
+
+void CConsoleWnd::AppendLines(const QString& characters)
+{
+    QString lines;
+    for (const QChar character : characters)
+    {
+        if (character == '\r')
+        {
+            continue;
+        }
+        if (m_nColumn == kLongestLine && character != '\n')
+        {
+            lines += '\n';
+            m_nColumn = 0;
+        }
+        lines += character;
+        m_nColumn = character == '\n' ? 0 : m_nColumn + 1;
+    }
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(lines);
 }
 
 QSize CConsoleWnd::sizeHint() const

@@ -62,8 +62,8 @@ void CTessarineApp::SpeakChinese()
 void CTessarineApp::TakeConsoleText(std::string_view text)
 {
     m_Terminal(text);
-    m_Console.Append(text);
-    if (m_pFrame != nullptr && m_pFrame->IsCommandRunning() && !m_bShowingProgress)
+    const bool isShown = m_Console.Append(text);
+    if (isShown && m_pFrame != nullptr && m_pFrame->IsCommandRunning() && !m_bShowingProgress)
     {
         m_bShowingProgress = true;
         processEvents(QEventLoop::ExcludeUserInputEvents);
