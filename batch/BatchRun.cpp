@@ -13,6 +13,8 @@ BatchRun::BatchRun(const BatchOptions& options)
       m_SinkBefore(DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); })),
       m_bQuiet(options.quiet)
 {
+    m_Platform.SetViewSize(options.viewWidth, options.viewHeight);
+    m_Platform.SetWatched(false); // a picture is a frame of its own
     m_Workbench.GetView().Resize(0, 0, options.viewWidth, options.viewHeight);
 }
 
@@ -24,8 +26,22 @@ BatchRun::~BatchRun()
 
 bool BatchRun::RunAll(const std::vector<OperationCall>& calls)
 {
+    CreateViewFor(calls);
     return std::all_of(calls.begin(), calls.end(),
                        [this](const OperationCall& call) { return RunOne(call); });
+}
+
+/// All frames of a run are drawn in one context, as each starts from what the one before has left there.
+/// A run that never looks at one needs no GL. Where there is none, the operation that looks says so.
+void BatchRun::CreateViewFor(const std::vector<OperationCall>& calls)
+{
+    const bool looks = std::any_of(calls.begin(), calls.end(),
+                                   [](const OperationCall& call)
+                                   { return LooksAtFrames(*call.pOperation, call.arguments); });
+    if (looks && !m_Workbench.GetView().HasSurface())
+    {
+        m_Workbench.CreateView();
+    }
 }
 
 bool BatchRun::RunOne(const OperationCall& call)

@@ -40,6 +40,7 @@ public:
     void WriteOutput(std::string_view text);
 
 private:
+    void CreateViewFor(const std::vector<OperationCall>& calls);
     bool RunOne(const OperationCall& call);
     void TakeConsoleText(std::string_view text);
     bool TellLostConsoleText();

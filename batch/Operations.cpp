@@ -5,7 +5,9 @@
 #include "Failure.h"
 #include "File.h"
 #include "IACommandRouter.h"
+#include "PngCodec.h"
 #include "Report.h"
+#include "resource.h"
 #include <algorithm>
 #include <limits>
 
@@ -154,6 +156,17 @@ bool RunDump(BatchRun& run, const Arguments& arguments)
                        });
 }
 
+/// Standard output takes a picture as well, to be passed on.
+bool RunRender(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           const std::string png = EncodePng(run.GetWorkbench().GetView().TakePicture());
+                           WriteResult(run, arguments[0], [&png](const auto& sink) { sink(png); });
+                       });
+}
+
 constexpr Operation kOperations[] = {
     {"new", "", Group::Document, "starts an empty document", RunNew},
     {"import", "FILE", Group::Document, "replaces the document's model by the one of an .obj file",
@@ -224,7 +237,7 @@ constexpr Operation kOperations[] = {
      RunMouse<ToolEvent::Kind::RightButtonDown>},
     {"right-up", "X Y", Group::ViewAndInput, "releases the right button",
      RunMouse<ToolEvent::Kind::RightButtonUp>},
-    {"render", "FILE", Group::ViewAndInput, "writes one frame as PNG", RunLater},
+    {"render", "FILE", Group::ViewAndInput, "writes one frame as PNG (- is standard output)", RunRender},
     {"status", "", Group::ViewAndInput, "prints the seven panes of the status bar, one a line", RunStatus},
 };
 }
@@ -244,6 +257,17 @@ const Operation* FindOperation(std::string_view name)
 bool ComesLater(const Operation& operation)
 {
     return operation.handler == &RunLater;
+}
+
+bool LooksAtFrames(const Operation& operation, const std::vector<std::string>& arguments)
+{
+    if (operation.handler == &RunMenu)
+    {
+        long long id = 0;
+        ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
+        return id == ResourceID::ShowTexture;
+    }
+    return operation.handler == &RunRender;
 }
 
 std::string GetUsage(const Operation& operation)

@@ -40,5 +40,7 @@ function(AddTestProgram name)
   list(TRANSFORM arg_TESTS PREPEND "${PROJECT_SOURCE_DIR}/tests/")
   add_executable(${name} ${arg_TESTS})
   target_link_libraries(${name} PRIVATE ${arg_LAYER} HouseWarnings support GTest::gmock)
+  # The libraries are as shipped; the tests' own code takes half the time to compile like this.
+  target_compile_options(${name} PRIVATE -Og)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()
