@@ -37,6 +37,7 @@ public:
     /// The workbench's boundary. While an action is under way the view neither draws by itself nor passes events
     /// on, and a second action is not begun.
     bool Perform(const std::string& name, Effect effect, const std::function<void()>& action);
+    bool IsOccupied() const { return m_bOccupied; }
 
 protected:
     bool event(QEvent* event) override;

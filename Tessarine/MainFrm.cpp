@@ -9,6 +9,7 @@
 #include "StatusPanes.h"
 #include "resource.h"
 #include <QAction>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -94,15 +95,15 @@ CMainFrame::~CMainFrame()
 
 bool CMainFrame::OnCreate()
 {
-    for (const MenuLine& menu : GetMenuBar())
-    {
-        FillMenu(*menuBar()->addMenu(menu.title), menu.items);
-    }
     m_pToolBar = CreateToolBar(ResourceID::MainFrame, "工具栏", GetMainToolbar());
     m_pSelectToolBar = CreateToolBar(ResourceID::SelectToolbar, "选择工具栏", GetSelectToolbar());
     addToolBar(Qt::TopToolBarArea, m_pToolBar);
     insertToolBar(m_pToolBar, m_pSelectToolBar); // to its left, in the same row
     CreateStatusBar();
+    for (const MenuLine& menu : GetMenuBar())
+    {
+        FillMenu(*menuBar()->addMenu(menu.title), menu.items);
+    }
     if (!CreateView())
     {
         return false;
@@ -127,7 +128,9 @@ void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
         }
         else if (line.id != 0)
         {
-            menu.addAction(m_Actions.Get(line.id, line.title));
+            QAction* action = m_Actions.Get(line.id, line.title);
+            action->setCheckable(action->isCheckable() || FindBar(line.id) != nullptr);
+            menu.addAction(action);
         }
         else
         {
@@ -305,6 +308,11 @@ bool CMainFrame::event(QEvent* event)
         return true;
     }
     return QMainWindow::event(event);
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(m_pView == nullptr || !m_pView->IsOccupied());
 }
 
 /// The keys that stay down change anywhere, also while another program has the keyboard.

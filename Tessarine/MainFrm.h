@@ -43,6 +43,8 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    /// A window whose action is under way stays: it would end with the action half done.
+    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

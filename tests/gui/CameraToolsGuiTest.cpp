@@ -142,6 +142,7 @@ TEST_F(CameraToolsGuiTest, SeesNothingOfADragThatIsOutside)
     // The release was not seen: without a button the drag goes on inside.
     MoveTo({300, 270});
     EXPECT_NEAR(Camera().GetViewVector().Length(), distance + 1, 1e-9);
+    Press({300, 270});
     Release({300, 270});
     MoveTo({300, 100});
     EXPECT_NEAR(Camera().GetViewVector().Length(), distance + 1, 1e-9);

@@ -1,8 +1,7 @@
 #include "GuiTest.h"
 #include "resource.h"
-#include <QLabel>
 #include <QPaintEvent>
-#include <QStatusBar>
+#include <QTextBlock>
 
 namespace tessarine
 {

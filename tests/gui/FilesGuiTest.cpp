@@ -1,11 +1,11 @@
 #include "GuiTest.h"
-#include "StartOptions.h"
 #include "resource.h"
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QSettings>
+#include <QTimer>
 
 namespace tessarine
 {
@@ -216,8 +216,7 @@ TEST_F(FilesGuiTest, SaysWhereTheListWillStand)
 TEST_F(FilesGuiTest, OpensTheFileOfTheCommandLine)
 {
     m_Folder.Write("a.obj", kTetrahedronObj);
-    App().ExitInstance();
-    EXPECT_TRUE(App().InitInstance({.file = "a.obj"}));
+    EXPECT_TRUE(StartAgain("a.obj"));
     EXPECT_EQ(Frame().windowTitle(), "a.obj - Tessarine");
     EXPECT_EQ(App().GetRecentFiles().GetFiles(), QStringList{PathOf("a.obj")});
     EXPECT_EQ(PaneText(1), "顶点数: 0");
@@ -225,8 +224,7 @@ TEST_F(FilesGuiTest, OpensTheFileOfTheCommandLine)
 
 TEST_F(FilesGuiTest, DoesNotStartWithAFileThatIsMissing)
 {
-    App().ExitInstance();
-    QTimer poll; // the frame of the test's own timer is gone
+    QTimer poll; // goes on without the window of the test
     QObject::connect(&poll, &QTimer::timeout,
                      []
                      {
@@ -236,14 +234,13 @@ TEST_F(FilesGuiTest, DoesNotStartWithAFileThatIsMissing)
                          }
                      });
     poll.start(5);
-    EXPECT_FALSE(App().InitInstance({.file = "missing.obj"}));
+    EXPECT_FALSE(StartAgain("missing.obj"));
 }
 
 TEST_F(FilesGuiTest, ImportsTheModelOfTheCommandLine)
 {
     m_Folder.Write("models/a.obj", kTetrahedronObj);
-    App().ExitInstance();
-    EXPECT_TRUE(App().InitInstance({.importModel = "models/a.obj"}));
+    EXPECT_TRUE(StartAgain("", "models/a.obj"));
     EXPECT_EQ(PaneText(1), "顶点数: 4");
     EXPECT_EQ(Frame().windowTitle(), "无标题 - Tessarine");
     EXPECT_EQ(GetCurrentFolder(), m_Folder.GetPath());

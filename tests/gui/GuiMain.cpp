@@ -1,6 +1,7 @@
 #include "CTessarineApp.h"
 #include "Display.h"
 #include "GuiTest.h"
+#include "ResourceFolder.h"
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -15,5 +16,6 @@ int main(int argc, char** argv)
     DebugConsole().SetSink([](std::string_view text) { GetTerminalText() += text; });
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     CTessarineApp app(argc, argv);
+    SetResourceFolder(TESSARINE_FOLDER); // this program stands elsewhere
     return RUN_ALL_TESTS();
 }

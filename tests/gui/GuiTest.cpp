@@ -1,19 +1,16 @@
 #include "GuiTest.h"
 #include "MenuTables.h"
-#include "StartOptions.h"
 #include "resource.h"
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
-#include <QToolButton>
 #include <QWindow>
 
 namespace tessarine
@@ -59,9 +56,7 @@ GuiTest::GuiTest()
     Frame().resize(kFrameSize);
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&Frame()));
     EXPECT_TRUE(QTest::qWaitForWindowExposed(View().windowHandle()));
-    Frame().activateWindow();
-    View().setFocus();
-    QCoreApplication::processEvents();
+    TakeKeyboard();
 }
 
 GuiTest::~GuiTest()
@@ -73,6 +68,13 @@ GuiTest::~GuiTest()
     {
         App().GetRecentFiles().Remove(file);
     }
+}
+
+void GuiTest::TakeKeyboard()
+{
+    Frame().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&Frame()));
+    View().setFocus();
 }
 
 QAction& GuiTest::Action(int id)
@@ -129,6 +131,15 @@ void GuiTest::ClickButton(int id)
 {
     QToolButton& button = Button(id);
     Click(button, button.rect().center());
+}
+
+bool GuiTest::StartAgain(const QString& file, const QString& importModel)
+{
+    App().ExitInstance();
+    StartOptions options;
+    options.file = file;
+    options.importModel = importModel;
+    return App().InitInstance(options);
 }
 
 void GuiTest::Press(QPoint place)
@@ -205,6 +216,7 @@ void GuiTest::ImportTetrahedron()
     AnswerFileDialog("tetrahedron.obj");
     ChooseFromMenu(ResourceID::ImportObj);
     App().GetConsole().ShowPending();
+    TakeKeyboard();
 }
 
 QImage GuiTest::GrabView()

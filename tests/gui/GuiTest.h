@@ -3,17 +3,16 @@
 #include "CTessarineDoc.h"
 #include "CTessarineView.h"
 #include "MainFrm.h"
+#include "StartOptions.h"
 #include "TemporaryFolder.h"
 #include <QDialog>
+#include <QMenu>
 #include <QTest>
+#include <QToolButton>
 #include <functional>
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
-
-class QAction;
-class QMenu;
-class QToolButton;
 
 namespace tessarine
 {
@@ -53,6 +52,9 @@ protected:
     void Release(QPoint place);
     void Drag(QPoint from, QPoint to);
 
+    /// In place of the test's window, one that the command line asks for.
+    bool StartAgain(const QString& file, const QString& importModel = {});
+
     /// Does what follows to the next modal dialog, as soon as it is there.
     void WhenDialogOpens(const std::function<void(QDialog& dialog)>& action);
     /// Closes the next message box, and keeps what it says.
@@ -61,6 +63,9 @@ protected:
     void AnswerFileDialog(const QString& name);
     /// What the message boxes said, oldest first: title, text, and the sentence below it.
     const std::vector<std::string>& GetMessages() const { return m_Messages; }
+
+    /// Without a window manager nobody gives the keyboard back when a dialog is gone.
+    void TakeKeyboard();
 
     /// Imports a tetrahedron through the menu and the file dialog.
     void ImportTetrahedron();
