@@ -1,16 +1,20 @@
 #include "QtGLSurface.h"
-#include <QSurfaceFormat>
 #include <QWindow>
 
 namespace tessarine
 {
 namespace
 {
-/// Whether the fixed functions are there: everything before 3.1 has them, and the compatibility profile.
-bool HasFixedFunctions(const QOpenGLContext& context)
+std::string DescribeVersion(const QSurfaceFormat& format)
 {
-    const QSurfaceFormat format = context.format();
-    if (context.isOpenGLES())
+    return std::string(format.renderableType() == QSurfaceFormat::OpenGLES ? "OpenGL ES " : "OpenGL ") +
+           std::to_string(format.majorVersion()) + "." + std::to_string(format.minorVersion());
+}
+}
+
+bool HasFixedFunctions(const QSurfaceFormat& format)
+{
+    if (format.renderableType() == QSurfaceFormat::OpenGLES)
     {
         return false;
     }
@@ -23,14 +27,6 @@ bool HasFixedFunctions(const QOpenGLContext& context)
         return format.testOption(QSurfaceFormat::DeprecatedFunctions);
     }
     return format.profile() != QSurfaceFormat::CoreProfile;
-}
-
-std::string DescribeVersion(const QOpenGLContext& context)
-{
-    const QSurfaceFormat format = context.format();
-    return std::string(context.isOpenGLES() ? "OpenGL ES " : "OpenGL ") +
-           std::to_string(format.majorVersion()) + "." + std::to_string(format.minorVersion());
-}
 }
 
 QtGLSurface::QtGLSurface(QWindow& window) : m_Window(window)
@@ -52,10 +48,10 @@ QtGLSurface::QtGLSurface(QWindow& window) : m_Window(window)
             "OpenGL is missing: install a driver for it (libgl1-mesa-dri has one that needs no "
             "graphics card) and check that the display offers GLX");
     }
-    if (!HasFixedFunctions(m_Context))
+    if (!HasFixedFunctions(m_Context.format()))
     {
         throw GLSurfaceError("wglCreateContext failed",
-                             "the OpenGL driver gives " + DescribeVersion(m_Context) +
+                             "the OpenGL driver gives " + DescribeVersion(m_Context.format()) +
                                  " without the compatibility profile, which Tessarine draws with");
     }
 }
