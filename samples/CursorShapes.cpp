@@ -39,6 +39,12 @@ double Length(const Point& a)
     return std::sqrt(Dot(a, a));
 }
 
+/// The angle in degrees, clockwise from the right.
+Point PointOnCircle(const Point& centre, double radius, double angle)
+{
+    return centre + Point{std::cos(angle * kPi / 180.0), std::sin(angle * kPi / 180.0)} * radius;
+}
+
 /// How far a point lies outside a shape, in pixels; negative inside.
 using Shape = std::function<double(const Point&)>;
 
@@ -62,16 +68,21 @@ Shape Line(const Point& from, const Point& to, double width)
     };
 }
 
-Shape Polyline(const std::vector<Point>& points, double width)
+/// A piece of a ring, between two angles in degrees, clockwise from the right.
+Shape Arc(const Point& centre, double radius, double from, double to, double width)
 {
+    const double middle = (from + to) / 2;
+    const Point towards = PointOnCircle({0, 0}, 1, middle);
+    const double openness = std::cos((to - from) / 2 * kPi / 180.0);
+    const Point first = PointOnCircle(centre, radius, from);
+    const Point last = PointOnCircle(centre, radius, to);
     return [=](const Point& p)
     {
-        double least = 1e9;
-        for (std::size_t i = 1; i < points.size(); ++i)
-        {
-            least = std::min(least, Line(points[i - 1], points[i], width)(p));
-        }
-        return least;
+        const double distance = Length(p - centre);
+        const bool isBeside = Dot(p - centre, towards) >= distance * openness;
+        const double toMiddle =
+            isBeside ? std::abs(distance - radius) : std::min(Length(p - first), Length(p - last));
+        return toMiddle - width / 2;
     };
 }
 
@@ -90,14 +101,13 @@ Shape Triangle(const Point& a, const Point& b, const Point& c)
 /// A head whose point is at `tip`, looking in the direction of the angle (degrees, clockwise from the right).
 Shape ArrowHead(const Point& tip, double angle, double length, double halfWidth)
 {
-    const double radians = angle * kPi / 180.0;
-    const Point ahead{std::cos(radians), std::sin(radians)};
+    const Point ahead = PointOnCircle({0, 0}, 1, angle);
     const Point aside{-ahead.y, ahead.x};
     const Point foot = tip - ahead * length;
     return Triangle(tip, foot + aside * halfWidth, foot - aside * halfWidth);
 }
 
-Shape AllOf(std::vector<Shape> shapes)
+Shape Together(std::vector<Shape> shapes)
 {
     return [shapes = std::move(shapes)](const Point& p)
     {
@@ -108,19 +118,6 @@ Shape AllOf(std::vector<Shape> shapes)
         }
         return least;
     };
-}
-
-/// Points of a circle, by angles in degrees, clockwise from the right.
-std::vector<Point> CircleArc(const Point& centre, double radius, double from, double to)
-{
-    constexpr int kPieces = 48;
-    std::vector<Point> points;
-    for (int i = 0; i <= kPieces; ++i)
-    {
-        const double angle = (from + (to - from) * i / kPieces) * kPi / 180.0;
-        points.push_back(centre + Point{std::cos(angle), std::sin(angle)} * radius);
-    }
-    return points;
 }
 
 /// At each place of a pixel white, rim or nothing; the pixel is their mean.
@@ -137,8 +134,9 @@ Image Paint(const Shape& shape)
             int rim = 0;
             for (int i = 0; i < kPlaces; ++i)
             {
-                const double distance = shape(
-                    {x + (i % kSamples + 0.5) / kSamples, y + (i / kSamples + 0.5) / kSamples}); // NOLINT
+                const int row = i / kSamples;
+                const double distance =
+                    shape({x + (i % kSamples + 0.5) / kSamples, y + (row + 0.5) / kSamples});
                 white += distance <= 0.0 ? 1 : 0;
                 rim += distance > 0.0 && distance <= kRim ? 1 : 0;
             }
@@ -161,19 +159,18 @@ Shape OrbitShape()
     std::vector<Shape> shapes = {Disc(centre, 4.0)};
     for (const double start : {-165.0, 15.0})
     {
-        const std::vector<Point> arc = CircleArc(centre, kRadius, start, start + 118);
-        shapes.push_back(Polyline(arc, 2.2));
-        shapes.push_back(ArrowHead(CircleArc(centre, kRadius, 0, start + 154).back(), start + 226, 7.2, 4.4));
+        shapes.push_back(Arc(centre, kRadius, start, start + 118, 2.2));
+        shapes.push_back(ArrowHead(PointOnCircle(centre, kRadius, start + 154), start + 226, 7.2, 4.4));
     }
-    return AllOf(shapes);
+    return Together(shapes);
 }
 
 /// An eye between two arrow heads: the view goes around the eye.
 Shape AroundShape()
 {
-    return AllOf({Disc({16, 16}, 2.4), Polyline(CircleArc({16, 20.4}, 9.2, -151, -29), 1.8),
-                  Polyline(CircleArc({16, 11.6}, 9.2, 29, 151), 1.8), ArrowHead({1.5, 16}, 180, 4.6, 4.2),
-                  ArrowHead({30.5, 16}, 0, 4.6, 4.2)});
+    return Together({Disc({16, 16}, 2.4), Arc({16, 20.4}, 9.2, -151, -29, 1.8),
+                     Arc({16, 11.6}, 9.2, 29, 151, 1.8), ArrowHead({1.5, 16}, 180, 4.6, 4.2),
+                     ArrowHead({30.5, 16}, 0, 4.6, 4.2)});
 }
 
 /// Four arrows.
@@ -183,20 +180,19 @@ Shape MoveShape()
     std::vector<Shape> shapes;
     for (int i = 0; i < 4; ++i)
     {
-        const double radians = i * kPi / 2;
-        const Point ahead{std::cos(radians), std::sin(radians)};
-        shapes.push_back(Line(centre, centre + ahead * 11, 2.0));
-        shapes.push_back(ArrowHead(centre + ahead * 14.4, i * 90.0, 5.6, 4.6));
+        const double angle = i * 90.0;
+        shapes.push_back(Line(centre, PointOnCircle(centre, 11, angle), 2.0));
+        shapes.push_back(ArrowHead(PointOnCircle(centre, 14.4, angle), angle, 5.6, 4.6));
     }
-    return AllOf(shapes);
+    return Together(shapes);
 }
 
 /// A glass with a plus in it.
 Shape ZoomShape()
 {
     const Point centre{13, 13};
-    return AllOf({Ring(centre, 8.6, 2.4), Line({9.4, 13}, {16.6, 13}, 2.0), Line({13, 9.4}, {13, 16.6}, 2.0),
-                  Line({20.4, 20.4}, {27.6, 27.6}, 4.2)});
+    return Together({Ring(centre, 8.6, 2.4), Line({9.4, 13}, {16.6, 13}, 2.0),
+                     Line({13, 9.4}, {13, 16.6}, 2.0), Line({20.4, 20.4}, {27.6, 27.6}, 4.2)});
 }
 
 class Bytes

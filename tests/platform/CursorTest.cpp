@@ -70,6 +70,13 @@ void ExpectPixels(const std::string& bytes, int width, int height, const std::ve
     ExpectImage(DecodeCursor(bytes).image, width, height, 4, pixels);
 }
 
+/// Drawn once for all tests.
+const std::vector<DrawnCursor>& GetOwnCursors()
+{
+    static const std::vector<DrawnCursor> cursors = DrawCursors();
+    return cursors;
+}
+
 const std::string kOnePixel = Bytes({1, 2, 3, 4}) + Little32(0); // blue first, and the mask
 }
 
@@ -257,7 +264,7 @@ TEST(Cursor, ThatIsMissingOrBrokenIsTold)
 
 TEST(OwnCursors, LieInTheTreeAsTheyAreDrawn)
 {
-    for (const DrawnCursor& drawn : DrawCursors())
+    for (const DrawnCursor& drawn : GetOwnCursors())
     {
         const std::string path = std::string(TESSARINE_RES) + "/" + drawn.fileName;
         EXPECT_EQ(ReadFile(path), EncodeCursor(drawn.cursor))
@@ -267,7 +274,7 @@ TEST(OwnCursors, LieInTheTreeAsTheyAreDrawn)
 
 TEST(OwnCursors, AreReadAsTheyAreDrawn)
 {
-    for (const DrawnCursor& drawn : DrawCursors())
+    for (const DrawnCursor& drawn : GetOwnCursors())
     {
         const Cursor read = DecodeCursor(EncodeCursor(drawn.cursor));
         EXPECT_EQ(read.image.width, 32);
@@ -280,7 +287,7 @@ TEST(OwnCursors, AreReadAsTheyAreDrawn)
 
 TEST(OwnCursors, PointWithAPixelThatIsDrawn)
 {
-    for (const DrawnCursor& drawn : DrawCursors())
+    for (const DrawnCursor& drawn : GetOwnCursors())
     {
         const Image& image = drawn.cursor.image;
         const std::size_t row = static_cast<std::size_t>(image.height - 1 - drawn.cursor.hotY);

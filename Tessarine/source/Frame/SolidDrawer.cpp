@@ -3,17 +3,22 @@
 #include "DisplayFlag.h"
 #include "MANMaterialManager.h"
 #include "VertexRun.h"
+#include <array>
 #include <cmath>
 
 namespace tessarine
 {
 namespace
 {
-constexpr smVec3f kEdgeColor(0.5F, 0.7F, 0.4F);
+using Color = std::array<float, 3>;
+
+// A colour that is set within a run belongs to the corners: GL blends it along a line, and its rounding shows.
+constexpr Color kEdgeColor{0.5F, 0.7F, 0.4F};
+constexpr Color kHighlightColor{1.0F, 0.0F, 0.0F};
+constexpr Color kPointColor{1.0F, 1.0F, 1.0F};
+constexpr Color kPointWithoutNormalColor{1.0F, 0.0F, 0.0F};
+// These two are set before their runs.
 constexpr smVec3f kBoundaryColor(0.2F, 1.0F, 0.2F);
-constexpr smVec3f kHighlightColor(1.0F, 0.0F, 0.0F);
-constexpr smVec3f kPointColor(1.0F, 1.0F, 1.0F);
-constexpr smVec3f kPointWithoutNormalColor(1.0F, 0.0F, 0.0F);
 constexpr smVec3f kSelectedPointColor(0.5F, 1.0F, 0.2F);
 
 void SetColor(const smVec3f& color)
@@ -89,12 +94,14 @@ void AddLitPolygon(VertexRun<LitCorner>& run, const DSFace& face, bool smooth)
                });
 }
 
-void AddEdge(VertexRun<PlainCorner>& run, const DSEdge& edge)
+/// @param makeCorner of a position
+template <class TCorner, class TMakeCorner>
+void AddEdge(VertexRun<TCorner>& run, const DSEdge& edge, TMakeCorner makeCorner)
 {
     const EdgeEnds ends = FindEnds(edge);
     if (ends.pFirst != nullptr)
     {
-        run.AddLine({ToSingle(ends.pFirst->GetPosition())}, {ToSingle(ends.pSecond->GetPosition())});
+        run.AddLine(makeCorner(ends.pFirst->GetPosition()), makeCorner(ends.pSecond->GetPosition()));
     }
 }
 
@@ -109,39 +116,32 @@ void DrawBoundaryEdges(const DSSolid& solid)
         {
             if (pEdge->IsBoundary())
             {
-                AddEdge(run, *pEdge);
+                AddEdge(run, *pEdge, [](const smVec3d& place) { return PlainCorner{ToSingle(place)}; });
             }
         }
     }
     glPopAttrib();
 }
 
-bool HasNormal(const DSVertex& vertex)
+/// A normal that is no number is none of zero.
+bool HasZeroNormal(const DSVertex& vertex)
 {
     constexpr double kTolerance = 1e-10;
     const smVec3d& normal = vertex.GetNormal();
-    return std::abs(normal.x) >= kTolerance || std::abs(normal.y) >= kTolerance ||
-           std::abs(normal.z) >= kTolerance;
+    return std::abs(normal.x) < kTolerance && std::abs(normal.y) < kTolerance &&
+           std::abs(normal.z) < kTolerance;
 }
 
 void DrawAllPoints(const DSSolid& solid)
 {
-    VertexRun<PlainCorner> run(GL_POINTS);
-    bool hadNormal = true;
-    SetColor(kPointColor);
+    VertexRun<ColoredCorner> run(GL_POINTS);
     for (const DSVertex* pVertex : solid.GetVertexList())
     {
-        if (pVertex == nullptr)
+        if (pVertex != nullptr)
         {
-            continue;
+            run.AddPoint({HasZeroNormal(*pVertex) ? kPointWithoutNormalColor : kPointColor,
+                          ToSingle(pVertex->GetPosition())});
         }
-        if (HasNormal(*pVertex) != hadNormal)
-        {
-            run.Flush();
-            hadNormal = !hadNormal;
-            SetColor(hadNormal ? kPointColor : kPointWithoutNormalColor);
-        }
-        run.AddPoint({ToSingle(pVertex->GetPosition())});
     }
 }
 
@@ -156,6 +156,13 @@ void DrawSelectedPoints(const DSSolid& solid)
             run.AddPoint({ToSingle(pVertex->GetPosition())});
         }
     }
+}
+
+/// GL refuses any other, and keeps the one before it.
+bool IsShininessTaken(const DSMaterial& material)
+{
+    constexpr float kLargest = 128.0F;
+    return !(material.m_fShininess < 0.0F || material.m_fShininess > kLargest);
 }
 
 const DSTextureBinding* FindTexture(const DSFace& face)
@@ -217,18 +224,14 @@ void SolidDrawer::DrawWire(const DSSolid& solid) const
     glDisable(GL_LIGHTING);
     glLineWidth(1.0F);
     {
-        VertexRun<PlainCorner> run(GL_LINES);
-        bool highlight = false;
-        SetColor(kEdgeColor);
+        VertexRun<ColoredCorner> run(GL_LINES);
         for (const DSEdge* pEdge : solid.GetEdgeList())
         {
-            if (pEdge->GetHighlight() != highlight)
-            {
-                run.Flush();
-                highlight = !highlight;
-                SetColor(highlight ? kHighlightColor : kEdgeColor);
-            }
-            AddEdge(run, *pEdge);
+            const Color& color = pEdge->GetHighlight() ? kHighlightColor : kEdgeColor;
+            AddEdge(run, *pEdge,
+                    [&color](const smVec3d& place) {
+                        return ColoredCorner{color, ToSingle(place)};
+                    });
         }
     }
     if ((m_nDisplayFlags & DisplayFlag::BoundaryEdges) != 0)
@@ -259,9 +262,19 @@ void SolidDrawer::DrawSurface(const DSSolid& solid) const
 
 void SolidDrawer::ApplyLastMaterial(const DSSolid& solid) const
 {
-    if (!solid.GetFaceList().empty())
+    const auto& faces = solid.GetFaceList();
+    for (std::size_t place = faces.size(); place-- > 0;)
     {
-        ApplyMaterial(GetMaterial(*solid.GetFaceList().back()));
+        const DSMaterial& material = GetMaterial(*faces[place]);
+        if (IsShininessTaken(material))
+        {
+            ApplyMaterial(material);
+            break;
+        }
+    }
+    if (!faces.empty())
+    {
+        ApplyMaterial(GetMaterial(*faces.back()));
     }
 }
 

@@ -6,7 +6,9 @@ namespace tessarine
 namespace
 {
 template <class TCorner>
-constexpr bool kHasNormal = !std::is_same_v<TCorner, PlainCorner>;
+constexpr bool kHasColor = std::is_same_v<TCorner, ColoredCorner>;
+template <class TCorner>
+constexpr bool kHasNormal = std::is_same_v<TCorner, LitCorner> || std::is_same_v<TCorner, TexturedCorner>;
 template <class TCorner>
 constexpr bool kHasTexCoord = std::is_same_v<TCorner, TexturedCorner>;
 
@@ -16,6 +18,10 @@ void SetArrays(bool enabled)
 {
     const auto set = enabled ? &glEnableClientState : &glDisableClientState;
     set(GL_VERTEX_ARRAY);
+    if constexpr (kHasColor<TCorner>)
+    {
+        set(GL_COLOR_ARRAY);
+    }
     if constexpr (kHasNormal<TCorner>)
     {
         set(GL_NORMAL_ARRAY);
@@ -31,6 +37,10 @@ void PointAt(const TCorner* corners)
 {
     constexpr GLsizei kStride = sizeof(TCorner);
     glVertexPointer(3, GL_FLOAT, kStride, corners->position.data());
+    if constexpr (kHasColor<TCorner>)
+    {
+        glColorPointer(3, GL_FLOAT, kStride, corners->color.data());
+    }
     if constexpr (kHasNormal<TCorner>)
     {
         glNormalPointer(GL_FLOAT, kStride, corners->normal.data());
@@ -68,6 +78,7 @@ void VertexRun<TCorner>::Flush()
 }
 
 template class VertexRun<PlainCorner>;
+template class VertexRun<ColoredCorner>;
 template class VertexRun<LitCorner>;
 template class VertexRun<TexturedCorner>;
 }

@@ -13,6 +13,13 @@ struct PlainCorner
     std::array<float, 3> position;
 };
 
+/// The same with a colour of its own.
+struct ColoredCorner
+{
+    std::array<float, 3> color;
+    std::array<float, 3> position;
+};
+
 /// The corner of a lit surface.
 struct LitCorner
 {
@@ -92,6 +99,7 @@ private:
 };
 
 extern template class VertexRun<PlainCorner>;
+extern template class VertexRun<ColoredCorner>;
 extern template class VertexRun<LitCorner>;
 extern template class VertexRun<TexturedCorner>;
 }
