@@ -1,19 +1,15 @@
 #include "HeadlessPlatform.h"
 #include "ErrorLine.h"
 #include "File.h"
+#include "StatusPanes.h"
+#include <algorithm>
 #include <utility>
 
 namespace tessarine
 {
 HeadlessPlatform::HeadlessPlatform()
-    : m_PaneTexts{"就绪",
-                  "顶点数              ",
-                  "面片数                   ",
-                  "相机坐标                                  ",
-                  "大写",
-                  "数字",
-                  "滚动"}
 {
+    std::copy(kPaneTexts.begin(), kPaneTexts.end(), m_PaneTexts.begin());
 }
 
 void HeadlessPlatform::ShowMessage(const std::string& title, const std::string& text)

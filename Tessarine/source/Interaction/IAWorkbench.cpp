@@ -250,15 +250,15 @@ void IAWorkbench::ExportObj()
     m_pController->ExportObj();
 }
 
-void IAWorkbench::OpenDocument()
+std::optional<std::filesystem::path> IAWorkbench::OpenDocument()
 {
     const CurrentFolderGuard folder;
-    GetPlatform().AskOpenFile(AnyFile());
+    return GetPlatform().AskOpenFile(AnyFile());
 }
 
-void IAWorkbench::SaveDocument()
+std::optional<std::filesystem::path> IAWorkbench::SaveDocument()
 {
     const CurrentFolderGuard folder;
-    GetPlatform().AskSaveFile(AnyFile());
+    return GetPlatform().AskSaveFile(AnyFile());
 }
 }

@@ -5,8 +5,10 @@
 #include "MANToolsManager.h"
 #include "Open3DView.h"
 #include "ToolEvent.h"
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tessarine
@@ -62,8 +64,9 @@ public:
 
     /// Effect::None. The framework's file commands: they ask for a file, and read and write nothing, as
     /// models come and go by ImportObj and ExportObj.
-    void OpenDocument();
-    void SaveDocument();
+    /// @return what the user chose; nothing when he cancelled
+    std::optional<std::filesystem::path> OpenDocument();
+    std::optional<std::filesystem::path> SaveDocument();
 
 private:
     void PassToTool(const ToolEvent& event);
