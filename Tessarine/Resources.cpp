@@ -94,7 +94,7 @@ constexpr MenuEntry kEntries[] = {
     {ResourceID::EditCut, "剪切(&T)\tCtrl+X", None},
     {ResourceID::EditPaste, "粘贴(&P)\tCtrl+V", None},
     {ResourceID::EditUndo, "撤消(&U)\tCtrl+Z", None},
-    {ResourceID::AppAbout, "关于 Tessarine(&A)...", Framework, kLater},
+    {ResourceID::AppAbout, "关于 Tessarine(&A)...", Framework},
 };
 // clang-format on
 

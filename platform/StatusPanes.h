@@ -5,9 +5,13 @@ namespace tessarine
 {
 /// The texts that the panes of the status bar start with, from the left. Those with blanks at their end
 /// stand for a longer text, and give their pane its width.
-inline constexpr std::array<const char*, 7> kPaneTexts{
-    "就绪", "顶点数              ", "面片数                   ", "相机坐标                                  ",
-    "大写", "数字",                 "滚动"};
+inline constexpr std::array<const char*, 7> kPaneTexts{"就绪",
+                                                       "顶点数              ",
+                                                       "面片数                   ",
+                                                       "相机坐标                                  ",
+                                                       "大写",
+                                                       "数字",
+                                                       "滚动"};
 
 /// The pane of the message line.
 inline constexpr int kMessagePane = 0;

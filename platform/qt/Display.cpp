@@ -4,15 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
-#include <string_view>
 
 namespace tessarine
 {
 namespace
 {
-constexpr char kPlatformVariable[] = "QT_QPA_PLATFORM";
-constexpr char kXWindows[] = "xcb";
-
 bool IsLocaleUtf8()
 {
     std::setlocale(LC_ALL, "");
@@ -24,7 +20,7 @@ bool IsLocaleUtf8()
 
 void PrepareForDisplay()
 {
-    setenv(kPlatformVariable, kXWindows, 0);
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
     if (!IsLocaleUtf8())
     {
         setenv("LC_ALL", "C.UTF-8", 1);
@@ -33,11 +29,6 @@ void PrepareForDisplay()
 
 bool IsDisplayThere()
 {
-    const char* platform = std::getenv(kPlatformVariable);
-    if (platform != nullptr && std::string_view(platform) != kXWindows)
-    {
-        return true; // whoever names another knows it to be there
-    }
     Display* display = XOpenDisplay(nullptr);
     if (display == nullptr)
     {

@@ -3,8 +3,8 @@
 /// What has to be settled around the making of the QApplication.
 namespace tessarine
 {
-/// Asks Qt for the one kind of window that Tessarine draws on, unless the user names another (QT_QPA_PLATFORM),
-/// and spares it a warning where the user's locale is not UTF-8. Before the QApplication.
+/// Asks Qt for the one kind of window that Tessarine draws on, whatever the desktop prefers, and spares it a warning
+/// where the user's locale is not UTF-8. Before the QApplication.
 void PrepareForDisplay();
 
 /// Whether the display can be reached: without it the QApplication ends the process. Before the QApplication.

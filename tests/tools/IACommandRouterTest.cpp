@@ -99,6 +99,11 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
     EXPECT_THAT(GetRefusal(32832), HasSubstr("third step"));
 }
 
+TEST_F(RouterTest, ShowsNoAboutBoxWithoutAWindow)
+{
+    EXPECT_TRUE(Run(ResourceID::AppAbout));
+}
+
 TEST_F(RouterTest, HasAnAnswerToEveryEntry)
 {
     for (const MenuEntry& entry : GetMenuEntries())

@@ -1,6 +1,7 @@
 #include "SolidDrawer.h"
 #include "DSBrep.h"
 #include "DisplayFlag.h"
+#include "LookAhead.h"
 #include "MANMaterialManager.h"
 #include "VertexRun.h"
 #include <array>
@@ -92,6 +93,42 @@ void AddLitPolygon(VertexRun<LitCorner>& run, const DSFace& face, bool smooth)
                [&normal](const DSHalfEdge& halfEdge) {
                    return LitCorner{normal, ToSingle(halfEdge.GetVertex()->GetPosition())};
                });
+}
+
+/// Asks for what stands behind a face of a list to come: its loop, and then the loop's half-edges, which nearly
+/// always lie side by side.
+void AskForLoop(const DSFace* face)
+{
+    if (!face->GetLoopList().empty())
+    {
+        AskForMemory(face->GetLoopList()[0], sizeof(DSLoop));
+    }
+}
+
+void AskForCorners(const DSFace* face)
+{
+    if (const DSHalfEdge* pEntry = FindEntry(*face))
+    {
+        AskForMemory(pEntry, 3 * sizeof(DSHalfEdge));
+    }
+}
+
+/// Likewise for an edge: its half-edges, and then their vertices.
+void AskForHalfEdges(const DSEdge* edge)
+{
+    AskForMemory(edge->GetHalfEdge1(), sizeof(DSHalfEdge));
+    AskForMemory(edge->GetHalfEdge2(), sizeof(DSHalfEdge));
+}
+
+void AskForVertices(const DSEdge* edge)
+{
+    for (const DSHalfEdge* pHalfEdge : {edge->GetHalfEdge1(), edge->GetHalfEdge2()})
+    {
+        if (pHalfEdge != nullptr)
+        {
+            AskForMemory(&pHalfEdge->GetVertex()->GetPosition(), sizeof(smVec3d));
+        }
+    }
 }
 
 /// @param makeCorner of a position
@@ -225,14 +262,15 @@ void SolidDrawer::DrawWire(const DSSolid& solid) const
     glLineWidth(1.0F);
     {
         VertexRun<ColoredCorner> run(GL_LINES);
-        for (const DSEdge* pEdge : solid.GetEdgeList())
-        {
-            const Color& color = pEdge->GetHighlight() ? kHighlightColor : kEdgeColor;
-            AddEdge(run, *pEdge,
-                    [&color](const smVec3d& place) {
-                        return ColoredCorner{color, ToSingle(place)};
-                    });
-        }
+        ForEachLookingAhead(solid.GetEdgeList(), AskForHalfEdges, AskForVertices,
+                            [&run](const DSEdge* edge)
+                            {
+                                const Color& color = edge->GetHighlight() ? kHighlightColor : kEdgeColor;
+                                AddEdge(run, *edge,
+                                        [&color](const smVec3d& place) {
+                                            return ColoredCorner{color, ToSingle(place)};
+                                        });
+                            });
     }
     if ((m_nDisplayFlags & DisplayFlag::BoundaryEdges) != 0)
     {
@@ -247,17 +285,18 @@ void SolidDrawer::DrawSurface(const DSSolid& solid) const
     const bool smooth = (m_nDisplayFlags & DisplayFlag::SmoothShading) != 0;
     const DSMaterial* pCurrent = nullptr;
     VertexRun<LitCorner> run(GL_TRIANGLES);
-    for (const DSFace* pFace : solid.GetFaceList())
-    {
-        const DSMaterial* pMaterial = &GetMaterial(*pFace);
-        if (pMaterial != pCurrent)
-        {
-            run.Flush();
-            ApplyMaterial(*pMaterial);
-            pCurrent = pMaterial;
-        }
-        AddLitPolygon(run, *pFace, smooth);
-    }
+    ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
+                        [this, &run, &pCurrent, smooth](const DSFace* face)
+                        {
+                            const DSMaterial* pMaterial = &GetMaterial(*face);
+                            if (pMaterial != pCurrent)
+                            {
+                                run.Flush();
+                                ApplyMaterial(*pMaterial);
+                                pCurrent = pMaterial;
+                            }
+                            AddLitPolygon(run, *face, smooth);
+                        });
 }
 
 void SolidDrawer::ApplyLastMaterial(const DSSolid& solid) const

@@ -1,4 +1,5 @@
 #include "VertexRun.h"
+#include <algorithm>
 #include <type_traits>
 
 namespace tessarine
@@ -50,6 +51,28 @@ void PointAt(const TCorner* corners)
         glTexCoordPointer(2, GL_FLOAT, kStride, corners->texCoord.data());
     }
 }
+
+/// One corner by calls.
+template <class TCorner>
+void Send(const TCorner& corner)
+{
+    if constexpr (kHasColor<TCorner>)
+    {
+        glColor3fv(corner.color.data());
+    }
+    if constexpr (kHasTexCoord<TCorner>)
+    {
+        glTexCoord2fv(corner.texCoord.data());
+    }
+    if constexpr (kHasNormal<TCorner>)
+    {
+        glNormal3fv(corner.normal.data());
+    }
+    glVertex3fv(corner.position.data());
+}
+
+/// Up to here calls take less time than the arrays' preparation: another material on each face makes short runs.
+constexpr std::size_t kMostCornersByCalls = 12;
 }
 
 // Filling the corners with zeros would cost as much as filling them with corners.
@@ -70,11 +93,17 @@ VertexRun<TCorner>::~VertexRun()
 template <class TCorner>
 void VertexRun<TCorner>::Flush()
 {
-    if (m_nCount != 0)
+    if (m_nCount > kMostCornersByCalls)
     {
         glDrawArrays(m_nMode, 0, static_cast<GLsizei>(m_nCount));
-        m_nCount = 0;
     }
+    else if (m_nCount != 0)
+    {
+        glBegin(m_nMode);
+        std::for_each_n(m_Corners.begin(), m_nCount, Send<TCorner>);
+        glEnd();
+    }
+    m_nCount = 0;
 }
 
 template class VertexRun<PlainCorner>;

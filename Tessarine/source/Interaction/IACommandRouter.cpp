@@ -67,6 +67,7 @@ constexpr Route kRoutes[] = {
     {ResourceID::FileOpen, Effect::None, [](IAWorkbench& workbench) { workbench.OpenDocument(); }},
     {ResourceID::FileSave, Effect::None, [](IAWorkbench& workbench) { workbench.SaveDocument(); }},
     {ResourceID::FileSaveAs, Effect::None, [](IAWorkbench& workbench) { workbench.SaveDocument(); }},
+    {ResourceID::AppAbout, Effect::None, [](IAWorkbench&) {}}, // a dialog, which only the window has
     {ResourceID::ImportObj, Effect::ReplacesModel, [](IAWorkbench& workbench) { workbench.ImportObj(); }},
     {ResourceID::ExportObj, Effect::None, [](IAWorkbench& workbench) { workbench.ExportObj(); }},
     Tool<ToolID::Orbit>(ResourceID::OrbitTool),
