@@ -239,7 +239,7 @@ EdgeEnds FindEnds(const DSEdge& edge)
 
 void ApplyMaterial(const DSMaterial& material)
 {
-    const auto apply = [&material](GLenum name, const smVec3f& color, float alpha)
+    const auto apply = [](GLenum name, const smVec3f& color, float alpha)
     {
         const float values[] = {color.x, color.y, color.z, alpha};
         glMaterialfv(GL_FRONT, name, values);
