@@ -1,6 +1,6 @@
 // Frames in texture mode: the view's against their literal form, pixel by pixel.
 #include "Capture.h"
-#include "FrameTest.h"
+#include "FrameComparison.h"
 #include <string>
 
 namespace tessarine
@@ -9,7 +9,7 @@ namespace
 {
 using namespace DisplayFlag;
 
-class TexturesTest : public FrameTest
+class TexturesTest : public FrameComparison
 {
 protected:
     TexturesTest() { LookFrom(smVec3d(0.9, 0.8, 1.6), smVec3d(0.5, 0.5, 0.0)); }
@@ -158,7 +158,7 @@ TEST_F(TexturesTest, FindsTheShininessThatAnUnseenFrameLeft)
     DSMaterial* refused = AddPattern(32, 32, 3);
     refused->m_Specular = smVec3f(0.9F, 0.9F, 0.9F);
     refused->m_fShininess = 250.0F;
-    ShowSquare(dull);
+    ShowSquare(refused);
     DSSolid* sphere = BuildAndShow(Placed(Sphere(2), 0.4, smVec3d(0.5, 0.5, 0.0)));
     sphere->SetMaterial(refused);
     sphere->GetFaceList()[5]->GetMaterial() = dull;

@@ -42,6 +42,15 @@ std::string FindModernPipeline()
     glMatrixMode(GL_MODELVIEW);
     return glGetError() == GL_NO_ERROR ? "" : "GL " + GetText(GL_VERSION) + " on " + GetText(GL_RENDERER);
 }
+
+/// What the current context has drawn, in lines without gaps.
+void ReadFrame(Image& picture)
+{
+    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, picture.width, picture.height, GL_RGB, GL_UNSIGNED_BYTE, picture.pixels.data());
+    glPopClientAttrib();
+}
 }
 
 void Open3DView::SetController(IAController* controller, MANSceneManager* scene,
@@ -157,9 +166,7 @@ Image Open3DView::TakePicture()
     DrawFrame(true,
               [&picture, &isDrawn]
               {
-                  glPixelStorei(GL_PACK_ALIGNMENT, 1);
-                  glReadPixels(0, 0, picture.width, picture.height, GL_RGB, GL_UNSIGNED_BYTE,
-                               picture.pixels.data());
+                  ReadFrame(picture);
                   isDrawn = true;
               });
     if (!isDrawn)
