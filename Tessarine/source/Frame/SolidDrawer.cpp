@@ -2,6 +2,7 @@
 #include "DSBrep.h"
 #include "DisplayFlag.h"
 #include "MANMaterialManager.h"
+#include "ReadAhead.h"
 #include "VertexRun.h"
 #include <array>
 #include <cmath>
@@ -45,6 +46,32 @@ const DSHalfEdge* FindEntry(const DSFace& face)
 {
     const LoopList& loops = face.GetLoopList();
     return loops.empty() ? nullptr : loops[0]->GetHalfEdge();
+}
+
+/// Asks the memory for a half-edge, and for those that were made right after it.
+void AskForHalfEdges(const DSHalfEdge* pFirst, std::size_t count)
+{
+    if (pFirst == nullptr)
+    {
+        return;
+    }
+    const auto* pLinks = reinterpret_cast<const char*>(&pFirst->GetTexCoord()); // the links are beside it
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        __builtin_prefetch(pLinks + i * sizeof(DSHalfEdge));
+    }
+}
+
+/// Builders make the half-edges of a face one after the other.
+void AskForCorners(const DSFace& face)
+{
+    AskForHalfEdges(FindEntry(face), 3);
+}
+
+void AskForEnds(const DSEdge& edge)
+{
+    AskForHalfEdges(edge.GetHalfEdge1(), 1);
+    AskForHalfEdges(edge.GetHalfEdge2(), 1);
 }
 
 /// Adds a face as GL takes a polygon apart. Where it has less than three corners, nothing is drawn.
@@ -202,7 +229,7 @@ EdgeEnds FindEnds(const DSEdge& edge)
 
 void ApplyMaterial(const DSMaterial& material)
 {
-    const auto apply = [&material](GLenum name, const smVec3f& color, float alpha)
+    const auto apply = [](GLenum name, const smVec3f& color, float alpha)
     {
         const float values[] = {color.x, color.y, color.z, alpha};
         glMaterialfv(GL_FRONT, name, values);
@@ -225,14 +252,15 @@ void SolidDrawer::DrawWire(const DSSolid& solid) const
     glLineWidth(1.0F);
     {
         VertexRun<ColoredCorner> run(GL_LINES);
-        for (const DSEdge* pEdge : solid.GetEdgeList())
+        const auto addEdge = [&run](const DSEdge& edge)
         {
-            const Color& color = pEdge->GetHighlight() ? kHighlightColor : kEdgeColor;
-            AddEdge(run, *pEdge,
+            const Color& color = edge.GetHighlight() ? kHighlightColor : kEdgeColor;
+            AddEdge(run, edge,
                     [&color](const smVec3d& place) {
                         return ColoredCorner{color, ToSingle(place)};
                     });
-        }
+        };
+        VisitReadingAhead(solid.GetEdgeList(), AskForEnds, addEdge);
     }
     if ((m_nDisplayFlags & DisplayFlag::BoundaryEdges) != 0)
     {
@@ -247,17 +275,18 @@ void SolidDrawer::DrawSurface(const DSSolid& solid) const
     const bool smooth = (m_nDisplayFlags & DisplayFlag::SmoothShading) != 0;
     const DSMaterial* pCurrent = nullptr;
     VertexRun<LitCorner> run(GL_TRIANGLES);
-    for (const DSFace* pFace : solid.GetFaceList())
+    const auto addFace = [&](const DSFace& face)
     {
-        const DSMaterial* pMaterial = &GetMaterial(*pFace);
+        const DSMaterial* pMaterial = &GetMaterial(face);
         if (pMaterial != pCurrent)
         {
             run.Flush();
             ApplyMaterial(*pMaterial);
             pCurrent = pMaterial;
         }
-        AddLitPolygon(run, *pFace, smooth);
-    }
+        AddLitPolygon(run, face, smooth);
+    };
+    VisitReadingAhead(solid.GetFaceList(), AskForCorners, addFace);
 }
 
 void SolidDrawer::ApplyLastMaterial(const DSSolid& solid) const
@@ -283,17 +312,18 @@ void SolidDrawer::DrawTextured(const DSSolid& solid) const
     const DSTextureBinding* pCurrent = nullptr;
     {
         VertexRun<TexturedCorner> run(GL_TRIANGLES);
-        for (const DSFace* pFace : solid.GetFaceList())
+        const auto addFace = [&](const DSFace& face)
         {
-            const DSTextureBinding* pTexture = FindTexture(*pFace);
+            const DSTextureBinding* pTexture = FindTexture(face);
             if (pTexture != pCurrent)
             {
                 run.Flush();
                 SetTexture(pTexture);
                 pCurrent = pTexture;
             }
-            AddPolygon(run, *pFace, MakeTexturedCorner);
-        }
+            AddPolygon(run, face, MakeTexturedCorner);
+        };
+        VisitReadingAhead(solid.GetFaceList(), AskForCorners, addFace);
     }
     glDisable(GL_TEXTURE_2D);
 }
@@ -318,10 +348,8 @@ void SolidDrawer::DrawSolidMark(const DSSolid& solid, const smVec3f& color) cons
     {
         const PolygonOffset offset;
         VertexRun<LitCorner> run(GL_TRIANGLES);
-        for (const DSFace* pFace : solid.GetFaceList())
-        {
-            AddLitPolygon(run, *pFace, smooth);
-        }
+        VisitReadingAhead(solid.GetFaceList(), AskForCorners,
+                          [&](const DSFace& face) { AddLitPolygon(run, face, smooth); });
     }
     glPopAttrib();
 }

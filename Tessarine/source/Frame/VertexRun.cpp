@@ -1,4 +1,5 @@
 #include "VertexRun.h"
+#include <span>
 #include <type_traits>
 
 namespace tessarine
@@ -50,6 +51,29 @@ void PointAt(const TCorner* corners)
         glTexCoordPointer(2, GL_FLOAT, kStride, corners->texCoord.data());
     }
 }
+
+template <class TCorner>
+void SendOneByOne(GLenum mode, std::span<const TCorner> corners)
+{
+    glBegin(mode);
+    for (const TCorner& corner : corners)
+    {
+        if constexpr (kHasColor<TCorner>)
+        {
+            glColor3fv(corner.color.data());
+        }
+        if constexpr (kHasNormal<TCorner>)
+        {
+            glNormal3fv(corner.normal.data());
+        }
+        if constexpr (kHasTexCoord<TCorner>)
+        {
+            glTexCoord2fv(corner.texCoord.data());
+        }
+        glVertex3fv(corner.position.data());
+    }
+    glEnd();
+}
 }
 
 // Filling the corners with zeros would cost as much as filling them with corners.
@@ -67,14 +91,20 @@ VertexRun<TCorner>::~VertexRun()
     SetArrays<TCorner>(false);
 }
 
+/// An array costs a driver more at its start, and less for each corner.
 template <class TCorner>
 void VertexRun<TCorner>::Flush()
 {
-    if (m_nCount != 0)
+    constexpr std::size_t kWorthAnArray = 7; // corners: two triangles are not
+    if (m_nCount >= kWorthAnArray)
     {
         glDrawArrays(m_nMode, 0, static_cast<GLsizei>(m_nCount));
-        m_nCount = 0;
     }
+    else if (m_nCount != 0)
+    {
+        SendOneByOne(m_nMode, std::span<const TCorner>(m_Corners.data(), m_nCount));
+    }
+    m_nCount = 0;
 }
 
 template class VertexRun<PlainCorner>;
