@@ -16,7 +16,7 @@ constexpr const char* kVersion = "tessarine-batch " TESSARINE_VERSION "\n";
 std::vector<OperationCall> ReadScript(const std::string& name)
 {
     return name == "-" ? ParseScript(ReadStandardInput(), "standard input")
-                       : ParseScript(ReadFile(name), name);
+                       : ParseScript(ReadStream(name), name);
 }
 
 /// Those of the script come first.

@@ -1,52 +1,14 @@
 #include "CommandLine.h"
 #include "ArgumentForm.h"
 #include "Operations.h"
-#include <CLI/CLI.hpp>
+#include "OptionReader.h"
 #include <algorithm>
-#include <limits>
 
 namespace tessarine
 {
 namespace
 {
-constexpr int kMostPixelsOfView = 16384;
 constexpr std::string_view kBlanks = " \t\r";
-
-// --- options
-
-void ReadViewSize(const std::string& text, BatchOptions& options)
-{
-    const std::size_t cross = text.find('x');
-    long long width = 0;
-    long long height = 0;
-    if (cross == std::string::npos ||
-        !ReadInteger(std::string_view(text).substr(0, cross), 1, kMostPixelsOfView, width) ||
-        !ReadInteger(std::string_view(text).substr(cross + 1), 1, kMostPixelsOfView, height))
-    {
-        throw UsageError("--window: \"" + text + "\" is no WxH, as 800x600, from 1x1 to 16384x16384");
-    }
-    options.viewWidth = static_cast<int>(width);
-    options.viewHeight = static_cast<int>(height);
-}
-
-void ReadThreadCount(const std::string& text, BatchOptions& options)
-{
-    long long threads = 0;
-    if (!ReadInteger(text, 1, std::numeric_limits<int>::max(), threads))
-    {
-        throw UsageError("--threads: \"" + text + "\" is no whole number from 1");
-    }
-    options.threads = static_cast<int>(threads);
-}
-
-/// What the options leave over starts with those that are unknown.
-void RefuseUnknownOption(const std::vector<std::string>& rest)
-{
-    if (!rest.empty() && rest.front().size() > 1 && rest.front().front() == '-' && rest.front() != "--")
-    {
-        throw UsageError("unknown option " + rest.front());
-    }
-}
 
 // --- operations
 
@@ -247,39 +209,7 @@ std::string GetGroupText(OperationGroup group, std::string_view label)
 
 BatchOptions ParseOptions(std::vector<std::string> arguments)
 {
-    BatchOptions options;
-    std::string viewSize;
-    std::string threads;
-    CLI::App parser;
-    parser.set_help_flag();
-    parser.prefix_command();
-    parser.add_option("-C,--directory", options.folder)->type_name("DIR");
-    parser.add_option("-s,--script", options.script)->type_name("FILE");
-    parser.add_flag("-q,--quiet", options.quiet);
-    const CLI::Option* pViewSize = parser.add_option("--window", viewSize)->type_name("WxH");
-    const CLI::Option* pThreads = parser.add_option("--threads", threads)->type_name("N");
-    parser.add_flag("--help", options.help);
-    parser.add_flag("--version", options.version);
-    try
-    {
-        std::reverse(arguments.begin(), arguments.end()); // the parser takes words from the end
-        parser.parse(std::move(arguments));
-    }
-    catch (const CLI::ParseError& error)
-    {
-        throw UsageError(error.what());
-    }
-    options.words = parser.remaining();
-    RefuseUnknownOption(options.words);
-    if (pViewSize->count() > 0)
-    {
-        ReadViewSize(viewSize, options);
-    }
-    if (pThreads->count() > 0)
-    {
-        ReadThreadCount(threads, options);
-    }
-    return options;
+    return OptionReader().Read(std::move(arguments));
 }
 
 std::vector<OperationCall> ParseOperations(const std::vector<std::string>& words)

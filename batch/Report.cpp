@@ -125,13 +125,13 @@ std::string LinesOf(const Json& object, const std::string& indent)
 std::string NodesText(const Json& nodes)
 {
     std::string text = "  \"nodes\": [";
-    const char* separator = "";
+    const char* separator = "\n    ";
     for (const Json& node : nodes)
     {
-        text += separator + LinesOf(node, "  ");
-        separator = ", ";
+        text += separator + node.dump();
+        separator = ",\n    ";
     }
-    return text + "]";
+    return text + (nodes.empty() ? "]" : "\n  ]");
 }
 }
 

@@ -113,13 +113,24 @@ std::size_t GetMostBytes()
     return static_cast<std::size_t>(pages) * static_cast<std::size_t>(pageSize) / 2;
 }
 
-/// Reads until nothing is left, whatever size the file claims.
-std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected)
+/// How much is read at most, and what is said of more.
+struct ReadLimit
 {
-    const std::size_t most = GetMostBytes();
+    std::size_t most;
+    const char* refusal;
+};
+
+ReadLimit FitsInMemory()
+{
+    return {GetMostBytes(), "it does not fit in the memory of this machine"};
+}
+
+/// Reads until nothing is left, whatever size the file claims.
+std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected, const ReadLimit& limit)
+{
     const auto chunk = std::make_unique_for_overwrite<char[]>(kChunk);
     std::string bytes;
-    for (bytes.reserve(std::min(expected, most));;)
+    for (bytes.reserve(std::min(expected, limit.most));;)
     {
         const ssize_t count = Retry([&] { return ::read(descriptor, chunk.get(), kChunk); });
         if (count < 0)
@@ -130,9 +141,9 @@ std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected
         {
             return bytes;
         }
-        if (bytes.size() + static_cast<std::size_t>(count) > most)
+        if (bytes.size() + static_cast<std::size_t>(count) > limit.most)
         {
-            Refuse("read", path, "it does not fit in the memory of this machine");
+            Refuse("read", path, limit.refusal);
         }
         bytes.append(chunk.get(), static_cast<std::size_t>(count));
     }
@@ -215,11 +226,27 @@ std::string ReadFile(const fs::path& path)
         Refuse("open", path, reason);
     }
     const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
-    if (size > GetMostBytes())
+    const ReadLimit limit = FitsInMemory();
+    if (size > limit.most)
     {
-        Refuse("read", path, "it does not fit in the memory of this machine");
+        Refuse("read", path, limit.refusal);
     }
-    return ReadToEnd(file.Get(), path, size);
+    return ReadToEnd(file.Get(), path, size, limit);
+}
+
+std::string ReadStream(const fs::path& path)
+{
+    const Descriptor stream(Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC); }));
+    struct stat status = {};
+    if (stream.Get() < 0 || ::fstat(stream.Get(), &status) != 0)
+    {
+        Refuse("open", path, ReasonOf(errno));
+    }
+    if (S_ISDIR(status.st_mode))
+    {
+        Refuse("open", path, ReasonOf(EISDIR));
+    }
+    return ReadToEnd(stream.Get(), path, 0, {kMostStreamBytes, "it gives more than 64 MiB"});
 }
 
 ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))
@@ -362,7 +389,9 @@ fs::path GetCurrentFolder()
     fs::path folder = fs::current_path(error);
     if (error)
     {
-        throw FileError("cannot tell the current folder: " + ReasonOf(error.value()));
+        throw FileError("cannot tell the current folder: " + (error.value() == ENOENT
+                                                                  ? "it was removed; start from another one"
+                                                                  : ReasonOf(error.value())));
     }
     return folder;
 }
@@ -378,17 +407,18 @@ void SetCurrentFolder(const fs::path& folder)
     }
 }
 
-CurrentFolderGuard::CurrentFolderGuard() : m_Folder(GetCurrentFolder())
+CurrentFolderGuard::CurrentFolderGuard() : m_nFolder(::open(".", O_PATH | O_DIRECTORY | O_CLOEXEC))
 {
-    if (::chdir(".") != 0) // once left, it could not be entered again
+    if (m_nFolder < 0) // once left, it could not be entered again
     {
-        Refuse("work in the folder", m_Folder, ReasonOf(errno) + "; start from another one");
+        const std::string reason = ReasonOf(errno) + "; start from another one";
+        Refuse("work in the folder", GetCurrentFolder(), reason);
     }
 }
 
 CurrentFolderGuard::~CurrentFolderGuard()
 {
-    std::error_code error; // a folder that was removed meanwhile cannot be entered again
-    fs::current_path(m_Folder, error);
+    static_cast<void>(::fchdir(m_nFolder)); // a folder that was closed meanwhile stays left
+    ::close(m_nFolder);
 }
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -16,6 +17,13 @@ public:
 /// The whole of an ordinary file (no folder, device or pipe). Symbolic links are followed.
 /// Throws FileError when it is not there, is none, or cannot be read to its end.
 std::string ReadFile(const std::filesystem::path& path);
+
+/// No stream gives more: a device may have no end.
+inline constexpr std::size_t kMostStreamBytes = std::size_t{64} << 20U;
+
+/// Everything that an ordinary file, a pipe or a device gives up to its end, which may have to be waited for.
+/// Throws FileError when it cannot be opened or read, is a folder, or gives too much.
+std::string ReadStream(const std::filesystem::path& path);
 
 /// A file that appears under its name only when it is complete: it is written beside the target under a
 /// temporary name and renamed by Commit. Without Commit nothing is left and an older file stays as it was.
@@ -48,17 +56,17 @@ private:
     int m_nDescriptor = -1;
 };
 
-/// Throws FileError when the current folder is no longer there.
 /// Lets the signals that a user ends a program with take an unfinished file along. For the start of a program that
 /// has one file in work at a time.
 void RemoveTemporaryFilesOnSignals();
 
+/// Throws FileError when the current folder is no longer there.
 std::filesystem::path GetCurrentFolder();
 
 /// Throws FileError.
 void SetCurrentFolder(const std::filesystem::path& folder);
 
-/// Makes the current folder of its construction current again at its end.
+/// Makes the current folder of its construction current again at its end, also one that was moved or removed.
 class CurrentFolderGuard
 {
 public:
@@ -69,6 +77,6 @@ public:
     CurrentFolderGuard& operator=(const CurrentFolderGuard&) = delete;
 
 private:
-    std::filesystem::path m_Folder;
+    int m_nFolder;
 };
 }

@@ -19,7 +19,7 @@ namespace
 struct ImageFormat
 {
     std::string_view ending;
-    Image (*decode)(std::string_view bytes);
+    Image (*decode)(std::string_view bytes, ImageBudget& budget);
     std::string (*encode)(const Image& image);
 };
 
@@ -38,14 +38,18 @@ const ImageFormat* FindFormat(std::string name)
     return format == std::end(kFormats) ? nullptr : format;
 }
 
-Image Decode(std::string_view bytes, const std::string& name)
+Image Decode(std::string_view bytes, const std::string& name, ImageBudget& budget)
 {
     const ImageFormat* format = FindFormat(name);
     if (format == nullptr)
     {
         throw ImageFault("its name must end in bmp, png, jpg, gif, tga or tiff");
     }
-    return format->decode(bytes);
+    if (bytes.empty())
+    {
+        throw ImageFault("the file is empty");
+    }
+    return format->decode(bytes, budget);
 }
 
 std::string Encode(const Image& image, const std::string& name)
@@ -68,12 +72,33 @@ std::string Encode(const Image& image, const std::string& name)
 }
 }
 
+bool ImageBudget::Take(std::size_t bytes)
+{
+    const bool isLeft = bytes <= m_nLeft;
+    m_nLeft = isLeft ? m_nLeft - bytes : 0;
+    return isLeft;
+}
+
+std::string ImageBudget::GetRefusal() const
+{
+    return "it and the pictures before it take more than " + std::to_string(m_nBytes >> 20U) + " MiB";
+}
+
 Image ReadImage(const std::filesystem::path& path)
 {
-    const std::string bytes = ReadFile(path);
+    ImageBudget budget;
+    return ReadImage(path, budget);
+}
+
+Image ReadImage(const std::filesystem::path& path, ImageBudget& budget)
+{
     try
     {
-        return Decode(bytes, path.string());
+        if (budget.IsSpent())
+        {
+            throw ImageFault(budget.GetRefusal());
+        }
+        return Decode(ReadFile(path), path.string(), budget);
     }
     catch (const ImageFault& fault)
     {
@@ -85,7 +110,8 @@ Image DecodeImage(const std::string& bytes, const std::string& ending)
 {
     try
     {
-        return Decode(bytes, ending);
+        ImageBudget budget;
+        return Decode(bytes, ending, budget);
     }
     catch (const ImageFault& fault)
     {

@@ -19,9 +19,33 @@ struct Image
 inline constexpr int kMostPixelsASide = 16384;
 inline constexpr std::size_t kMostDecodedBytes = std::size_t{512} << 20U;
 
+/// How many bytes pictures may take together, decoded.
+class ImageBudget
+{
+public:
+    explicit ImageBudget(std::size_t bytes = kMostDecodedBytes) : m_nBytes(bytes), m_nLeft(bytes) {}
+
+    /// Takes the bytes of a picture. The first that are too many spend the budget, so that pictures behind need not
+    /// be looked at.
+    /// @return whether they were left
+    bool Take(std::size_t bytes);
+
+    bool IsSpent() const { return m_nLeft == 0; }
+
+    /// Why a picture is refused. Completes "cannot read NAME: ".
+    std::string GetRefusal() const;
+
+private:
+    std::size_t m_nBytes;
+    std::size_t m_nLeft;
+};
+
 /// Decodes a BMP, PNG, JPEG, GIF (first frame), TGA or TIFF file; the format is the one of its name's ending.
 /// Throws FileError (see File.h) when it cannot be read, is broken or too large.
 Image ReadImage(const std::filesystem::path& path);
+
+/// The same, and refused when the budget has too few bytes left. Where it is spent the file is not opened.
+Image ReadImage(const std::filesystem::path& path, ImageBudget& budget);
 
 /// The same from memory. `ending` is the lower-case ending of the name, without its dot.
 Image DecodeImage(const std::string& bytes, const std::string& ending);

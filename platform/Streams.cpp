@@ -58,6 +58,10 @@ std::string ReadStandardInput()
     while (const std::size_t count = std::fread(piece, 1, sizeof piece, stdin))
     {
         text.append(piece, count);
+        if (text.size() > kMostStreamBytes)
+        {
+            throw FileError("cannot read standard input: it gives more than 64 MiB");
+        }
     }
     if (std::ferror(stdin) != 0)
     {

@@ -1,6 +1,7 @@
 #include "HeadlessPlatform.h"
 #include "ErrorLine.h"
 #include "File.h"
+#include <utility>
 
 namespace tessarine
 {
@@ -27,27 +28,40 @@ void HeadlessPlatform::ShowFailure(const std::string& operation, const std::stri
     PrintErrorLine("tessarine-batch: " + operation + ": " + reason);
 }
 
+/// A file to open may be missing with its folder: whoever opens it says so.
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)
 {
-    m_FileQuestions.push_back(question);
-    return TakeFileAnswer();
+    const auto choice = TakeFileAnswer(question);
+    if (choice && std::filesystem::is_directory(choice->parent_path()))
+    {
+        SetCurrentFolder(choice->parent_path());
+    }
+    return choice;
 }
 
 std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& question)
 {
-    m_FileQuestions.push_back(question);
-    return TakeFileAnswer();
+    const auto choice = TakeFileAnswer(question);
+    if (choice)
+    {
+        SetCurrentFolder(choice->parent_path());
+    }
+    return choice;
 }
 
-std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer()
+std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer(const FileQuestion& question)
 {
+    m_FileQuestions.push_back(question);
     if (m_FileAnswers.empty())
     {
         return std::nullopt;
     }
-    const std::filesystem::path choice = GetCurrentFolder() / m_FileAnswers.front();
+    std::filesystem::path choice = std::move(m_FileAnswers.front());
     m_FileAnswers.pop_front();
-    SetCurrentFolder(choice.parent_path());
+    if (choice.is_relative())
+    {
+        choice = GetCurrentFolder() / choice;
+    }
     return choice;
 }
 

@@ -53,7 +53,7 @@ public:
     const std::vector<FileQuestion>& GetFileQuestions() const { return m_FileQuestions; }
 
 private:
-    std::optional<std::filesystem::path> TakeFileAnswer();
+    std::optional<std::filesystem::path> TakeFileAnswer(const FileQuestion& question);
 
     std::deque<std::string> m_FileAnswers;
     std::array<std::string, kPaneCount> m_PaneTexts;

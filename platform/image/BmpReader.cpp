@@ -58,7 +58,7 @@ class BmpReader
 {
 public:
     explicit BmpReader(std::string_view bytes) : m_Reader(bytes) {}
-    Image Read();
+    Image Read(ImageBudget& budget);
 
 private:
     using Entry = std::array<std::uint8_t, 3>; // red first
@@ -71,9 +71,9 @@ private:
     void ReadPalette();
     bool IsPaletteGreyRamp() const;
 
-    Image ReadIndexed();
+    Image ReadIndexed(ImageBudget& budget);
     Image Colour(const std::vector<std::uint8_t>& indices) const;
-    Image ReadDirect();
+    Image ReadDirect(ImageBudget& budget);
     void ReadPlainIndices(std::vector<std::uint8_t>& indices);
     void ReadRunLengths(std::vector<std::uint8_t>& indices);
     void ReadEscape(std::vector<std::uint8_t>& indices, std::uint8_t code);
@@ -108,24 +108,20 @@ private:
     bool m_bRunsEnded = false;
 };
 
-Image BmpReader::Read()
+Image BmpReader::Read(ImageBudget& budget)
 {
     ReadHeaders();
     if (m_nBits <= 8)
     {
         ReadPalette();
-        return ReadIndexed();
+        return ReadIndexed(budget);
     }
-    return ReadDirect();
+    return ReadDirect(budget);
 }
 
 void BmpReader::ReadHeaders()
 {
-    if (m_Reader.Take(2) != "BM")
-    {
-        throw ImageFault("it is no BMP file");
-    }
-    m_Reader.Take(8); // the file's size and two reserved fields: never to be relied on
+    m_Reader.Take(10); // the mark, the file's size and two reserved fields: never to be relied on
     m_nPixelOffset = m_Reader.Take32();
     const std::uint32_t headerSize = m_Reader.Take32();
     if (headerSize == kCoreHeader)
@@ -242,15 +238,15 @@ void BmpReader::RequirePixelBytes() const
 {
     if (GetStride() * static_cast<std::size_t>(m_nHeight) > m_Reader.GetLeft())
     {
-        throw ImageFault("the file ends before its picture does");
+        throw ImageFault(kEndsEarly);
     }
 }
 
-Image BmpReader::ReadIndexed()
+Image BmpReader::ReadIndexed(ImageBudget& budget)
 {
     m_Reader.SkipTo(std::max(m_nPixelOffset, m_Reader.GetPosition()));
     const bool grey = IsPaletteGreyRamp();
-    CheckImageSize(m_nWidth, m_nHeight, grey ? 1 : 3);
+    TakePixels(budget, m_nWidth, m_nHeight, grey ? 1 : 3);
     std::vector<std::uint8_t> indices;
     IsRunLengthCoded() ? ReadRunLengths(indices) : ReadPlainIndices(indices);
     if (grey)
@@ -350,11 +346,12 @@ void BmpReader::PutIndex(std::vector<std::uint8_t>& indices, std::uint8_t index)
     ++m_nX;
 }
 
-Image BmpReader::ReadDirect()
+Image BmpReader::ReadDirect(ImageBudget& budget)
 {
     m_Reader.SkipTo(std::max(m_nPixelOffset, m_Reader.GetPosition()));
     RequirePixelBytes();
     const std::size_t components = m_Masks[3].IsEmpty() ? 3 : 4;
+    TakePixels(budget, m_nWidth, m_nHeight, static_cast<int>(components));
     Image image = MakeImage(m_nWidth, m_nHeight, static_cast<int>(components));
     const std::size_t pixelBytes = m_nBits / 8;
     for (int row = 0; row < m_nHeight; ++row)
@@ -379,8 +376,9 @@ Image BmpReader::ReadDirect()
 }
 }
 
-Image DecodeBmp(std::string_view bytes)
+Image DecodeBmp(std::string_view bytes, ImageBudget& budget)
 {
-    return BmpReader(bytes).Read();
+    CheckMark(bytes, "BM", "BMP");
+    return BmpReader(bytes).Read(budget);
 }
 }

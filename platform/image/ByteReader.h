@@ -18,7 +18,7 @@ public:
     {
         if (position > m_Bytes.size())
         {
-            throw ImageFault("the file ends before its picture does");
+            throw ImageFault(kEndsEarly);
         }
         m_nPosition = position;
     }
@@ -27,7 +27,7 @@ public:
     {
         if (count > GetLeft())
         {
-            throw ImageFault("the file ends before its picture does");
+            throw ImageFault(kEndsEarly);
         }
         const std::string_view taken = m_Bytes.substr(m_nPosition, count);
         m_nPosition += count;

@@ -23,6 +23,10 @@ int OnRead(GifFileType* gif, GifByteType* out, int count)
 
 [[noreturn]] void Fail(int error)
 {
+    if (error == D_GIF_ERR_READ_FAILED || error == D_GIF_ERR_NO_SCRN_DSCR || error == D_GIF_ERR_EOF_TOO_SOON)
+    {
+        throw ImageFault(kEndsEarly);
+    }
     const char* reason = GifErrorString(error);
     throw ImageFault(std::string("its GIF data are broken (") +
                      (reason != nullptr ? reason : "no reason is known") + ")");
@@ -46,11 +50,11 @@ public:
         }
     }
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         GoToFirstFrame();
         const GifImageDesc& frame = m_pGif->Image;
-        Image screen = MakeScreen();
+        Image screen = MakeScreen(budget);
         CheckImageSize(frame.Width, frame.Height, 1);
         const ColorMapObject* colours = frame.ColorMap != nullptr ? frame.ColorMap : m_pGif->SColorMap;
         if (colours == nullptr)
@@ -72,7 +76,8 @@ private:
     {
         if (result == GIF_ERROR)
         {
-            Fail(m_pGif->Error);
+            const bool isUnexplained = m_pGif->Error == D_GIF_SUCCEEDED; // as some short reads are
+            Fail(isUnexplained && m_Bytes.empty() ? D_GIF_ERR_EOF_TOO_SOON : m_pGif->Error);
         }
     }
 
@@ -125,11 +130,13 @@ private:
     }
 
     /// The screen in its background colour; black where the file names none.
-    Image MakeScreen() const
+    Image MakeScreen(ImageBudget& budget) const
     {
         const bool hasScreen = m_pGif->SWidth > 0 && m_pGif->SHeight > 0;
-        Image screen = MakeImage(hasScreen ? m_pGif->SWidth : m_pGif->Image.Width,
-                                 hasScreen ? m_pGif->SHeight : m_pGif->Image.Height, 3);
+        const int width = hasScreen ? m_pGif->SWidth : m_pGif->Image.Width;
+        const int height = hasScreen ? m_pGif->SHeight : m_pGif->Image.Height;
+        TakePixels(budget, width, height, 3);
+        Image screen = MakeImage(width, height, 3);
         const ColorMapObject* colours = m_pGif->SColorMap;
         if (colours != nullptr && m_pGif->SBackGroundColor < colours->ColorCount)
         {
@@ -193,8 +200,9 @@ private:
 };
 }
 
-Image DecodeGif(std::string_view bytes)
+Image DecodeGif(std::string_view bytes, ImageBudget& budget)
 {
-    return GifReader(bytes).Read();
+    CheckMark(bytes, "GIF8", "GIF");
+    return GifReader(bytes).Read(budget);
 }
 }

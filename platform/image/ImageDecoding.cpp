@@ -2,6 +2,14 @@
 
 namespace tessarine
 {
+void CheckMark(std::string_view bytes, std::string_view mark, const std::string& format)
+{
+    if (!mark.starts_with(bytes.substr(0, mark.size())))
+    {
+        throw ImageFault("it is no " + format + " file");
+    }
+}
+
 void CheckImageSize(std::int64_t width, std::int64_t height, int components)
 {
     if (width < 1 || height < 1)
@@ -17,6 +25,15 @@ void CheckImageSize(std::int64_t width, std::int64_t height, int components)
     {
         throw ImageFault("its " + std::to_string(width) + " x " + std::to_string(height) +
                          " pixels take more than " + std::to_string(kMostDecodedBytes >> 20U) + " MiB");
+    }
+}
+
+void TakePixels(ImageBudget& budget, std::int64_t width, std::int64_t height, int components)
+{
+    CheckImageSize(width, height, components);
+    if (!budget.Take(static_cast<std::size_t>(width * height * components)))
+    {
+        throw ImageFault(budget.GetRefusal());
     }
 }
 

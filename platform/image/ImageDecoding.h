@@ -2,6 +2,8 @@
 #include "Image.h"
 #include <cstdint>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace tessarine
 {
@@ -12,8 +14,18 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+inline constexpr char kEndsEarly[] = "the file ends before its picture does";
+
+/// Throws ImageFault when the file does not begin with the mark of its format; the part of it that a very short
+/// file has passes.
+void CheckMark(std::string_view bytes, std::string_view mark, const std::string& format);
+
 /// Throws ImageFault when a picture of this size is empty or larger than pictures may be.
 void CheckImageSize(std::int64_t width, std::int64_t height, int components);
+
+/// Checks the size and takes its bytes. Throws ImageFault also when the budget has not so many. For a decoder, once,
+/// before it allocates.
+void TakePixels(ImageBudget& budget, std::int64_t width, std::int64_t height, int components);
 
 /// A black picture. Throws as CheckImageSize does, before it allocates.
 Image MakeImage(std::int64_t width, std::int64_t height, int components);

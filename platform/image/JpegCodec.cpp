@@ -50,7 +50,7 @@ void OnMessage(j_common_ptr jpeg, int level)
     case JWRN_JFIF_MAJOR:
     case JWRN_NOT_SEQUENTIAL:
     case JWRN_TOO_MUCH_DATA: return; // the picture is whole all the same
-    case JWRN_JPEG_EOF: GetExit(jpeg).call.Fail("the file ends before its picture does");
+    case JWRN_JPEG_EOF: GetExit(jpeg).call.Fail(kEndsEarly);
     default: OnError(jpeg);
     }
 }
@@ -82,10 +82,12 @@ public:
     JpegReading(const JpegReading&) = delete;
     JpegReading& operator=(const JpegReading&) = delete;
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         m_Exit.call.Run([this] { ReadHeader(); });
-        Image image = MakeImage(m_Jpeg.image_width, m_Jpeg.image_height, m_Jpeg.num_components == 1 ? 1 : 3);
+        const int components = m_Jpeg.num_components == 1 ? 1 : 3;
+        TakePixels(budget, m_Jpeg.image_width, m_Jpeg.image_height, components);
+        Image image = MakeImage(m_Jpeg.image_width, m_Jpeg.image_height, components);
         std::vector<JSAMPLE> inks(IsInInks() ? std::size_t{4} * m_Jpeg.image_width : 0);
         m_Exit.call.Run(
             [&]
@@ -204,9 +206,10 @@ private:
 };
 }
 
-Image DecodeJpeg(std::string_view bytes)
+Image DecodeJpeg(std::string_view bytes, ImageBudget& budget)
 {
-    return JpegReading(bytes).Read();
+    CheckMark(bytes, "\xFF\xD8", "JPEG");
+    return JpegReading(bytes).Read(budget);
 }
 
 std::string EncodeJpeg(const Image& image)

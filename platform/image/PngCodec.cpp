@@ -10,6 +10,30 @@ namespace
 {
 constexpr png_alloc_size_t kMostChunkBytes = png_alloc_size_t{8} << 20U; // colour profiles and texts
 constexpr std::size_t kMostDeflation = 1032;
+constexpr std::string_view kMark = "\x89PNG\r\n\x1A\n";
+constexpr std::size_t kKindOffset = 12;
+constexpr std::size_t kWidthOffset = 16;
+constexpr std::size_t kHeightOffset = 20;
+constexpr std::size_t kHeaderEnd = 33;
+
+std::int64_t ReadBig32(std::string_view bytes, std::size_t offset)
+{
+    return png_get_uint_32(reinterpret_cast<png_const_bytep>(bytes.data() + offset));
+}
+
+/// The library refuses an impossible size without naming it.
+void CheckHeader(std::string_view bytes)
+{
+    CheckMark(bytes, kMark, "PNG");
+    if (bytes.size() < kHeaderEnd)
+    {
+        throw ImageFault(kEndsEarly);
+    }
+    if (bytes.substr(kKindOffset, 4) == "IHDR")
+    {
+        CheckImageSize(ReadBig32(bytes, kWidthOffset), ReadBig32(bytes, kHeightOffset), 1);
+    }
+}
 
 [[noreturn]] void OnError(png_structp png, png_const_charp reason)
 {
@@ -48,12 +72,15 @@ public:
     PngReading(const PngReading&) = delete;
     PngReading& operator=(const PngReading&) = delete;
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
         m_Call.Run([this] { ReadHeader(); });
         CheckLength();
-        Image image = MakeImage(png_get_image_width(m_pPng, m_pInfo), png_get_image_height(m_pPng, m_pInfo),
-                                png_get_channels(m_pPng, m_pInfo));
+        const png_uint_32 width = png_get_image_width(m_pPng, m_pInfo);
+        const png_uint_32 height = png_get_image_height(m_pPng, m_pInfo);
+        const int components = png_get_channels(m_pPng, m_pInfo);
+        TakePixels(budget, width, height, components);
+        Image image = MakeImage(width, height, components);
         std::vector<png_bytep> rows = RowsFromTop(image);
         m_Call.Run(
             [this, &rows]
@@ -70,7 +97,7 @@ private:
         auto& bytes = static_cast<PngReading*>(png_get_io_ptr(png))->m_Bytes;
         if (count > bytes.size())
         {
-            png_error(png, "the file ends before its picture does");
+            static_cast<LibraryCall*>(png_get_error_ptr(png))->Fail(kEndsEarly);
         }
         std::memcpy(out, bytes.data(), count);
         bytes.remove_prefix(count);
@@ -94,7 +121,7 @@ private:
     {
         if (m_nPackedBytes > m_nFileBytes * kMostDeflation)
         {
-            throw ImageFault("the file ends before its picture does");
+            throw ImageFault(kEndsEarly);
         }
     }
 
@@ -176,9 +203,10 @@ private:
 };
 }
 
-Image DecodePng(std::string_view bytes)
+Image DecodePng(std::string_view bytes, ImageBudget& budget)
 {
-    return PngReading(bytes).Read();
+    CheckHeader(bytes);
+    return PngReading(bytes).Read(budget);
 }
 
 std::string EncodePng(const Image& image)

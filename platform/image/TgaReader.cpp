@@ -23,7 +23,7 @@ class TgaReader
 {
 public:
     explicit TgaReader(std::string_view bytes) : m_Reader(bytes) {}
-    Image Read();
+    Image Read(ImageBudget& budget);
 
 private:
     using Pixel = std::array<std::uint8_t, 4>;
@@ -60,11 +60,12 @@ private:
     std::vector<Pixel> m_Map;
 };
 
-Image TgaReader::Read()
+Image TgaReader::Read(ImageBudget& budget)
 {
     ReadHeader();
     ReadColourMap();
     RequirePixelBytes();
+    TakePixels(budget, m_nWidth, m_nHeight, GetComponents());
     Image image = MakeImage(m_nWidth, m_nHeight, GetComponents());
     if (IsRunLengthCoded())
     {
@@ -136,7 +137,7 @@ void TgaReader::RequirePixelBytes() const
                                                  : pixels * pixelBytes;
     if (least > m_Reader.GetLeft())
     {
-        throw ImageFault("the file ends before its picture does");
+        throw ImageFault(kEndsEarly);
     }
 }
 
@@ -213,8 +214,8 @@ void TgaReader::Put(Image& image, std::int64_t position, const Pixel& pixel) con
 }
 }
 
-Image DecodeTga(std::string_view bytes)
+Image DecodeTga(std::string_view bytes, ImageBudget& budget)
 {
-    return TgaReader(bytes).Read();
+    return TgaReader(bytes).Read(budget);
 }
 }

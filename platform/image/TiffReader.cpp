@@ -16,6 +16,8 @@ struct TiffSource
 {
     std::string_view bytes;
     toff_t position = 0;
+    bool hasEnded = false;  ///< the library has asked for more bytes than there are
+    bool endsEarly = false; ///< it had done so when it complained
     char reason[300] = "";
 };
 
@@ -29,6 +31,7 @@ tmsize_t OnRead(thandle_t handle, void* out, tmsize_t count)
     TiffSource& source = GetSource(handle);
     const toff_t left = source.bytes.size() - std::min<toff_t>(source.position, source.bytes.size());
     const auto taken = static_cast<std::size_t>(std::min<toff_t>(static_cast<toff_t>(count), left));
+    source.hasEnded = source.hasEnded || taken < static_cast<std::size_t>(count);
     if (taken > 0)
     {
         std::memcpy(out, source.bytes.data() + source.position, taken);
@@ -60,13 +63,14 @@ toff_t OnSize(thandle_t handle)
     return GetSource(handle).bytes.size();
 }
 
-[[gnu::format(printf, 4, 0)]] int OnError(TIFF* /*tiff*/, void* source, const char* /*module*/,
+[[gnu::format(printf, 4, 0)]] int OnError(TIFF* /*tiff*/, void* handle, const char* /*module*/,
                                           const char* format, va_list arguments)
 {
-    auto& reason = static_cast<TiffSource*>(source)->reason;
-    if (reason[0] == '\0')
+    TiffSource& source = GetSource(handle);
+    if (source.reason[0] == '\0')
     {
-        std::vsnprintf(reason, sizeof reason, format, arguments);
+        std::vsnprintf(source.reason, sizeof source.reason, format, arguments);
+        source.endsEarly = source.hasEnded;
     }
     return 1; // dealt with: nothing goes to standard error
 }
@@ -126,18 +130,38 @@ private:
     bool m_bBegun;
 };
 
+/// The two orders of bytes, each in the plain and in the large form.
+void CheckIsTiff(std::string_view bytes)
+{
+    constexpr std::string_view kMarks[] = {{"II*\0", 4}, {"MM\0*", 4}, {"II+\0", 4}, {"MM\0+", 4}};
+    const bool isTiff =
+        std::any_of(std::begin(kMarks), std::end(kMarks),
+                    [&](std::string_view mark) { return mark.starts_with(bytes.substr(0, 4)); });
+    if (!isTiff)
+    {
+        throw ImageFault("it is no TIFF file");
+    }
+}
+
 class TiffReader
 {
 public:
     explicit TiffReader(std::string_view bytes) : m_Source{bytes} { Open(); }
 
-    Image Read()
+    Image Read(ImageBudget& budget)
     {
+        const bool isComplete = TIFFReadDirectory(m_pTiff.get()) != 0;
         std::uint32_t width = 0;
         std::uint32_t height = 0;
-        TIFFGetField(m_pTiff.get(), TIFFTAG_IMAGEWIDTH, &width);
-        TIFFGetField(m_pTiff.get(), TIFFTAG_IMAGELENGTH, &height);
-        CheckImageSize(width, height, 1);
+        if (TIFFGetField(m_pTiff.get(), TIFFTAG_IMAGEWIDTH, &width) != 0 &&
+            TIFFGetField(m_pTiff.get(), TIFFTAG_IMAGELENGTH, &height) != 0)
+        {
+            CheckImageSize(width, height, 1); // the library names no size where it refuses one
+        }
+        if (!isComplete)
+        {
+            Fail("it holds no picture");
+        }
         CheckCompression();
         KeepColoursBesideAlpha();
         RgbaReading reading(m_pTiff.get());
@@ -145,7 +169,7 @@ public:
         {
             Fail(reading.GetReason());
         }
-        CheckImageSize(width, height, reading.GetComponents());
+        TakePixels(budget, width, height, reading.GetComponents());
         const auto raster = std::make_unique_for_overwrite<std::uint32_t[]>(std::size_t{width} * height);
         if (!reading.ReadFromBottom(raster.get()))
         {
@@ -165,11 +189,12 @@ private:
         TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kMostDecodedBytes);
         TIFFOpenOptionsSetErrorHandlerExtR(options.get(), OnError, &m_Source);
         TIFFOpenOptionsSetWarningHandlerExtR(options.get(), OnWarning, &m_Source);
-        m_pTiff.reset(TIFFClientOpenExt("picture", "rm", &m_Source, OnRead, OnWrite, OnSeek, OnClose, OnSize,
+        // h: the directory is read later, so that what it holds can be asked for though it is broken.
+        m_pTiff.reset(TIFFClientOpenExt("picture", "rmh", &m_Source, OnRead, OnWrite, OnSeek, OnClose, OnSize,
                                         nullptr, nullptr, options.get()));
         if (m_pTiff == nullptr)
         {
-            Fail("it is no TIFF file");
+            Fail("its header cannot be read");
         }
     }
 
@@ -228,6 +253,10 @@ private:
 
     [[noreturn]] void Fail(const char* otherwise) const
     {
+        if (m_Source.endsEarly)
+        {
+            throw ImageFault(kEndsEarly);
+        }
         const char* reason = m_Source.reason[0] != '\0' ? m_Source.reason : otherwise;
         throw ImageFault(std::string("its TIFF data are broken (") + reason + ")");
     }
@@ -237,8 +266,9 @@ private:
 };
 }
 
-Image DecodeTiff(std::string_view bytes)
+Image DecodeTiff(std::string_view bytes, ImageBudget& budget)
 {
-    return TiffReader(bytes).Read();
+    CheckIsTiff(bytes);
+    return TiffReader(bytes).Read(budget);
 }
 }

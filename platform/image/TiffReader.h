@@ -6,5 +6,5 @@ namespace tessarine
 {
 /// Reads the first picture of a TIFF file. Grey and colour keep their alpha; every other kind is three
 /// components. Throws ImageFault.
-Image DecodeTiff(std::string_view bytes);
+Image DecodeTiff(std::string_view bytes, ImageBudget& budget);
 }

@@ -109,8 +109,45 @@ TEST(BatchOptions, RefuseAnUnknownOne)
 
 TEST(BatchOptions, RefuseAMissingValue)
 {
-    EXPECT_THAT(ComplaintOnOptions({"-C"}), HasSubstr("--directory"));
-    EXPECT_THAT(ComplaintOnOptions({"--script"}), HasSubstr("--script"));
+    EXPECT_EQ(ComplaintOnOptions({"-C"}), "nothing stands behind -C, which takes a value");
+    EXPECT_EQ(ComplaintOnOptions({"-q", "--script"}), "nothing stands behind --script, which takes a value");
+    EXPECT_EQ(ComplaintOnOptions({"--window="}), "nothing stands behind --window=, which takes a value");
+}
+
+TEST(BatchOptions, RefuseToBeGivenTwice)
+{
+    EXPECT_EQ(ComplaintOnOptions({"-C", "a", "--directory=a", "new"}),
+              "option -C, --directory is given more than once; give it once");
+    EXPECT_EQ(ComplaintOnOptions({"-s", "a", "-s", "b"}),
+              "option -s, --script is given more than once; give it once");
+    EXPECT_EQ(ComplaintOnOptions({"--window", "1x1", "--window", "2x2", "new"}),
+              "option --window is given more than once; give it once");
+    EXPECT_EQ(ComplaintOnOptions({"--threads", "1", "--threads", "1", "--threads", "1", "new"}),
+              "option --threads is given more than once; give it once");
+    EXPECT_EQ(ComplaintOnOptions({"-qq", "new"}), "option -q, --quiet is given more than once; give it once");
+    EXPECT_EQ(ComplaintOnOptions({"--help", "--help"}),
+              "option --help is given more than once; give it once");
+    EXPECT_EQ(ComplaintOnOptions({"--version", "--version"}),
+              "option --version is given more than once; give it once");
+}
+
+TEST(BatchOptions, TakeNoValueWhereTheySwitch)
+{
+    EXPECT_EQ(ComplaintOnOptions({"--help=all"}), "option --help takes no value; leave out =all");
+    EXPECT_EQ(ComplaintOnOptions({"--quiet=true", "new"}),
+              "option -q, --quiet takes no value; leave out =true");
+    EXPECT_EQ(ComplaintOnOptions({"--version=2"}), "option --version takes no value; leave out =2");
+    EXPECT_EQ(ComplaintOnOptions({"-q=1", "new"}), "a switch takes no value; leave out =1");
+}
+
+TEST(BatchOptions, TakeValuesAsTheyStand)
+{
+    for (const char* name : {"[a,b]", "{}", "a=b", "-q", "%%", "'a'", "\"a\""})
+    {
+        EXPECT_EQ(ParseOptions({"-C", name, "new"}).folder, name);
+        EXPECT_EQ(ParseOptions({std::string("--directory=") + name, "new"}).folder, name);
+    }
+    EXPECT_EQ(ParseOptions({"-s", "", "new"}).script, "");
 }
 
 TEST(BatchOptions, RefuseAWindowThatIsNoSize)

@@ -1,9 +1,13 @@
 #include "BatchProcess.h"
 #include "DumpCheck.h"
 #include "File.h"
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace tessarine;
 using testing::AllOf;
@@ -91,7 +95,7 @@ TEST_F(BatchProcess, HoldsTheConsoleBackWhenQuietButNotWhatIsAskedFor)
 
     const ProcessResult result = Run({"--quiet", "import", "tetra.obj", "report", "-", "status"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.output, AllOf(StartsWith("{\n  \"nodes\": [{"), HasSubstr("}\n就绪\n")));
+    EXPECT_THAT(result.output, AllOf(StartsWith("{\n  \"nodes\": [\n    {\"id\""), HasSubstr("}\n就绪\n")));
 }
 
 TEST_F(BatchProcess, PrintsTheVersion)
@@ -156,6 +160,30 @@ TEST_F(BatchProcess, WorksInTheFolderOfItsOption)
               2); // a script's path, too, is relative to it
     m_Folder.Write("below/run.txt", "import other.obj\n");
     EXPECT_EQ(Run({"--directory=below", "-s", "run.txt"}).status, 0);
+}
+
+TEST_F(BatchProcess, TakesNamesAsTheyStand)
+{
+    m_Folder.Write("a\\b.obj", kTetrahedron);
+    m_Folder.Write("a/b.obj", "v 0 0 0\n");
+    const ProcessResult result = Run({"import", "a\\b.obj", "export", "c\\d.obj", "report", "e\\f.json"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("m_VertexList.SIZE(): 4"));
+    EXPECT_TRUE(m_Folder.Has("c\\d.obj") && m_Folder.Has("e\\f.json"));
+
+    EXPECT_EQ(Run({"import", "TETRA.obj"}).status, 1);
+    EXPECT_EQ(Run({"-s", "Run.txt"}).status, 2);
+}
+
+TEST_F(BatchProcess, SaysOnTheConsoleThatAFileInAMissingFolderCannotBeOpened)
+{
+    const ProcessResult result = Run({"import", "missing/a.obj"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "Cannot open file!!\n");
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("missing/a.obj: no such f"), HasSubstr("tessarine-batch: import: ")));
+
+    EXPECT_THAT(Run({"import", "missing/a.txt"}).errors, HasSubstr("不能导入此类型文件!"));
 }
 
 TEST_F(BatchProcess, TakesTheWordBehindTwoDashesForAFile)
@@ -243,6 +271,22 @@ TEST_F(BatchProcess, ReadsAScriptFromStandardInput)
     EXPECT_TRUE(m_Folder.Has("out.obj"));
 }
 
+TEST_F(BatchProcess, ReadsAScriptFromAPipe)
+{
+    const std::string name = (m_Folder.GetPath() / "pipe").string();
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name) << "import tetra.obj\nexport out.obj\n"; });
+    const ProcessResult result = Run({"-q", "-s", "pipe"});
+    const int end = open(name.c_str(), O_RDONLY | O_NONBLOCK); // the writer goes on though nobody has read
+    writer.join();
+    close(end);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(m_Folder.Has("out.obj"));
+
+    EXPECT_EQ(Run({"-q", "-s", "/dev/stdin"}, "import tetra.obj\nexport second.obj\n").status, 0);
+    EXPECT_TRUE(m_Folder.Has("second.obj"));
+}
+
 TEST_F(BatchProcess, ChecksTheWholeScriptBeforeItRuns)
 {
     m_Folder.Write("run.txt", "import tetra.obj\nexport out.obj\nfrobnicate\n");
@@ -288,9 +332,12 @@ TEST_F(BatchProcess, RefusesAnEmptyCommandLine)
     ExpectUsageError({"-q"}, "no operation is given");
 }
 
-TEST_F(BatchProcess, RefusesUnknownOptions)
+TEST_F(BatchProcess, RefusesOptionsThatSayNothing)
 {
     ExpectUsageError({"--frobnicate", "new"}, "unknown option --frobnicate");
+    ExpectUsageError({"-C", ".", "-C", ".", "export", "out.obj"},
+                     "option -C, --directory is given more than once; give it once");
+    ExpectUsageError({"--help=all"}, "option --help takes no value; leave out =all");
     ExpectUsageError({"--threads", "0", "new"}, "--threads: \"0\" is no whole number from 1");
     ExpectUsageError({"--window", "800", "new"},
                      "--window: \"800\" is no WxH, as 800x600, from 1x1 to 16384x16384");

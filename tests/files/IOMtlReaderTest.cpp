@@ -1,3 +1,4 @@
+#include "IOMtlReader.h"
 #include "Capture.h"
 #include "IOLoadObj.h"
 #include "TemporaryFolder.h"
@@ -202,6 +203,31 @@ TEST(IOMtlReader, KeepsTheNameOfAMissingPicture)
     ASSERT_EQ(library.CountTextures(), 1U);
     EXPECT_EQ(library.manager.GetMaterialManager().GetTextureList()[0]->GetFileName(), "gone.png");
     EXPECT_FALSE(library.manager.GetMaterialManager().GetTextureList()[0]->HasImage());
+}
+
+TEST(IOMtlReader, LeavesOutTheTexturesThatAreTooManyTogether)
+{
+    const TemporaryCurrentFolder folder;
+    for (const char* name : {"a.ppm", "b.ppm", "c.ppm", "d.ppm"})
+    {
+        folder.Write(name, "P6\n2 1\n255\nabcdef");
+    }
+    MANMaterialManager materials;
+    TextureNameMap maps;
+    IOMtlReader reader(materials, maps, 2 * 6 + 5);
+    ConsoleCapture console;
+    ::testing::internal::CaptureStderr();
+    reader.ParseText("newmtl m\nmap_Kd a.ppm\nmap_Kd b.ppm\n");
+    reader.ParseText("newmtl n\nmap_Kd c.ppm\nmap_Kd d.ppm\nmap_Kd e.png\nKd 1 0 0\n"); // of another library
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "c.ppm: it and the pictures before it take more than 0 MiB\n"
+              "d.ppm: it and the pictures before it take more than 0 MiB\n"
+              "cannot read e.png: it and the pictures before it take more than 0 MiB\n");
+    ASSERT_EQ(materials.GetTextureList().size(), 5U);
+    EXPECT_TRUE(materials.GetTextureList()[1]->HasImage());
+    EXPECT_FALSE(materials.GetTextureList()[2]->HasImage());
+    EXPECT_EQ(materials.GetTextureList()[2]->GetFileName(), "c.ppm");
+    EXPECT_THAT(ColourOf(materials.GetMaterialList()[1]->m_Diffuse), ElementsAre(1.0F, 0.0F, 0.0F));
 }
 
 TEST(IOMtlReader, MakesARecordForEveryMentionOfAnUnknownEnding)

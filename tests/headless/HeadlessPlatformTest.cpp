@@ -91,6 +91,44 @@ TEST(HeadlessPlatform, MakesTheFolderOfTheChoiceTheCurrentOne)
     EXPECT_EQ(GetCurrentFolder(), folder / "models");
 }
 
+TEST(HeadlessPlatform, TakesTheChoiceAsItStands)
+{
+    const TemporaryCurrentFolder folder;
+    std::filesystem::create_directory("models");
+    HeadlessPlatform platform;
+    platform.AnswerFile("models\\One.obj");
+    EXPECT_EQ(platform.AskSaveFile({}), folder / "models\\One.obj"); // a name like any other here
+    EXPECT_EQ(GetCurrentFolder(), folder.GetPath());
+}
+
+TEST(HeadlessPlatform, StaysWhereItIsWhenTheFolderOfAFileToOpenIsMissing)
+{
+    const TemporaryCurrentFolder folder;
+    HeadlessPlatform platform;
+    platform.AnswerFile("missing/one.obj");
+    EXPECT_EQ(platform.AskOpenFile({}), folder / "missing/one.obj");
+    EXPECT_EQ(GetCurrentFolder(), folder.GetPath());
+
+    platform.AnswerFile("missing/one.obj");
+    EXPECT_THROW(platform.AskSaveFile({}), FileError); // it would be written elsewhere
+    EXPECT_FALSE(platform.AskSaveFile({}).has_value()); // the answer is used up
+}
+
+TEST(HeadlessPlatform, NeedsNoCurrentFolderForAWholePath)
+{
+    const TemporaryFolder folder;
+    const CurrentFolderGuard home;
+    {
+        const TemporaryFolder gone;
+        SetCurrentFolder(gone.GetPath());
+    }
+    HeadlessPlatform platform;
+    platform.AnswerFile("relative.obj");
+    EXPECT_THROW(platform.AskOpenFile({}), FileError);
+    platform.AnswerFile((folder / "whole.obj").string());
+    EXPECT_EQ(platform.AskOpenFile({}), folder / "whole.obj");
+}
+
 TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
 {
     const TemporaryCurrentFolder folder;
@@ -100,16 +138,6 @@ TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
     EXPECT_EQ(platform.AskOpenFile({}), folder / "first");
     EXPECT_EQ(platform.AskSaveFile({}), folder / "second");
     EXPECT_FALSE(platform.AskOpenFile({}).has_value());
-}
-
-TEST(HeadlessPlatform, RefusesAChoiceInAFolderThatIsMissingAndGoesOn)
-{
-    const TemporaryCurrentFolder folder;
-    HeadlessPlatform platform;
-    platform.AnswerFile("none/one.obj");
-    EXPECT_THROW(platform.AskOpenFile({}), FileError);
-    EXPECT_EQ(GetCurrentFolder(), folder.GetPath());
-    EXPECT_FALSE(platform.AskOpenFile({}).has_value()); // the answer is used up
 }
 
 TEST(HeadlessPlatform, KeepsTheTextsOfItsPanes)

@@ -2,6 +2,7 @@
 #include "LinksHold.h"
 #include "LiteralBuild.h"
 #include "Meshes.h"
+#include "NormalSums.h"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
@@ -163,6 +164,24 @@ TEST_F(BrokenMesh, AWanderingWalkGoesAllItsWay)
     EXPECT_DOUBLE_EQ(normal.z, std::sqrt(0.5));
     EXPECT_DOUBLE_EQ(normal.y, -std::sqrt(0.5));
     EXPECT_EQ(pVertex->GetValence(), 3);
+}
+
+TEST_F(BrokenMesh, AWanderingWalkEndsWhereTheLimitIsSpent)
+{
+    IndexedMesh mesh = SingleTriangle();
+    mesh.positions.emplace_back(0, 0, 1);
+    mesh.AddFace({1, 2, 4});
+    DSSolid* pSolid = ImportAndCopy(mesh);
+    DSVertex* pVertex = pSolid->GetVertexList()[0];
+    pVertex->GetHalfEdge() = pSolid->GetFaceList()[0]->GetLoopList()[0]->GetHalfEdge();
+    pVertex->GetNormal() = smVec3d();
+
+    NormalSums sums(WanderingLimit(0));
+    sums.Add(*pVertex);
+    sums.Finish();
+    EXPECT_EQ(pVertex->GetNormal().y, 0.0); // the first face alone counts
+    EXPECT_EQ(pVertex->GetNormal().z, 1.0);
+    EXPECT_EQ(sums.CountCutWalks(), 1U);
 }
 
 TEST_F(BrokenMesh, ManyFacesOnOneEdgeAreImported)

@@ -286,6 +286,10 @@ TEST(PPM, KeepsTheOrderOfItsFile)
 TEST(PPM, DoesNotSetTheComponents)
 {
     EXPECT_EQ(PpmReading("P6\n1 1 255\nabc").texture.GetComponents(), 0);
+
+    DSTexture texture = Texture(1, 1, {7});
+    texture.DecodePPM("a.ppm", "P6\n1 1 255\nabc");
+    EXPECT_EQ(texture.GetComponents(), 1); // of the picture before
 }
 
 TEST(PPM, HasItsNumbersOnOneToThreeLines)
@@ -355,11 +359,18 @@ TEST(PPM, WithoutPixelsIsRefused)
 
 TEST(PPM, ThatClaimsTooManyPixelsIsRefused)
 {
-    ExpectPpmRefused("P6\n16385 1 255\nabc", "a.ppm: The PPM file is too large\n");
-    ExpectPpmRefused("P6\n1 16385 255\nabc", "a.ppm: The PPM file is too large\n");
-    ExpectPpmRefused("P6\n16384 16384 255\nabc", "a.ppm: The PPM file is too large\n");
-    ExpectPpmRefused("P6\n4294967297 1 255\nabc", "a.ppm: The PPM file is too large\n"); // does not wrap to 1
-    ExpectPpmRefused("P6\n" + std::string(60, '9') + " 1 1\nabc", "a.ppm: The PPM file is too large\n");
+    const auto tooLarge = [](const std::string& size)
+    {
+        return "a.ppm: The PPM file is too large: " + size +
+               " pixels; at most 16384 a side and 512 MiB are read\n";
+    };
+    ExpectPpmRefused("P6\n16385 1 255\nabc", tooLarge("16385 x 1"));
+    ExpectPpmRefused("P6\n1 16385 255\nabc", tooLarge("1 x 16385"));
+    ExpectPpmRefused("P6\n16384 16384 255\nabc", tooLarge("16384 x 16384"));
+    ExpectPpmRefused("P6\n4294967297 1 255\nabc",
+                     tooLarge("2147483647 x 1")); // saturates, does not wrap to 1
+    ExpectPpmRefused("P6\n" + std::string(60, '9') + " 1 1\nabc", tooLarge("2147483647 x 1"));
+    ExpectPpmRefused("P6\n2147483647 2147483647 255\nabc", tooLarge("2147483647 x 2147483647"));
 }
 
 TEST(PPM, CutOffAnywhereIsRefused)

@@ -1,11 +1,13 @@
 #include "File.h"
 #include "TemporaryFolder.h"
 #include <csignal>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tessarine
@@ -194,6 +196,34 @@ TEST(ReadFile, RefusesAFileThatCannotFitInMemory)
         GTEST_SKIP() << "this disk has no files with holes";
     }
     EXPECT_THAT(FaultOfReading(path), EndsWith(": it does not fit in the memory of this machine"));
+}
+
+TEST(ReadStream, GivesEveryByteOfAFile)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(ReadStream(folder.Write("file", std::string("a\0b\n", 4))), std::string("a\0b\n", 4));
+}
+
+TEST(ReadStream, WaitsForTheWriterOfAPipe)
+{
+    const TemporaryFolder folder;
+    const std::string name = (folder / "pipe").string();
+    ASSERT_EQ(::mkfifo(name.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name) << "first" << std::flush << "second"; });
+    EXPECT_EQ(ReadStream(name), "firstsecond");
+    writer.join();
+}
+
+TEST(ReadStream, RefusesWhatHasNoEnd)
+{
+    EXPECT_EQ(FaultOf([] { ReadStream("/dev/zero"); }), "cannot read /dev/zero: it gives more than 64 MiB");
+}
+
+TEST(ReadStream, RefusesAFolderAndWhatIsMissing)
+{
+    const TemporaryFolder folder;
+    EXPECT_THAT(FaultOf([&] { ReadStream(folder.GetPath()); }), EndsWith(": it is a folder"));
+    EXPECT_THAT(FaultOf([&] { ReadStream(folder / "none"); }), EndsWith(": no such file"));
 }
 
 TEST(ReplacingFile, AppearsUnderItsNameOnlyWhenCommitted)
@@ -408,6 +438,26 @@ TEST(CurrentFolder, IsRestoredByItsGuard)
     EXPECT_EQ(GetCurrentFolder(), before);
 }
 
+TEST(CurrentFolder, IsRestoredAlsoWhereItWasMovedOrRemoved)
+{
+    const TemporaryFolder folder;
+    const CurrentFolderGuard home;
+    fs::create_directory(folder / "before");
+    SetCurrentFolder(folder / "before");
+    {
+        const CurrentFolderGuard guard;
+        SetCurrentFolder("/");
+        fs::rename(folder / "before", folder / "after");
+    }
+    EXPECT_EQ(GetCurrentFolder(), folder / "after");
+    fs::remove(folder / "after");
+    {
+        const CurrentFolderGuard guard;
+        SetCurrentFolder("/");
+    }
+    EXPECT_THAT(FaultOf([] { GetCurrentFolder(); }), HasSubstr("it was removed"));
+}
+
 TEST(CurrentFolder, IsNotOneThatIsMissing)
 {
     EXPECT_EQ(FaultOf([] { SetCurrentFolder("/no/such/folder"); }),
@@ -421,7 +471,8 @@ TEST(CurrentFolder, IsToldToBeGoneWhenItWasRemoved)
         const TemporaryFolder folder;
         SetCurrentFolder(folder.GetPath());
     }
-    EXPECT_THAT(FaultOf([] { GetCurrentFolder(); }), StartsWith("cannot tell the current folder: "));
+    EXPECT_EQ(FaultOf([] { GetCurrentFolder(); }),
+              "cannot tell the current folder: it was removed; start from another one");
     EXPECT_EQ(FaultOfReading("x"), "cannot open x: no such file");
 }
 

@@ -76,6 +76,59 @@ TEST(Images, ThatAreBrokenAreNamedInTheFault)
         ThrowsMessage<FileError>("cannot read " + path.string() + ": the file ends before its picture does"));
 }
 
+TEST(Images, ShareTheBytesOfABudget)
+{
+    const TemporaryFolder folder;
+    ImageBudget budget(2 * 18 + 17); // a picture of 3 x 2 pixels has 18
+    for (const char* name : {"a.bmp", "b.png", "c.jpg"})
+    {
+        WriteImage(Sample(3), folder / name);
+    }
+    EXPECT_EQ(ReadImage(folder / "a.bmp", budget).width, 3);
+    EXPECT_EQ(ReadImage(folder / "b.png", budget).width, 3);
+    EXPECT_FALSE(budget.IsSpent());
+    EXPECT_THAT([&] { ReadImage(folder / "c.jpg", budget); },
+                ThrowsMessage<FileError>(EndsWith("it and the pictures before it take more than 0 MiB")));
+    EXPECT_TRUE(budget.IsSpent());
+    EXPECT_THAT([&] { ReadImage(folder / "none.png", budget); }, // is not even looked for
+                ThrowsMessage<FileError>(EndsWith("take more than 0 MiB")));
+}
+
+TEST(Images, OfEveryFormatCountOnce)
+{
+    const TemporaryFolder folder;
+    const std::string tga = Bytes({0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1, 0, 24, 0, 1, 2, 3});
+    const std::string gif = "GIF89a" + Bytes({1, 0, 1, 0, 0x80, 0, 0, 9, 8, 7, 6,    5, 4, 0x2C, 0,
+                                              0, 0, 0, 1, 0,    1, 0, 0, 2, 2, 0x44, 1, 0, 0x3B});
+    // Width, height, bits, compression, kind, place of the pixels, samples, rows and bytes of the strip.
+    const auto entry = [](int tag, unsigned value)
+    { return Little16(static_cast<unsigned>(tag)) + Little16(4) + Little32(1) + Little32(value); };
+    const std::string tiff = "II*" + std::string(1, '\0') + Little32(8) + Little16(9) + entry(256, 1) +
+                             entry(257, 1) + entry(258, 8) + entry(259, 1) + entry(262, 1) + entry(273, 4) +
+                             entry(277, 1) + entry(278, 1) + entry(279, 1) + Little32(0);
+    WriteImage({1, 1, 3, {1, 2, 3}}, folder / "a.bmp");
+    WriteImage({1, 1, 1, {1}}, folder / "grey.bmp");
+    WriteImage({1, 1, 3, {1, 2, 3}}, folder / "a.png");
+    WriteImage({1, 1, 3, {1, 2, 3}}, folder / "a.jpg");
+    folder.Write("a.tga", tga);
+    folder.Write("a.gif", gif);
+    folder.Write("a.tiff", tiff);
+    for (const auto& [name, bytes] : std::vector<std::pair<const char*, std::size_t>>{{"a.bmp", 3},
+                                                                                      {"grey.bmp", 1},
+                                                                                      {"a.png", 3},
+                                                                                      {"a.jpg", 3},
+                                                                                      {"a.tga", 3},
+                                                                                      {"a.gif", 3},
+                                                                                      {"a.tiff", 1}})
+    {
+        ImageBudget enough(bytes);
+        EXPECT_EQ(ReadImage(folder / name, enough).width, 1) << name;
+        EXPECT_TRUE(enough.IsSpent()) << name;
+        ImageBudget tooSmall(bytes - 1);
+        EXPECT_THROW(ReadImage(folder / name, tooSmall), FileError) << name;
+    }
+}
+
 TEST(Images, ComeBackFromABmpByteForByte)
 {
     const TemporaryFolder folder;

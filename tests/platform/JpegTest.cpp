@@ -135,8 +135,8 @@ TEST(Jpeg, ThatClaimsTooManyPixelsIsRefused)
 
 TEST(Jpeg, OfNothingIsRefused)
 {
-    EXPECT_THAT(FaultOfDecoding("", "jpg"), HasSubstr("its JPEG data are broken"));
-    EXPECT_THAT(FaultOfDecoding("BM and more", "jpg"), HasSubstr("Not a JPEG file"));
+    EXPECT_THAT(FaultOfDecoding("", "jpg"), EndsWith("the file is empty"));
+    EXPECT_THAT(FaultOfDecoding("BM and more", "jpg"), EndsWith("it is no JPEG file"));
 }
 
 TEST(Jpeg, IsWrittenUprightInGreyAndColour)

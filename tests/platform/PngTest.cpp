@@ -178,17 +178,26 @@ TEST(Png, ThatClaimsTooManyPixelsIsRefused)
         return file + std::string("\0\0\0\0IDAT\x35\xAF\x06\x1E", 12);
     };
     EXPECT_THAT(FaultOfDecoding(headerOf(16385, 1, PNG_COLOR_TYPE_RGB), "png"),
-                HasSubstr("its PNG data are broken"));
+                EndsWith("it is 16385 x 1 pixels large; at most 16384 a side are read"));
     EXPECT_THAT(FaultOfDecoding(headerOf(16384, 16384, PNG_COLOR_TYPE_GRAY), "png"),
                 EndsWith("the file ends before its picture does"));
     const std::string large = headerOf(16384, 16384, PNG_COLOR_TYPE_RGB) + std::string(800000, 'x');
     EXPECT_THAT(FaultOfDecoding(large, "png"), EndsWith("take more than 512 MiB"));
 }
 
+TEST(Png, OfAnImpossibleSizeIsRefused)
+{
+    std::string file = Png({}, kTwoByTwo);
+    file.replace(16, 8, Bytes({0, 0, 0, 0, 0, 0, 0, 2})); // width and height, high bytes first
+    EXPECT_THAT(FaultOfDecoding(file, "png"), EndsWith("it has no pixels"));
+    file.replace(16, 8, std::string(8, '\xFF'));
+    EXPECT_THAT(FaultOfDecoding(file, "png"), HasSubstr("it is 4294967295 x 4294967295 pixels large"));
+}
+
 TEST(Png, OfNothingIsRefused)
 {
-    EXPECT_THAT(FaultOfDecoding("", "png"), HasSubstr("its PNG data are broken"));
-    EXPECT_THAT(FaultOfDecoding("BM and more", "png"), HasSubstr("Not a PNG file"));
+    EXPECT_THAT(FaultOfDecoding("", "png"), EndsWith("the file is empty"));
+    EXPECT_THAT(FaultOfDecoding("BM and more", "png"), EndsWith("it is no PNG file"));
 }
 
 TEST(Png, ComesBackByteForByte)

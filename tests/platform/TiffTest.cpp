@@ -64,11 +64,11 @@ std::string Tiff(const TiffForm& form, std::vector<std::vector<std::uint8_t>> ro
 }
 
 /// The file with another number in a field of 16 bits.
-std::string WithField(std::string file, unsigned tag, unsigned value)
+std::string WithField(const std::string& file, unsigned tag, unsigned value)
 {
     const std::size_t entry = file.find(Little16(tag) + Little16(TIFF_SHORT) + Little32(1));
     EXPECT_NE(entry, std::string::npos);
-    return file.replace(entry + 8, 2, Little16(value));
+    return file.substr(0, entry + 8) + Little16(value) + file.substr(entry + 10);
 }
 
 const std::vector<std::vector<std::uint8_t>> kTwoByTwo = {{1, 2, 3, 4, 5, 6}, {7, 8, 9, 10, 11, 12}};
@@ -174,7 +174,10 @@ TEST(Tiff, CutOffAnywhereIsRefusedOrWhole)
         }
         EXPECT_GE(length + 200, file.size());
     }
-    EXPECT_THROW(DecodeImage(file.substr(0, file.size() / 2), "tiff"), FileError);
+    for (const std::size_t length : {std::size_t{1}, std::size_t{5}, std::size_t{9}, file.size() / 2})
+    {
+        EXPECT_EQ(FaultOfDecoding(file.substr(0, length), "tiff"), FaultOfEndingEarly("tiff"));
+    }
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
@@ -197,6 +200,29 @@ TEST(Tiff, ThatClaimsTooManyPixelsIsRefused)
         EndsWith("take more than 512 MiB"));
 }
 
+TEST(Tiff, ThatClaimsMorePixelsThanItHasIsRefused)
+{
+    const std::string file = Tiff({}, kTwoByTwo);
+    EXPECT_EQ(FaultOfDecoding(WithField(file, TIFFTAG_IMAGEWIDTH, 16000), "tiff"),
+              FaultOfEndingEarly("tiff"));
+}
+
+TEST(Tiff, WithoutPixelsIsRefused)
+{
+    const std::string file = Tiff({}, kTwoByTwo);
+    EXPECT_THAT(FaultOfDecoding(WithField(file, TIFFTAG_IMAGEWIDTH, 0), "tiff"),
+                EndsWith("it has no pixels"));
+    EXPECT_THAT(FaultOfDecoding(WithField(file, TIFFTAG_IMAGELENGTH, 0), "tiff"),
+                EndsWith("it has no pixels"));
+}
+
+TEST(Tiff, WithoutADirectoryIsRefused)
+{
+    const std::string whole = Tiff({}, kTwoByTwo);
+    const std::string file = whole.substr(0, 4) + Little32(0) + whole.substr(8); // where the directory stands
+    EXPECT_THAT(FaultOfDecoding(file, "tiff"), EndsWith("its TIFF data are broken (it holds no picture)"));
+}
+
 TEST(Tiff, OfARareCompressionIsRefused)
 {
     const std::string file = WithField(Tiff({}, kTwoByTwo), TIFFTAG_COMPRESSION, COMPRESSION_SGILOG);
@@ -205,7 +231,7 @@ TEST(Tiff, OfARareCompressionIsRefused)
 
 TEST(Tiff, OfNothingIsRefused)
 {
-    EXPECT_THAT(FaultOfDecoding("", "tiff"), HasSubstr("its TIFF data are broken"));
-    EXPECT_THAT(FaultOfDecoding("BM and more", "tiff"), HasSubstr("its TIFF data are broken"));
+    EXPECT_THAT(FaultOfDecoding("", "tiff"), EndsWith("the file is empty"));
+    EXPECT_THAT(FaultOfDecoding("BM and more", "tiff"), EndsWith("it is no TIFF file"));
 }
 }

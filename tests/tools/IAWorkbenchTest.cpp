@@ -88,6 +88,22 @@ TEST_F(WorkbenchTest, IsBackInItsFolderAfterEveryDialog)
     EXPECT_EQ(std::filesystem::current_path(), m_Folder.GetPath());
 }
 
+TEST_F(WorkbenchTest, ImportsAndExportsWholePathsFromAFolderThatIsGone)
+{
+    const std::string model = m_Folder.Write("a.obj", kTetrahedronObj).string();
+    std::filesystem::create_directory(m_Folder / "gone");
+    std::filesystem::current_path(m_Folder / "gone");
+    std::filesystem::remove(m_Folder / "gone");
+    EXPECT_TRUE(Import(model));
+    m_Platform.AnswerFile((m_Folder / "out.obj").string());
+    m_Bench.ExportObj();
+    EXPECT_THAT(m_Folder.Read("out.obj"), HasSubstr("# 4 faces in this object "));
+
+    EXPECT_FALSE(Import("a.obj"));
+    EXPECT_EQ(m_Platform.GetOnlyReason(),
+              "cannot tell the current folder: it was removed; start from another one");
+}
+
 TEST_F(WorkbenchTest, IsBackInItsFolderAfterAFailedImport)
 {
     m_Folder.Write("models/a.obj", "v 0 0 0\nf 1 2 3\n");

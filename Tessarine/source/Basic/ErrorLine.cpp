@@ -6,7 +6,7 @@ namespace tessarine
 {
 namespace
 {
-constexpr std::size_t kLongest = 2000;
+constexpr std::size_t kLongest = 8192;
 
 std::string SpellOut(char character)
 {

@@ -1,9 +1,11 @@
 #include "DSBrep.h"
 #include "Console.h"
 #include "CycleGuard.h"
+#include "ErrorLine.h"
 #include "NormalSums.h"
 #include "VertexWalk.h"
 #include <cmath>
+#include <string>
 
 namespace tessarine
 {
@@ -99,6 +101,20 @@ void DSSolid::SetMaterial(DSMaterial* material)
     m_pMaterial = material;
 }
 
+namespace
+{
+void SayCutWalks(std::size_t count)
+{
+    if (count != 0)
+    {
+        PrintErrorLine(
+            "the faces around " + std::to_string(count) +
+            " vertices run against their neighbours, and lead on and on: the normals there take in "
+            "a part of them; turn the faces of the model the same way round");
+    }
+}
+}
+
 void DSSolid::CalcNormals()
 {
     for (DSFace* pFace : m_FaceList)
@@ -108,7 +124,7 @@ void DSSolid::CalcNormals()
             pFace->CalcNormal();
         }
     }
-    NormalSums sums(WanderingLimit(m_EdgeList.size()));
+    NormalSums sums(WanderingLimit::OfPatience());
     for (DSVertex* pVertex : m_VertexList)
     {
         if (NormalSums::HasFacesAround(pVertex))
@@ -117,6 +133,7 @@ void DSSolid::CalcNormals()
         }
     }
     sums.Finish();
+    SayCutWalks(sums.CountCutWalks());
 }
 
 namespace

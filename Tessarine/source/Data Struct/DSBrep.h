@@ -286,8 +286,9 @@ public:
     /// stay.
     ///
     /// Cost    Linear. Where faces run the same way along an edge, the walk around a vertex wanders to
-    ///         others: it is followed to its end until the WanderingLimit of the solid's edges is used up;
-    ///         from then on a walk ends where it leaves its vertex.
+    ///         others: it is followed to its end until 30 million steps have been spent so (see
+    ///         WanderingLimit); from then on a walk ends where it leaves its vertex, and standard error
+    ///         tells how many did.
     void CalcNormals();
 
     /// Marks the boundary edges and prints what it finds, one item a line. Repairs nothing.

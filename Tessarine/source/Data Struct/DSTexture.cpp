@@ -94,24 +94,26 @@ std::optional<PpmHeader> ScanPpmHeader(std::string_view bytes)
     return PpmHeader{numbers[0], numbers[1], bytes.size() - rest.size()};
 }
 
-/// What is wrong with the size, or nothing.
-std::string FaultOfPpmSize(const PpmHeader& header, std::size_t bytes)
+/// What is wrong with the size, or nothing; then its bytes are taken.
+std::string FaultOfPpm(const PpmHeader& header, std::size_t bytes, ImageBudget& budget)
 {
     if (header.width < 1 || header.height < 1)
     {
         return "The PPM file has no pixels";
     }
-    if (header.width > kMostPixelsASide || header.height > kMostPixelsASide)
-    {
-        return "The PPM file is too large";
-    }
     const std::size_t needed =
         static_cast<std::size_t>(header.width) * static_cast<std::size_t>(header.height) * 3;
-    if (needed > kMostDecodedBytes)
+    if (header.width > kMostPixelsASide || header.height > kMostPixelsASide || needed > kMostDecodedBytes)
     {
-        return "The PPM file is too large";
+        return "The PPM file is too large: " + std::to_string(header.width) + " x " +
+               std::to_string(header.height) + " pixels; at most " + std::to_string(kMostPixelsASide) +
+               " a side and " + std::to_string(kMostDecodedBytes >> 20U) + " MiB are read";
     }
-    return needed > bytes - header.pixelOffset ? "The PPM file ends before its pixels do" : "";
+    if (needed > bytes - header.pixelOffset)
+    {
+        return "The PPM file ends before its pixels do";
+    }
+    return budget.Take(needed) ? "" : budget.GetRefusal();
 }
 
 // ---- the size ----
@@ -242,24 +244,30 @@ Sampler GetSampler(DSTexture::ResampleMode mode)
 
 void DSTexture::LoadImage(const std::string& fileName)
 {
+    ImageBudget budget;
+    LoadImage(fileName, budget);
+}
+
+void DSTexture::LoadImage(const std::string& fileName, ImageBudget& budget)
+{
     if (EndsInOneOf(fileName, {"PPM", "ppm"}))
     {
-        ReadPPM(fileName);
+        ReadPPM(fileName, budget);
     }
     else if (EndsInOneOf(fileName, {"BMP", "bmp", "PNG", "png", "JPG", "jpg", "GIF", "gif", "TGA", "tga",
                                     "TIFF", "tiff"}))
     {
-        ReadPicture(fileName);
+        ReadPicture(fileName, budget);
     }
 }
 
-void DSTexture::ReadPicture(const std::string& fileName)
+void DSTexture::ReadPicture(const std::string& fileName, ImageBudget& budget)
 {
     SetImage(0, 0, 0, {});
     m_strFileName = fileName;
     try
     {
-        Image image = ReadImage(ResolveForReading(fileName));
+        Image image = ReadImage(ResolveForReading(fileName), budget);
         DebugConsole() << "Image File's component is:" << image.components << '\n';
         DebugConsole() << "GL_RGB is:" << kGlRgb << '\n';
         SetImage(image.width, image.height, image.components, std::move(image.pixels));
@@ -284,11 +292,22 @@ void DSTexture::TakeResampled()
 
 void DSTexture::ReadPPM(const std::string& fileName)
 {
-    SetImage(0, 0, 0, {});
+    ImageBudget budget;
+    ReadPPM(fileName, budget);
+}
+
+void DSTexture::ReadPPM(const std::string& fileName, ImageBudget& budget)
+{
+    SetImage(0, 0, m_nComponents, {});
     m_strFileName = fileName;
+    if (budget.IsSpent())
+    {
+        PrintErrorLine(fileName + ": " + budget.GetRefusal());
+        return;
+    }
     try
     {
-        DecodePPM(fileName, ReadFile(ResolveForReading(fileName)));
+        DecodePPM(fileName, ReadFile(ResolveForReading(fileName)), budget);
     }
     catch (const FileError& error)
     {
@@ -299,7 +318,13 @@ void DSTexture::ReadPPM(const std::string& fileName)
 
 void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes)
 {
-    SetImage(0, 0, 0, {});
+    ImageBudget budget;
+    DecodePPM(fileName, bytes, budget);
+}
+
+void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes, ImageBudget& budget)
+{
+    SetImage(0, 0, m_nComponents, {});
     m_strFileName = fileName;
     if (!bytes.starts_with("P6"))
     {
@@ -308,7 +333,7 @@ void DSTexture::DecodePPM(const std::string& fileName, std::string_view bytes)
     }
     const auto header = ScanPpmHeader(bytes);
     const std::string fault =
-        header ? FaultOfPpmSize(*header, bytes.size()) : "The PPM file ends before its size is told";
+        header ? FaultOfPpm(*header, bytes.size(), budget) : "The PPM file ends before its size is told";
     if (!fault.empty())
     {
         PrintErrorLine(fileName + ": " + fault);

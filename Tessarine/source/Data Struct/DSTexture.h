@@ -6,6 +6,8 @@
 
 namespace tessarine
 {
+class ImageBudget;
+
 /// One image in memory, decoded. Row 0 is the bottom line. All but a pixmap are brought to sides that are
 /// powers of two, see ChooseTextureSize.
 class DSTexture
@@ -24,6 +26,9 @@ public:
     /// gif, tga, tiff resampled by Resample(Nearest). Any other ending leaves the record empty.
     /// A picture that is missing, refused or broken leaves the record with its name and no image.
     void LoadImage(const std::string& fileName);
+
+    /// The same out of a budget that the textures of a model share: a picture that is too large for it is refused.
+    void LoadImage(const std::string& fileName, ImageBudget& budget);
 
     /// Reads a raw (P6) portable pixmap, whatever its maximum is.
     ///
@@ -66,7 +71,9 @@ public:
     void SetImage(int width, int height, int components, std::vector<std::uint8_t> pixels);
 
 private:
-    void ReadPicture(const std::string& fileName);
+    void ReadPPM(const std::string& fileName, ImageBudget& budget);
+    void DecodePPM(const std::string& fileName, std::string_view bytes, ImageBudget& budget);
+    void ReadPicture(const std::string& fileName, ImageBudget& budget);
     void TakeResampled();
 
     std::string m_strFileName;

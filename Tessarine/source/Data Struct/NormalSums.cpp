@@ -67,6 +67,7 @@ bool NormalSums::Advance()
         if (!m_Limit.Allows(*walk.at.Get(), *walk.pVertex))
         {
             walk.at.Stop();
+            ++m_nCutWalks;
             continue;
         }
         walk.pVertex->GetNormal() += FaceOf(*walk.at.Get()).GetNormal();

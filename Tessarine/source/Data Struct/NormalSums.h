@@ -32,6 +32,9 @@ public:
     /// Ends all walks, and makes the sums unit vectors.
     void Finish();
 
+    /// How many walks the limit has cut short.
+    std::size_t CountCutWalks() const { return m_nCutWalks; }
+
 private:
     struct Walk
     {
@@ -46,6 +49,7 @@ private:
     bool Advance();
 
     WanderingLimit m_Limit;
+    std::size_t m_nCutWalks = 0;
     std::vector<Walk> m_Walks;
 };
 }

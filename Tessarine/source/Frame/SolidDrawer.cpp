@@ -1,8 +1,8 @@
 #include "SolidDrawer.h"
 #include "DSBrep.h"
 #include "DisplayFlag.h"
+#include "LookAhead.h"
 #include "MANMaterialManager.h"
-#include "ReadAhead.h"
 #include "VertexRun.h"
 #include <array>
 #include <cmath>
@@ -46,32 +46,6 @@ const DSHalfEdge* FindEntry(const DSFace& face)
 {
     const LoopList& loops = face.GetLoopList();
     return loops.empty() ? nullptr : loops[0]->GetHalfEdge();
-}
-
-/// Asks the memory for a half-edge, and for those that were made right after it.
-void AskForHalfEdges(const DSHalfEdge* pFirst, std::size_t count)
-{
-    if (pFirst == nullptr)
-    {
-        return;
-    }
-    const auto* pLinks = reinterpret_cast<const char*>(&pFirst->GetTexCoord()); // the links are beside it
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        __builtin_prefetch(pLinks + i * sizeof(DSHalfEdge));
-    }
-}
-
-/// Builders make the half-edges of a face one after the other.
-void AskForCorners(const DSFace& face)
-{
-    AskForHalfEdges(FindEntry(face), 3);
-}
-
-void AskForEnds(const DSEdge& edge)
-{
-    AskForHalfEdges(edge.GetHalfEdge1(), 1);
-    AskForHalfEdges(edge.GetHalfEdge2(), 1);
 }
 
 /// Adds a face as GL takes a polygon apart. Where it has less than three corners, nothing is drawn.
@@ -119,6 +93,42 @@ void AddLitPolygon(VertexRun<LitCorner>& run, const DSFace& face, bool smooth)
                [&normal](const DSHalfEdge& halfEdge) {
                    return LitCorner{normal, ToSingle(halfEdge.GetVertex()->GetPosition())};
                });
+}
+
+/// Asks for what stands behind a face of a list to come: its loop, and then the loop's half-edges, which nearly
+/// always lie side by side.
+void AskForLoop(const DSFace* face)
+{
+    if (!face->GetLoopList().empty())
+    {
+        AskForMemory(face->GetLoopList()[0], sizeof(DSLoop));
+    }
+}
+
+void AskForCorners(const DSFace* face)
+{
+    if (const DSHalfEdge* pEntry = FindEntry(*face))
+    {
+        AskForMemory(pEntry, 3 * sizeof(DSHalfEdge));
+    }
+}
+
+/// Likewise for an edge: its half-edges, and then their vertices.
+void AskForHalfEdges(const DSEdge* edge)
+{
+    AskForMemory(edge->GetHalfEdge1(), sizeof(DSHalfEdge));
+    AskForMemory(edge->GetHalfEdge2(), sizeof(DSHalfEdge));
+}
+
+void AskForVertices(const DSEdge* edge)
+{
+    for (const DSHalfEdge* pHalfEdge : {edge->GetHalfEdge1(), edge->GetHalfEdge2()})
+    {
+        if (pHalfEdge != nullptr)
+        {
+            AskForMemory(&pHalfEdge->GetVertex()->GetPosition(), sizeof(smVec3d));
+        }
+    }
 }
 
 /// @param makeCorner of a position
@@ -252,15 +262,15 @@ void SolidDrawer::DrawWire(const DSSolid& solid) const
     glLineWidth(1.0F);
     {
         VertexRun<ColoredCorner> run(GL_LINES);
-        const auto addEdge = [&run](const DSEdge& edge)
-        {
-            const Color& color = edge.GetHighlight() ? kHighlightColor : kEdgeColor;
-            AddEdge(run, edge,
-                    [&color](const smVec3d& place) {
-                        return ColoredCorner{color, ToSingle(place)};
-                    });
-        };
-        VisitReadingAhead(solid.GetEdgeList(), AskForEnds, addEdge);
+        ForEachLookingAhead(solid.GetEdgeList(), AskForHalfEdges, AskForVertices,
+                            [&run](const DSEdge* edge)
+                            {
+                                const Color& color = edge->GetHighlight() ? kHighlightColor : kEdgeColor;
+                                AddEdge(run, *edge,
+                                        [&color](const smVec3d& place) {
+                                            return ColoredCorner{color, ToSingle(place)};
+                                        });
+                            });
     }
     if ((m_nDisplayFlags & DisplayFlag::BoundaryEdges) != 0)
     {
@@ -275,18 +285,18 @@ void SolidDrawer::DrawSurface(const DSSolid& solid) const
     const bool smooth = (m_nDisplayFlags & DisplayFlag::SmoothShading) != 0;
     const DSMaterial* pCurrent = nullptr;
     VertexRun<LitCorner> run(GL_TRIANGLES);
-    const auto addFace = [&](const DSFace& face)
-    {
-        const DSMaterial* pMaterial = &GetMaterial(face);
-        if (pMaterial != pCurrent)
-        {
-            run.Flush();
-            ApplyMaterial(*pMaterial);
-            pCurrent = pMaterial;
-        }
-        AddLitPolygon(run, face, smooth);
-    };
-    VisitReadingAhead(solid.GetFaceList(), AskForCorners, addFace);
+    ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
+                        [this, &run, &pCurrent, smooth](const DSFace* face)
+                        {
+                            const DSMaterial* pMaterial = &GetMaterial(*face);
+                            if (pMaterial != pCurrent)
+                            {
+                                run.Flush();
+                                ApplyMaterial(*pMaterial);
+                                pCurrent = pMaterial;
+                            }
+                            AddLitPolygon(run, *face, smooth);
+                        });
 }
 
 void SolidDrawer::ApplyLastMaterial(const DSSolid& solid) const
@@ -312,18 +322,17 @@ void SolidDrawer::DrawTextured(const DSSolid& solid) const
     const DSTextureBinding* pCurrent = nullptr;
     {
         VertexRun<TexturedCorner> run(GL_TRIANGLES);
-        const auto addFace = [&](const DSFace& face)
+        for (const DSFace* pFace : solid.GetFaceList())
         {
-            const DSTextureBinding* pTexture = FindTexture(face);
+            const DSTextureBinding* pTexture = FindTexture(*pFace);
             if (pTexture != pCurrent)
             {
                 run.Flush();
                 SetTexture(pTexture);
                 pCurrent = pTexture;
             }
-            AddPolygon(run, face, MakeTexturedCorner);
-        };
-        VisitReadingAhead(solid.GetFaceList(), AskForCorners, addFace);
+            AddPolygon(run, *pFace, MakeTexturedCorner);
+        }
     }
     glDisable(GL_TEXTURE_2D);
 }
@@ -348,8 +357,8 @@ void SolidDrawer::DrawSolidMark(const DSSolid& solid, const smVec3f& color) cons
     {
         const PolygonOffset offset;
         VertexRun<LitCorner> run(GL_TRIANGLES);
-        VisitReadingAhead(solid.GetFaceList(), AskForCorners,
-                          [&](const DSFace& face) { AddLitPolygon(run, face, smooth); });
+        ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
+                            [&run, smooth](const DSFace* face) { AddLitPolygon(run, *face, smooth); });
     }
     glPopAttrib();
 }

@@ -1,5 +1,5 @@
 #include "VertexRun.h"
-#include <span>
+#include <algorithm>
 #include <type_traits>
 
 namespace tessarine
@@ -52,28 +52,27 @@ void PointAt(const TCorner* corners)
     }
 }
 
+/// One corner by calls.
 template <class TCorner>
-void SendOneByOne(GLenum mode, std::span<const TCorner> corners)
+void Send(const TCorner& corner)
 {
-    glBegin(mode);
-    for (const TCorner& corner : corners)
+    if constexpr (kHasColor<TCorner>)
     {
-        if constexpr (kHasColor<TCorner>)
-        {
-            glColor3fv(corner.color.data());
-        }
-        if constexpr (kHasNormal<TCorner>)
-        {
-            glNormal3fv(corner.normal.data());
-        }
-        if constexpr (kHasTexCoord<TCorner>)
-        {
-            glTexCoord2fv(corner.texCoord.data());
-        }
-        glVertex3fv(corner.position.data());
+        glColor3fv(corner.color.data());
     }
-    glEnd();
+    if constexpr (kHasTexCoord<TCorner>)
+    {
+        glTexCoord2fv(corner.texCoord.data());
+    }
+    if constexpr (kHasNormal<TCorner>)
+    {
+        glNormal3fv(corner.normal.data());
+    }
+    glVertex3fv(corner.position.data());
 }
+
+/// Up to here calls take less time than the arrays' preparation: another material on each face makes short runs.
+constexpr std::size_t kMostCornersByCalls = 6;
 }
 
 // Filling the corners with zeros would cost as much as filling them with corners.
@@ -91,18 +90,18 @@ VertexRun<TCorner>::~VertexRun()
     SetArrays<TCorner>(false);
 }
 
-/// An array costs a driver more at its start, and less for each corner.
 template <class TCorner>
 void VertexRun<TCorner>::Flush()
 {
-    constexpr std::size_t kWorthAnArray = 7; // corners: two triangles are not
-    if (m_nCount >= kWorthAnArray)
+    if (m_nCount > kMostCornersByCalls)
     {
         glDrawArrays(m_nMode, 0, static_cast<GLsizei>(m_nCount));
     }
     else if (m_nCount != 0)
     {
-        SendOneByOne(m_nMode, std::span<const TCorner>(m_Corners.data(), m_nCount));
+        glBegin(m_nMode);
+        std::for_each_n(m_Corners.begin(), m_nCount, Send<TCorner>);
+        glEnd();
     }
     m_nCount = 0;
 }

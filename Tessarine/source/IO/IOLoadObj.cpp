@@ -52,7 +52,7 @@ void IOLoadObj::ParseFile(const std::string& fileName)
     std::string text;
     try
     {
-        text = ReadFile(ResolveForReading(fileName));
+        text = ReadFile(fileName);
     }
     catch (const FileError& error)
     {

@@ -101,7 +101,7 @@ void IOMtlReader::BindTexture(IOLineCursor& line)
     m_TextureMaps[m_pMaterial->m_Name] = fileName;
     if (!IsTextureLoaded(fileName))
     {
-        m_MaterialManager.NewTexture()->LoadImage(fileName);
+        m_MaterialManager.NewTexture()->LoadImage(fileName, m_TextureBudget);
     }
     m_bHasTexture = true;
 }

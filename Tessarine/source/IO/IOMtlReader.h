@@ -1,4 +1,5 @@
 #pragma once
+#include "Image.h"
 #include "MANBrepElementManager.h"
 #include <cstddef>
 #include <string>
@@ -14,14 +15,18 @@ class IOLineCursor;
 ///
 /// Needs   Both stores outlive the reader.
 /// Leaves  A material for each "newmtl", with its colours; a texture for each file that a "map_Kd" names
-///         first.
+///         first; the pictures that together are too large leave theirs without an image.
 /// Says    The keywords that are recognised and not used, and the unknown ones, each with its line.
 /// Kept    A keyword with nothing behind it on its line is an unknown one. Blank lines do not count as lines.
 class IOMtlReader
 {
 public:
-    IOMtlReader(MANMaterialManager& materialManager, TextureNameMap& textureMaps)
-        : m_MaterialManager(materialManager), m_TextureMaps(textureMaps)
+    /// The textures of all libraries together may take so many bytes, decoded.
+    static constexpr std::size_t kMostTextureBytes = std::size_t{1} << 30U;
+
+    IOMtlReader(MANMaterialManager& materialManager, TextureNameMap& textureMaps,
+                std::size_t mostTextureBytes = kMostTextureBytes)
+        : m_MaterialManager(materialManager), m_TextureMaps(textureMaps), m_TextureBudget(mostTextureBytes)
     {
     }
 
@@ -44,6 +49,7 @@ private:
 
     MANMaterialManager& m_MaterialManager;
     TextureNameMap& m_TextureMaps;
+    ImageBudget m_TextureBudget;
     DSMaterial* m_pMaterial = nullptr;
     int m_nLine = 0;
     bool m_bHasTexture = false;

@@ -70,7 +70,7 @@ void OpenForWriting(const std::string& fileName, std::optional<ReplacingFile>& f
 {
     try
     {
-        file.emplace(ResolveForWriting(fileName));
+        file.emplace(fileName);
     }
     catch (const FileError&)
     {

@@ -41,7 +41,7 @@ public:
         : m_pManager(pManager),
           m_Euler(pManager),
           m_Solid(solid),
-          m_Limit(solid.GetEdgeList().size()),
+          m_Limit(WanderingLimit::OfEdges(solid.GetEdgeList().size())),
           m_Census(solid)
     {
     }
@@ -325,7 +325,7 @@ void LoopStep::SumFinishedNormals()
 
 void LoopStep::FinishNormals()
 {
-    NormalSums sums(WanderingLimit(m_Solid.GetEdgeList().size()));
+    NormalSums sums(WanderingLimit::OfPatience());
     for (DSVertex* pVertex : m_OtherVertices)
     {
         if (NormalSums::HasFacesAround(pVertex))
