@@ -357,10 +357,8 @@ void SolidDrawer::DrawSolidMark(const DSSolid& solid, const smVec3f& color) cons
     {
         const PolygonOffset offset;
         VertexRun<LitCorner> run(GL_TRIANGLES);
-        for (const DSFace* pFace : solid.GetFaceList())
-        {
-            AddLitPolygon(run, *pFace, smooth);
-        }
+        ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
+                            [&run, smooth](const DSFace* face) { AddLitPolygon(run, *face, smooth); });
     }
     glPopAttrib();
 }
