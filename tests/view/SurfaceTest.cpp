@@ -12,7 +12,6 @@ namespace
 {
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 /// A surface that does what the test wants. Its context is never current: GL's calls do nothing.
 class FakeSurface : public GLSurface
