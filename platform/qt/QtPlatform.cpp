@@ -61,7 +61,7 @@ private:
 QCursor MakeCursor(const Cursor& cursor)
 {
     const Image& image = cursor.image;
-    const QImage bottomFirst(image.pixels.data(), image.width, image.height, 4 * image.width,
+    const QImage bottomFirst(image.pixels.data(), image.width, image.height, qsizetype{4} * image.width,
                              QImage::Format_RGBA8888);
     return QCursor(QPixmap::fromImage(bottomFirst.mirrored()), cursor.hotX, cursor.hotY);
 }

@@ -7,8 +7,6 @@ namespace tessarine
 {
 namespace
 {
-using testing::HasSubstr;
-
 using DisplayGuiTest = GuiTest;
 
 struct MenuSwitch
