@@ -27,7 +27,7 @@ void HeadlessPlatform::ShowFailure(const std::string& operation, const std::stri
 /// A file to open may be missing with its folder: whoever opens it says so.
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)
 {
-    const auto choice = TakeFileAnswer(question);
+    auto choice = TakeFileAnswer(question);
     if (choice && std::filesystem::is_directory(choice->parent_path()))
     {
         SetCurrentFolder(choice->parent_path());
@@ -37,7 +37,7 @@ std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQue
 
 std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& question)
 {
-    const auto choice = TakeFileAnswer(question);
+    auto choice = TakeFileAnswer(question);
     if (choice)
     {
         SetCurrentFolder(choice->parent_path());
