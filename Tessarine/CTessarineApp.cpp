@@ -37,12 +37,14 @@ CTessarineApp::CTessarineApp(int& argc, char** argv)
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
     SetResourceFolder(FindResourceFolder());
     m_Terminal = DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); });
+    SetErrorListener([this](std::string_view line) { Show(line); });
     m_Console.show();
 }
 
 CTessarineApp::~CTessarineApp()
 {
     ExitInstance();
+    SetErrorListener({});
     DebugConsole().SetSink(std::move(m_Terminal));
     SetPlatform(m_pPlatformBefore);
 }
@@ -57,11 +59,16 @@ void CTessarineApp::SpeakChinese()
     }
 }
 
-/// While a command is under way nothing else would show its progress: what has to be painted is, but the user's
-/// input waits.
 void CTessarineApp::TakeConsoleText(std::string_view text)
 {
     m_Terminal(text);
+    Show(text);
+}
+
+/// While a command is under way nothing else would show its progress: what has to be painted is, but the user's
+/// input waits.
+void CTessarineApp::Show(std::string_view text)
+{
     const bool isShown = m_Console.Append(text);
     if (isShown && m_pFrame != nullptr && m_pFrame->IsCommandRunning() && !m_bShowingProgress)
     {

@@ -41,6 +41,7 @@ public:
 private:
     void SpeakChinese();
     void TakeConsoleText(std::string_view text);
+    void Show(std::string_view text);
     bool ProcessShellCommand(const StartOptions& options);
     void ReportMissingGL();
     void OnAppAbout();

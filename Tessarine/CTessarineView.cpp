@@ -89,7 +89,8 @@ void CTessarineView::Draw()
     }
     FollowSize();
     m_bDrawing = true;
-    m_bBadFrame = !m_Workbench.Perform("显示", Effect::None, [this] { m_Workbench.GetView().Redraw(); });
+    const bool done = m_Workbench.Perform("显示", Effect::None, [this] { m_Workbench.GetView().Redraw(); });
+    m_bBadFrame = !done || m_Workbench.GetView().HasLostContext();
     m_bDrawing = false;
 }
 

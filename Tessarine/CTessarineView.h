@@ -3,6 +3,7 @@
 #include "IAWorkbench.h"
 #include "NativeGLWidget.h"
 #include "ToolEvent.h"
+#include "resource.h"
 #include <QEvent>
 
 namespace tessarine
@@ -15,7 +16,7 @@ class CTessarineView : public NativeGLWidget
 {
 public:
     /// An event of this type draws a frame. Anybody may post it to the view.
-    static constexpr QEvent::Type kRedrawEvent = static_cast<QEvent::Type>(QEvent::User + 1);
+    static constexpr QEvent::Type kRedrawEvent = static_cast<QEvent::Type>(ResourceID::RedrawMessage);
 
     explicit CTessarineView(CMainFrame& frame);
     ~CTessarineView() override;

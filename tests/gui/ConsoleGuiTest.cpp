@@ -1,3 +1,4 @@
+#include "ErrorLine.h"
 #include "GuiTest.h"
 #include "resource.h"
 #include <QPaintEvent>
@@ -35,6 +36,14 @@ TEST_F(ConsoleGuiTest, ShowsWhatAlsoReachesTheTerminal)
     DebugConsole() << "one " << 1 << '\n' << "顶点\n";
     EXPECT_THAT(ShownText(), EndsWith("one 1\n顶点\n"));
     EXPECT_THAT(GetTerminalText(), EndsWith("one 1\n顶点\n"));
+}
+
+TEST_F(ConsoleGuiTest, ShowsErrorLinesBetweenTheOthers)
+{
+    DebugConsole() << "before\n";
+    PrintErrorLine("a.ppm: Not a raw PPM file");
+    DebugConsole() << "behind\n";
+    EXPECT_THAT(ShownText(), EndsWith("before\na.ppm: Not a raw PPM file\nbehind\n"));
 }
 
 TEST_F(ConsoleGuiTest, KeepsFiveHundredLines)

@@ -15,6 +15,18 @@ TEST(ErrorLine, LeavesTextOfAnyLanguageAsItIs)
     EXPECT_EQ(SpellOut("不能导入此类型文件!"), "不能导入此类型文件!");
 }
 
+TEST(ErrorLine, GoesToWhoListensAsWell)
+{
+    std::string heard;
+    const ErrorListener before = SetErrorListener([&heard](std::string_view line) { heard += line; });
+    ::testing::internal::CaptureStderr();
+    PrintErrorLine("one\ttwo");
+    SetErrorListener(before);
+    PrintErrorLine("three");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "one\\ttwo\nthree\n");
+    EXPECT_EQ(heard, "one\\ttwo\n");
+}
+
 TEST(ErrorLine, LeavesOutTheMiddleOfAVeryLongLineAndNoPartOfACharacter)
 {
     std::string text = "head ";
