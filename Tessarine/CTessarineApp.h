@@ -42,6 +42,7 @@ private:
     void SpeakChinese();
     void TakeConsoleText(std::string_view text);
     bool ProcessShellCommand(const StartOptions& options);
+    void WaitForWindow();
     void ReportMissingGL();
     void OnAppAbout();
 
