@@ -1,5 +1,5 @@
 // The marks on selected and hovered elements: the view's frames against their literal form, pixel by pixel.
-#include "FrameTest.h"
+#include "FrameComparison.h"
 
 namespace tessarine
 {
@@ -7,7 +7,7 @@ namespace
 {
 using namespace DisplayFlag;
 
-class MarksTest : public FrameTest
+class MarksTest : public FrameComparison
 {
 protected:
     MarksTest()

@@ -1,6 +1,6 @@
 // The frames of the display modes: the view's against their literal form, pixel by pixel.
 #include "Capture.h"
-#include "FrameTest.h"
+#include "FrameComparison.h"
 #include <cmath>
 #include <random>
 
@@ -11,7 +11,7 @@ namespace
 using namespace DisplayFlag;
 
 /// Closed and open meshes, faces of three to ten corners, in several solids and groups.
-class ModesTest : public FrameTest
+class ModesTest : public FrameComparison
 {
 protected:
     void ShowRound()

@@ -1,5 +1,5 @@
 // What the commands leave to be shown: the view's frames against their literal form, pixel by pixel.
-#include "FrameTest.h"
+#include "FrameComparison.h"
 #include "OCTNODE.h"
 #include <array>
 #include <cmath>
@@ -49,7 +49,7 @@ private:
     OCTNODE* m_pRoot = nullptr;
 };
 
-class OverlaysTest : public FrameTest
+class OverlaysTest : public FrameComparison
 {
 protected:
     /// Points on a curve about the origin, with normals and foot points.

@@ -1,6 +1,6 @@
 // Frames in texture mode: the view's against their literal form, pixel by pixel.
 #include "Capture.h"
-#include "FrameTest.h"
+#include "FrameComparison.h"
 #include <string>
 
 namespace tessarine
@@ -9,7 +9,7 @@ namespace
 {
 using namespace DisplayFlag;
 
-class TexturesTest : public FrameTest
+class TexturesTest : public FrameComparison
 {
 protected:
     TexturesTest() { LookFrom(smVec3d(0.9, 0.8, 1.6), smVec3d(0.5, 0.5, 0.0)); }
@@ -27,8 +27,10 @@ protected:
 
     DSMaterial* AddPattern(int width, int height, int components)
     {
-        return AddTexturedMaterial(width, height, components,
-                                   MakeBytes(static_cast<std::size_t>(width * height * components)));
+        return AddTexturedMaterial(
+            width, height, components,
+            MakeBytes(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+                      static_cast<std::size_t>(components)));
     }
 
     DSSolid* ShowSquare(DSMaterial* material, const smVec2f& low = {0, 0}, const smVec2f& high = {1, 1})
@@ -74,7 +76,7 @@ TEST_F(TexturesTest, ConvertsWhatHasOtherThanThreeComponents)
 TEST_F(TexturesTest, DrawsAPixmapOfAnySize)
 {
     // Rows of 15 bytes: an upload takes them for rows of 16, and nothing is read behind the last one.
-    const std::size_t count = 5 * 7 * 3;
+    const std::size_t count = std::size_t{5} * 7 * 3;
     const auto bytes = MakeBytes(count);
     DSMaterial* material = AddTexturedMaterial(0, 0, 0, {});
     material->m_pTexture->m_pTexture->DecodePPM("odd.ppm",
@@ -158,7 +160,7 @@ TEST_F(TexturesTest, FindsTheShininessThatAnUnseenFrameLeft)
     DSMaterial* refused = AddPattern(32, 32, 3);
     refused->m_Specular = smVec3f(0.9F, 0.9F, 0.9F);
     refused->m_fShininess = 250.0F;
-    ShowSquare(dull);
+    ShowSquare(refused);
     DSSolid* sphere = BuildAndShow(Placed(Sphere(2), 0.4, smVec3d(0.5, 0.5, 0.0)));
     sphere->SetMaterial(refused);
     sphere->GetFaceList()[5]->GetMaterial() = dull;
@@ -178,7 +180,7 @@ TEST_F(TexturesTest, SeesThePixelsOfATexture)
     DSMaterial* material = AddTexturedMaterial(16, 16, 3, bytes);
     ShowSquare(material);
     const Picture picture = DrawByView(Texture);
-    bytes[(8 * 16 + 8) * 3] ^= 0x80U;
+    bytes[std::size_t{8 * 16 + 8} * 3] ^= 0x80U;
     material->m_pTexture->m_pTexture->SetImage(16, 16, 3, bytes);
     EXPECT_FALSE(SamePictures(picture, DrawLiterally(Texture)));
     EXPECT_TRUE(SameFrames(Texture)); // the view shows the image as it is now

@@ -239,7 +239,7 @@ EdgeEnds FindEnds(const DSEdge& edge)
 
 void ApplyMaterial(const DSMaterial& material)
 {
-    const auto apply = [&material](GLenum name, const smVec3f& color, float alpha)
+    const auto apply = [](GLenum name, const smVec3f& color, float alpha)
     {
         const float values[] = {color.x, color.y, color.z, alpha};
         glMaterialfv(GL_FRONT, name, values);
@@ -357,10 +357,8 @@ void SolidDrawer::DrawSolidMark(const DSSolid& solid, const smVec3f& color) cons
     {
         const PolygonOffset offset;
         VertexRun<LitCorner> run(GL_TRIANGLES);
-        for (const DSFace* pFace : solid.GetFaceList())
-        {
-            AddLitPolygon(run, *pFace, smooth);
-        }
+        ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
+                            [&run, smooth](const DSFace* face) { AddLitPolygon(run, *face, smooth); });
     }
     glPopAttrib();
 }

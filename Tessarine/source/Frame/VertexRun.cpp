@@ -72,7 +72,7 @@ void Send(const TCorner& corner)
 }
 
 /// Up to here calls take less time than the arrays' preparation: another material on each face makes short runs.
-constexpr std::size_t kMostCornersByCalls = 12;
+constexpr std::size_t kMostCornersByCalls = 6;
 }
 
 // Filling the corners with zeros would cost as much as filling them with corners.

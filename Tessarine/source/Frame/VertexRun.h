@@ -83,7 +83,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kCapacity = 3 * 1024;
+    static constexpr std::size_t kCapacity = std::size_t{3} * 1024;
 
     void MakeRoom(std::size_t count)
     {

@@ -1,4 +1,4 @@
-#include "FrameTest.h"
+#include "FrameComparison.h"
 #include "Capture.h"
 #include "LiteralFrame.h"
 #include <GL/gl.h>
@@ -72,7 +72,7 @@ testing::AssertionResult SamePictures(const Picture& actual, const Picture& expe
            << " to " << right << " and rows " << bottom << " to " << top << " from the bottom; " << first;
 }
 
-FrameTest::FrameTest() : m_pLiteralSurface(GetTestPlatform().CreateGLSurface())
+FrameComparison::FrameComparison() : m_pLiteralSurface(GetTestPlatform().CreateGLSurface())
 {
     m_View.SetController(nullptr, &m_Scene, &m_Elements);
     EXPECT_EQ(m_View.Create(), 0) << m_View.GetCreateError();
@@ -85,12 +85,12 @@ FrameTest::FrameTest() : m_pLiteralSurface(GetTestPlatform().CreateGLSurface())
     LookFrom(smVec3d(2.2, 1.6, 2.8));
 }
 
-FrameTest::~FrameTest()
+FrameComparison::~FrameComparison()
 {
     m_View.Destroy();
 }
 
-testing::AssertionResult FrameTest::SameFrames(std::uint32_t flags, int& drawn)
+testing::AssertionResult FrameComparison::SameFrames(std::uint32_t flags, int& drawn)
 {
     const Picture actual = DrawByView(flags);
     const Picture expected = DrawLiterally(flags);
@@ -99,7 +99,7 @@ testing::AssertionResult FrameTest::SameFrames(std::uint32_t flags, int& drawn)
     return result ? result : result << "; flags " << TellFlags(flags);
 }
 
-testing::AssertionResult FrameTest::SameFrames(std::uint32_t flags)
+testing::AssertionResult FrameComparison::SameFrames(std::uint32_t flags)
 {
     int drawn = 0;
     testing::AssertionResult result = SameFrames(flags, drawn);
@@ -108,7 +108,7 @@ testing::AssertionResult FrameTest::SameFrames(std::uint32_t flags)
                : testing::AssertionFailure() << "the frame of flags " << TellFlags(flags) << " is empty";
 }
 
-int FrameTest::CountDrawnPixels(const Picture& picture) const
+int FrameComparison::CountDrawnPixels(const Picture& picture) const
 {
     const smVec3f& color = m_View.GetClearColor();
     const auto toByte = [](float value) { return static_cast<std::uint8_t>(std::lround(value * 255.0F)); };
@@ -121,7 +121,7 @@ int FrameTest::CountDrawnPixels(const Picture& picture) const
     return count;
 }
 
-Picture FrameTest::DrawByView(std::uint32_t flags)
+Picture FrameComparison::DrawByView(std::uint32_t flags)
 {
     m_View.SetDisplayFlags(flags);
     const ConsoleCapture console;
@@ -132,7 +132,7 @@ Picture FrameTest::DrawByView(std::uint32_t flags)
     return picture;
 }
 
-Picture FrameTest::DrawLiterally(std::uint32_t flags)
+Picture FrameComparison::DrawLiterally(std::uint32_t flags)
 {
     m_View.SetDisplayFlags(flags);
     EXPECT_TRUE(m_pLiteralSurface->MakeCurrent());
@@ -142,14 +142,14 @@ Picture FrameTest::DrawLiterally(std::uint32_t flags)
     return picture;
 }
 
-Picture FrameTest::ReadPicture() const
+Picture FrameComparison::ReadPicture() const
 {
     Picture picture{kWidth, kHeight, std::vector<std::uint8_t>(kPixelBytes * kWidth * kHeight)};
     glReadPixels(0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE, picture.bytes.data());
     return picture;
 }
 
-DSSolid* FrameTest::Build(const IndexedMesh& mesh)
+DSSolid* FrameComparison::Build(const IndexedMesh& mesh)
 {
     DSSolid* solid = LoadQuietly(m_Elements, mesh);
     const ConsoleCapture console;
@@ -158,12 +158,12 @@ DSSolid* FrameTest::Build(const IndexedMesh& mesh)
     return solid;
 }
 
-MANSceneLeaf* FrameTest::Show(DSSolid* solid)
+MANSceneLeaf* FrameComparison::Show(DSSolid* solid)
 {
     return ShowUnder(m_Scene.GetRootGroup(), solid);
 }
 
-MANSceneLeaf* FrameTest::ShowUnder(MANSceneGroup* group, DSSolid* solid)
+MANSceneLeaf* FrameComparison::ShowUnder(MANSceneGroup* group, DSSolid* solid)
 {
     MANSceneLeaf* leaf = m_Scene.NewLeaf();
     leaf->SetSolid(solid);
@@ -172,7 +172,7 @@ MANSceneLeaf* FrameTest::ShowUnder(MANSceneGroup* group, DSSolid* solid)
     return leaf;
 }
 
-DSMaterial* FrameTest::AddMaterial(const smVec3f& color, float transparency)
+DSMaterial* FrameComparison::AddMaterial(const smVec3f& color, float transparency)
 {
     DSMaterial* material = m_Elements.GetMaterialManager().NewMaterial();
     material->m_Diffuse = color;
@@ -183,8 +183,8 @@ DSMaterial* FrameTest::AddMaterial(const smVec3f& color, float transparency)
     return material;
 }
 
-DSMaterial* FrameTest::AddTexturedMaterial(int width, int height, int components,
-                                           std::vector<std::uint8_t> pixels)
+DSMaterial* FrameComparison::AddTexturedMaterial(int width, int height, int components,
+                                                 std::vector<std::uint8_t> pixels)
 {
     MANMaterialManager& materials = m_Elements.GetMaterialManager();
     DSTexture* texture = materials.NewTexture();
@@ -196,7 +196,7 @@ DSMaterial* FrameTest::AddTexturedMaterial(int width, int height, int components
     return material;
 }
 
-DSSolid* FrameTest::BuildTexturedSquare(const smVec2f& low, const smVec2f& high)
+DSSolid* FrameComparison::BuildTexturedSquare(const smVec2f& low, const smVec2f& high)
 {
     const ConsoleCapture console;
     const IndexedMesh square = StackedSquares(1);
@@ -207,7 +207,7 @@ DSSolid* FrameTest::BuildTexturedSquare(const smVec2f& low, const smVec2f& high)
     return solid;
 }
 
-void FrameTest::LookFrom(const smVec3d& eye, const smVec3d& target)
+void FrameComparison::LookFrom(const smVec3d& eye, const smVec3d& target)
 {
     m_View.GetCamera()->SetLookAt(eye, target, smVec3d(0, 1, 0));
 }

@@ -28,14 +28,14 @@ std::string TellFlags(std::uint32_t flags);
 
 /// A view on a surface of its own, and the literal form of its frames on another. Both see the same frames in
 /// the same order, so that what a frame leaves in the graphics library meets the next one on both sides.
-class FrameTest : public testing::Test
+class FrameComparison : public testing::Test
 {
 protected:
     static constexpr int kWidth = 240;
     static constexpr int kHeight = 200;
 
-    FrameTest();
-    ~FrameTest() override;
+    FrameComparison();
+    ~FrameComparison() override;
 
     /// One frame by each: whether they are the same in every pixel. `drawn` counts what is not background.
     testing::AssertionResult SameFrames(std::uint32_t flags, int& drawn);
