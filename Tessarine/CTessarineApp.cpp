@@ -10,10 +10,13 @@
 #include "StartOptions.h"
 #include "Streams.h"
 #include "resource.h"
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <QTimer>
 #include <algorithm>
+#include <chrono>
 
 namespace tessarine
 {
@@ -95,13 +98,26 @@ bool CTessarineApp::InitInstance(const StartOptions& options)
         return false;
     }
     m_pFrame->showMaximized();
+    m_pFrame->raise(); // over the console
+    m_pFrame->activateWindow();
     m_pFrame->GetView().setFocus();
     if (!options.importModel.isEmpty())
     {
+        WaitForWindow();
         m_Platform.AnswerFile(QFile::encodeName(options.importModel).toStdString());
         m_pFrame->OnCommand(ResourceID::ImportObj);
     }
     return true;
+}
+
+/// While a command runs the view does not draw by itself: the window manager first has to show the window and to give
+/// it its place and size, which nothing announces.
+void CTessarineApp::WaitForWindow()
+{
+    constexpr std::chrono::milliseconds enough(300);
+    QEventLoop loop;
+    QTimer::singleShot(enough, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
 bool CTessarineApp::ProcessShellCommand(const StartOptions& options)
