@@ -54,7 +54,8 @@ protected:
 
 bool IsLit(const Image& picture, int x, int y)
 {
-    const std::uint8_t* pixel = &picture.pixels.at(static_cast<std::size_t>((y * picture.width + x) * 3));
+    const std::uint8_t* pixel =
+        &picture.pixels.at(std::size_t{3} * static_cast<unsigned>(y * picture.width + x));
     return pixel[0] != 0 || pixel[1] != 0 || pixel[2] != 0;
 }
 
@@ -110,7 +111,7 @@ TEST_F(Render, DrawsInASizeOfItsUsers)
 
 TEST_F(Render, WritesTheTopLineFirst)
 {
-    // A needle that points up and leans against nothing; the second corner's y is the largest.
+    // A triangle that stands on its base, seen from both sides.
     m_Folder.Write("up.obj", "v -1 -1 0\nv 1 -1 0\nv 0 1 0\nf 1 2 3\nf 3 2 1\n");
     EXPECT_EQ(Run({"-q", "import", "up.obj", "render", "up.png"}).status, 0);
 

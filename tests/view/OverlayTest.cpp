@@ -39,7 +39,8 @@ TEST_F(DrawnViewTest, DrawsTheBoxesOfTheOctreesLeaves)
     std::array<OCTNODE, 8> children;
     for (int i = 0; i < 8; ++i)
     {
-        SetBox(children[i], smVec3d((i & 1) - 0.5, (i & 2) / 2 - 0.5, (i & 4) / 4 - 0.5), 0.5);
+        const auto side = [i](int bit) { return (i & bit) != 0 ? 0.5 : -0.5; };
+        SetBox(children[i], smVec3d(side(1), side(2), side(4)), 0.5);
         root.GetChildren()[i] = &children[i];
     }
     root.SetLeaf(false);
@@ -99,7 +100,7 @@ TEST_F(DrawnViewTest, DrawsStippledLinesToTheProjections)
     m_View.GetPointCloud() = {smVec3d(-1.0, 0.0, 0.0)};
     m_View.GetProjectedPoints() = {smVec3d(1.0, 0.0, 0.0)};
     const Image picture = Draw(DisplayFlag::ProjectionLines);
-    EXPECT_NEAR(Count(picture, kRed), 43 / 2, 2); // every other pixel of 2 * 21.7
+    EXPECT_NEAR(Count(picture, kRed), 21, 2); // every other pixel of 2 * 21.7
     EXPECT_EQ(CountLit(picture), Count(picture, kRed));
     // The stipple ends with the run.
     ShowSquare();

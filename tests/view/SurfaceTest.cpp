@@ -12,7 +12,6 @@ namespace
 {
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 /// A surface that does what the test wants. Its context is never current: GL's calls do nothing.
 class FakeSurface : public GLSurface
@@ -95,6 +94,22 @@ TEST_F(FakeMachineTest, NamesTheStepThatFailedAndKeepsTheReason)
         EXPECT_FALSE(m_View.HasSurface());
     }
     EXPECT_EQ(m_Machine.GetMessages().size(), 3U);
+}
+
+TEST_F(FakeMachineTest, SaysWhatTexturesMissWhereThereIsNoGL)
+{
+    m_Machine.m_strFailedStep = "SetPixelFormat failed";
+    EXPECT_EQ(m_View.Create(), -1);
+    try
+    {
+        m_View.ShowTexture();
+        FAIL() << "there are textures";
+    }
+    catch (const Failure& failure)
+    {
+        EXPECT_THAT(failure.GetMessage(), HasSubstr("the driver is missing; install it"));
+    }
+    EXPECT_EQ(m_View.GetDisplayFlags(), 0xCU);
 }
 
 TEST_F(FakeMachineTest, ForgetsTheReasonWithTheNextSurface)

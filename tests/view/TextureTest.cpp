@@ -8,7 +8,6 @@ namespace tessarine
 namespace
 {
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// The square with a texture over the whole of it, lit so that the texture's own colours show.
 class TextureTest : public DrawnViewTest
@@ -67,7 +66,7 @@ protected:
         {
             for (int x = 0; x < 16; ++x)
             {
-                const auto& color = colors[static_cast<std::size_t>(y / 8 * 2 + x / 8)];
+                const auto& color = colors.at(static_cast<unsigned>(y / 8 * 2 + x / 8));
                 pixels.insert(pixels.end(), color.begin(), color.begin() + components);
             }
         }
@@ -171,7 +170,7 @@ TEST_F(TextureTest, DeletesTheTexturesWithTheFrame)
 TEST_F(TextureTest, GivesGLTheSameInLaterFrames)
 {
     // A size that GLU brings to powers of two, with detail.
-    std::vector<std::uint8_t> pixels(3 * 40 * 24);
+    std::vector<std::uint8_t> pixels(std::size_t{3} * 40 * 24);
     for (std::size_t i = 0; i < pixels.size(); ++i)
     {
         pixels[i] = static_cast<std::uint8_t>(i * i % 251);

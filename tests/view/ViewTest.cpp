@@ -26,7 +26,8 @@ std::vector<std::string> ViewTest::DrawCounters()
 
 Rgb GetPixel(const Image& picture, int x, int y)
 {
-    const std::uint8_t* bytes = &picture.pixels.at(static_cast<std::size_t>((y * picture.width + x) * 3));
+    const std::uint8_t* bytes =
+        &picture.pixels.at(std::size_t{3} * static_cast<unsigned>(y * picture.width + x));
     return {bytes[0], bytes[1], bytes[2]};
 }
 
