@@ -1,6 +1,7 @@
 #include "SolidDrawer.h"
 #include "DSBrep.h"
 #include "DisplayFlag.h"
+#include "EdgeRun.h"
 #include "LookAhead.h"
 #include "MANMaterialManager.h"
 #include "VertexRun.h"
@@ -131,14 +132,12 @@ void AskForVertices(const DSEdge* edge)
     }
 }
 
-/// @param makeCorner of a position
-template <class TCorner, class TMakeCorner>
-void AddEdge(VertexRun<TCorner>& run, const DSEdge& edge, TMakeCorner makeCorner)
+void AddEdge(VertexRun<PlainCorner>& run, const DSEdge& edge)
 {
     const EdgeEnds ends = FindEnds(edge);
     if (ends.pFirst != nullptr)
     {
-        run.AddLine(makeCorner(ends.pFirst->GetPosition()), makeCorner(ends.pSecond->GetPosition()));
+        run.AddLine({ToSingle(ends.pFirst->GetPosition())}, {ToSingle(ends.pSecond->GetPosition())});
     }
 }
 
@@ -153,7 +152,7 @@ void DrawBoundaryEdges(const DSSolid& solid)
         {
             if (pEdge->IsBoundary())
             {
-                AddEdge(run, *pEdge, [](const smVec3d& place) { return PlainCorner{ToSingle(place)}; });
+                AddEdge(run, *pEdge);
             }
         }
     }
@@ -261,15 +260,16 @@ void SolidDrawer::DrawWire(const DSSolid& solid) const
     glDisable(GL_LIGHTING);
     glLineWidth(1.0F);
     {
-        VertexRun<ColoredCorner> run(GL_LINES);
+        EdgeRun run;
         ForEachLookingAhead(solid.GetEdgeList(), AskForHalfEdges, AskForVertices,
                             [&run](const DSEdge* edge)
                             {
-                                const Color& color = edge->GetHighlight() ? kHighlightColor : kEdgeColor;
-                                AddEdge(run, *edge,
-                                        [&color](const smVec3d& place) {
-                                            return ColoredCorner{color, ToSingle(place)};
-                                        });
+                                const EdgeEnds ends = FindEnds(*edge);
+                                if (ends.pFirst != nullptr)
+                                {
+                                    run.AddLine(*ends.pFirst, *ends.pSecond,
+                                                edge->GetHighlight() ? kHighlightColor : kEdgeColor);
+                                }
                             });
     }
     if ((m_nDisplayFlags & DisplayFlag::BoundaryEdges) != 0)
