@@ -11,21 +11,38 @@ namespace tessarine
 BatchRun::BatchRun(const BatchOptions& options)
     : m_pPlatformBefore(SetPlatform(&m_Platform)),
       m_SinkBefore(DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); })),
-      m_bQuiet(options.quiet)
+      m_bHeardBefore(DebugConsole().SetHeard(!options.quiet))
 {
+    m_Platform.SetViewSize(options.viewWidth, options.viewHeight);
+    m_Platform.SetWatched(false); // a picture is a frame of its own
     m_Workbench.GetView().Resize(0, 0, options.viewWidth, options.viewHeight);
 }
 
 BatchRun::~BatchRun()
 {
     DebugConsole().SetSink(m_SinkBefore);
+    DebugConsole().SetHeard(m_bHeardBefore);
     SetPlatform(m_pPlatformBefore);
 }
 
 bool BatchRun::RunAll(const std::vector<OperationCall>& calls)
 {
+    CreateViewFor(calls);
     return std::all_of(calls.begin(), calls.end(),
                        [this](const OperationCall& call) { return RunOne(call); });
+}
+
+/// All frames of a run are drawn in one context, as each starts from what the one before has left there.
+/// A run that never looks at one needs no GL. Where there is none, the operation that looks says so.
+void BatchRun::CreateViewFor(const std::vector<OperationCall>& calls)
+{
+    const bool looks = std::any_of(calls.begin(), calls.end(),
+                                   [](const OperationCall& call)
+                                   { return LooksAtFrames(*call.pOperation, call.arguments); });
+    if (looks && !m_Workbench.GetView().HasSurface())
+    {
+        m_Workbench.CreateView();
+    }
 }
 
 bool BatchRun::RunOne(const OperationCall& call)
@@ -46,7 +63,8 @@ BatchDocument BatchRun::GetDocument() const
 {
     const IAController& controller = m_Workbench.GetController();
     return {controller.GetElementManager(), controller.GetSceneManager(), m_Workbench.GetView(),
-            m_Workbench.GetCommandManager().GetHistorySize()};
+            m_Workbench.GetCommandManager().GetHistorySize(),
+            m_Workbench.GetToolsManager().GetCurrentTool()->GetToolID()};
 }
 
 void BatchRun::WriteOutput(std::string_view text)
@@ -60,10 +78,6 @@ void BatchRun::WriteOutput(std::string_view text)
 /// cannot be written fails the operation at its end.
 void BatchRun::TakeConsoleText(std::string_view text)
 {
-    if (m_bQuiet || !m_strLostConsole.empty())
-    {
-        return;
-    }
     try
     {
         ProgressLine::Erase();
@@ -72,6 +86,7 @@ void BatchRun::TakeConsoleText(std::string_view text)
     catch (const FileError& error)
     {
         m_strLostConsole = error.what();
+        DebugConsole().SetHeard(false);
     }
 }
 

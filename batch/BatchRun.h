@@ -40,6 +40,7 @@ public:
     void WriteOutput(std::string_view text);
 
 private:
+    void CreateViewFor(const std::vector<OperationCall>& calls);
     bool RunOne(const OperationCall& call);
     void TakeConsoleText(std::string_view text);
     bool TellLostConsoleText();
@@ -47,7 +48,7 @@ private:
     HeadlessPlatform m_Platform;
     Platform* m_pPlatformBefore;
     Console::Sink m_SinkBefore;
-    bool m_bQuiet;
+    bool m_bHeardBefore;
     std::string m_strLostConsole; ///< why console text could not be written; empty while all is well
     std::string m_strOperation;
     IAWorkbench m_Workbench;

@@ -107,9 +107,7 @@ OffscreenSurface::OffscreenSurface(const OffscreenView& view)
     {
         eglDestroyContext(m_pDisplay, m_pContext);
         throw GLSurfaceError(kSetStep, "the driver gives no buffer of " + std::to_string(view.width) + "x" +
-                                           std::to_string(view.height) +
-                                           " pixels"
-                                           "; try a smaller view");
+                                           std::to_string(view.height) + " pixels; try a smaller view");
     }
 }
 

@@ -244,6 +244,83 @@ IndexedMesh DegenerateTriangle()
     return mesh;
 }
 
+IndexedMesh Prism(int n)
+{
+    IndexedMesh mesh;
+    for (const double z : {-1.0, 1.0})
+    {
+        for (int i = 0; i < n; ++i)
+        {
+            const double angle = 2 * std::numbers::pi * i / n;
+            mesh.positions.emplace_back(std::cos(angle), std::sin(angle), z);
+        }
+    }
+    for (int i = 0; i < n; ++i)
+    {
+        mesh.indices.push_back(n - i);
+    }
+    mesh.faceSizes.push_back(n);
+    for (int i = 0; i < n; ++i)
+    {
+        mesh.indices.push_back(n + 1 + i);
+    }
+    mesh.faceSizes.push_back(n);
+    for (int i = 0; i < n; ++i)
+    {
+        const int next = (i + 1) % n;
+        mesh.AddFace({i + 1, next + 1, n + next + 1, n + i + 1});
+    }
+    return mesh;
+}
+
+IndexedMesh NotchedFaces()
+{
+    IndexedMesh mesh;
+    const auto addCorners = [&](std::initializer_list<std::pair<double, double>> corners)
+    {
+        for (const auto& [x, y] : corners)
+        {
+            mesh.positions.emplace_back(x, y, 0);
+            mesh.indices.push_back(static_cast<std::int32_t>(mesh.positions.size()));
+        }
+        mesh.faceSizes.push_back(static_cast<std::int32_t>(corners.size()));
+    };
+    addCorners({{0, 0}, {1, -1}, {0, 1}, {-1, -1}});                // from its notch
+    addCorners({{1, -1}, {3, -1}, {3, 0}, {2, 0}, {2, 1}, {1, 1}}); // from its outer corner
+    addCorners({{5, 0.8},
+                {4.4, -0.2},
+                {3.4, -0.4},
+                {4.2, -0.9},
+                {4.1, -1.9},
+                {5, -1.3},
+                {5.9, -1.9},
+                {5.8, -0.9},
+                {6.6, -0.4},
+                {5.6, -0.2}}); // from a point
+    return mesh;
+}
+
+IndexedMesh StackedSquares(int n)
+{
+    IndexedMesh mesh;
+    for (int i = 0; i < n; ++i)
+    {
+        mesh.positions.insert(mesh.positions.end(),
+                              {smVec3d(0, 0, 0), smVec3d(1, 0, 0), smVec3d(1, 1, 0), smVec3d(0, 1, 0)});
+        mesh.AddFace({4 * i + 1, 4 * i + 2, 4 * i + 3, 4 * i + 4});
+    }
+    return mesh;
+}
+
+IndexedMesh Placed(IndexedMesh mesh, double scale, const smVec3d& offset)
+{
+    for (smVec3d& position : mesh.positions)
+    {
+        position = position * scale + offset;
+    }
+    return mesh;
+}
+
 DSSolid* LoadQuietly(MANBrepElementManager& manager, const IndexedMesh& mesh)
 {
     const ConsoleCapture console;

@@ -39,6 +39,16 @@ IndexedMesh ThreeTrianglesOnOneEdge();
 IndexedMesh BowTie();
 /// Three corners on one line.
 IndexedMesh DegenerateTriangle();
+/// A closed prism of unit radius from z = -1 to 1: two faces with n corners and n quadrilaterals.
+IndexedMesh Prism(int n);
+/// An arrow, an angle and a star side by side in the plane z = 0, each one face with notches; of the star it
+/// depends on the corner that it is drawn from what is seen.
+IndexedMesh NotchedFaces();
+/// n unit squares in one place, each with corners of its own.
+IndexedMesh StackedSquares(int n);
+
+/// The mesh scaled about the origin, then moved.
+IndexedMesh Placed(IndexedMesh mesh, double scale, const smVec3d& offset);
 
 /// Builds the mesh as an import without materials does. What it says on the console is lost.
 DSSolid* LoadQuietly(MANBrepElementManager& manager, const IndexedMesh& mesh);

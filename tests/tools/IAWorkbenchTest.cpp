@@ -1,6 +1,8 @@
+#include "Failure.h"
 #include "Picture.h"
 #include "Vectors.h"
 #include "WorkbenchTest.h"
+#include <algorithm>
 #include <random>
 #include <utility>
 
@@ -53,6 +55,25 @@ TEST_F(WorkbenchTest, LeavesNoNewMeshOfTheOldDocumentInTheView)
     m_Bench.GetView().SetNewMesh(Show(Tetrahedron()));
     m_Bench.NewDocument();
     EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+}
+
+TEST_F(WorkbenchTest, CreatesASurfaceThatOutlivesItsDocuments)
+{
+    m_Platform.SetViewSize(80, 60);
+    m_Bench.GetView().Resize(0, 0, 80, 60);
+    ASSERT_EQ(m_Bench.CreateView(), 0) << m_Bench.GetView().GetCreateError();
+    Show(Tetrahedron())->CalcNormals();
+    const auto isLit = [](std::uint8_t byte) { return byte != 0; };
+    const Image model = m_Bench.GetView().TakePicture();
+    EXPECT_GT(std::count_if(model.pixels.begin(), model.pixels.end(), isLit), 30);
+
+    m_Bench.NewDocument();
+    const Image empty = m_Bench.GetView().TakePicture();
+    EXPECT_EQ(std::count_if(empty.pixels.begin(), empty.pixels.end(), isLit), 0);
+
+    m_Bench.DestroyView();
+    EXPECT_FALSE(m_Bench.GetView().HasSurface());
+    EXPECT_THROW(m_Bench.GetView().TakePicture(), Failure);
 }
 
 TEST_F(WorkbenchTest, ImportsAndDraws)

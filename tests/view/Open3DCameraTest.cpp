@@ -92,11 +92,14 @@ TEST(Camera, TakesItsAspectFromTheSize)
     EXPECT_EQ(camera.GetHeight(), 600);
 }
 
-TEST(Camera, HasAnInfiniteAspectInAWindowWithoutHeight)
+TEST(Camera, KeepsItsAspectInAWindowWithoutHeight)
 {
     Open3DCamera camera;
-    camera.SetSize(800, 0);
-    EXPECT_TRUE(std::isinf(camera.GetAspect()));
+    camera.SetSize(800, 600);
+    camera.SetSize(640, 0);
+    EXPECT_EQ(camera.GetAspect(), 800.0F / 600.0F);
+    EXPECT_EQ(camera.GetWidth(), 640);
+    EXPECT_EQ(camera.GetHeight(), 0);
 }
 
 TEST(Camera, TakesItsOwnFieldsInAnotherOrder)

@@ -1,52 +1,15 @@
 #include "Open3DView.h"
 #include "Capture.h"
-#include "MANBrepElementManager.h"
-#include "MANSceneManager.h"
-#include "Meshes.h"
 #include "Vectors.h"
+#include "ViewTest.h"
 #include <gmock/gmock.h>
 
 namespace tessarine
 {
-/// The view knows the controller by name only.
-class IAController
-{
-};
-
 namespace
 {
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A view that is joined to a scene.
-class ViewTest : public testing::Test
-{
-protected:
-    ViewTest() { m_View.SetController(&m_Controller, &m_Scene, &m_Elements); }
-
-    DSSolid* Build(const IndexedMesh& mesh) { return LoadQuietly(m_Elements, mesh); }
-
-    MANSceneLeaf* Show(DSSolid* solid)
-    {
-        MANSceneLeaf* leaf = m_Scene.NewLeaf();
-        leaf->SetSolid(solid);
-        leaf->SetParent(m_Scene.GetRootGroup());
-        m_Scene.GetRootGroup()->AddChild(leaf);
-        return leaf;
-    }
-
-    /// Panes 1 and 2 after a frame.
-    std::vector<std::string> DrawCounters()
-    {
-        m_View.Redraw();
-        return {GetTestPlatform().GetPaneText(1), GetTestPlatform().GetPaneText(2)};
-    }
-
-    IAController m_Controller;
-    MANSceneManager m_Scene;
-    MANBrepElementManager m_Elements;
-    Open3DView m_View;
-};
 
 TEST_F(ViewTest, ShowsWireAndFlatShadingByDefault)
 {

@@ -391,6 +391,8 @@ bool DSTexture::Resample(ResampleMode mode)
 
 void DSTexture::SetImage(int width, int height, int components, std::vector<std::uint8_t> pixels)
 {
+    static std::uint64_t s_nImages = 0;
+    m_nImageNumber = ++s_nImages;
     ASSERT(pixels.size() == std::size_t{1} * static_cast<unsigned>(width) * static_cast<unsigned>(height) *
                                 static_cast<unsigned>(components));
     m_nWidth = width;

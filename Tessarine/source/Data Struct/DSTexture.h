@@ -64,6 +64,8 @@ public:
     int GetNewHeight() const { return m_nNewHeight; }
     const std::vector<std::uint8_t>& GetNewData() const { return m_pNewData; }
     bool HasImage() const { return !m_pData.empty(); }
+    /// Another one with each image that the record is given, and never that of another record's image.
+    std::uint64_t GetImageNumber() const { return m_nImageNumber; }
 
     /// Gives the record an image of its own: width * height * components bytes.
     void SetImage(int width, int height, int components, std::vector<std::uint8_t> pixels);
@@ -82,5 +84,6 @@ private:
     int m_nNewHeight = 0;
     std::vector<std::uint8_t> m_pNewData;
     int m_nComponents = 0;
+    std::uint64_t m_nImageNumber = 0;
 };
 }

@@ -31,7 +31,10 @@ void Open3DCamera::SetLookAt(const smVec3d& position, const smVec3d& target, con
 
 void Open3DCamera::SetSize(int width, int height)
 {
-    m_fAspect = static_cast<float>(width) / static_cast<float>(height);
+    if (height != 0)
+    {
+        m_fAspect = static_cast<float>(width) / static_cast<float>(height);
+    }
     m_nWidth = width;
     m_nHeight = height;
 }

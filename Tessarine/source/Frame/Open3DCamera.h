@@ -37,7 +37,7 @@ public:
     int GetWidth() const { return m_nWidth; }
     int GetHeight() const { return m_nHeight; }
 
-    /// Sets size and aspect. A height of 0 gives an infinite aspect.
+    /// Sets size and aspect. A height of 0 leaves the aspect at its last value.
     void SetSize(int width, int height);
 
 private:

@@ -1,9 +1,13 @@
 #include "Open3DView.h"
 #include "Assert.h"
+#include "Failure.h"
+#include "FrameSetup.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include "MarkDrawer.h"
+#include "Open3DFrame.h"
 #include "Platform.h"
-#include <string>
+#include <GL/gl.h>
 #include <utility>
 
 namespace tessarine
@@ -12,18 +16,40 @@ namespace
 {
 constexpr int kVertexPane = 1;
 constexpr int kFacePane = 2;
-constexpr std::uint32_t kSolidIndexMask = 0x1FFFFFFF;
 
-/// The solid of an id, or null where the id names none that is still there. A frame reports nothing.
-const DSSolid* FindSolid(const MANBrepElementManager& elements, std::uint32_t id)
+/// Turns a flag on while it lives.
+class FlagGuard
 {
-    if (MANBrepElementManager::GetElementType(id) != ElementKind::Solid)
-    {
-        return nullptr;
-    }
-    const std::size_t index = id & kSolidIndexMask;
-    const auto& solids = elements.GetSolidArray();
-    return index < solids.size() ? solids[index] : nullptr;
+public:
+    explicit FlagGuard(bool& flag) : m_Flag(flag) { m_Flag = true; }
+    ~FlagGuard() { m_Flag = false; }
+    FlagGuard(const FlagGuard&) = delete;
+    FlagGuard& operator=(const FlagGuard&) = delete;
+
+private:
+    bool& m_Flag;
+};
+
+std::string GetText(GLenum name)
+{
+    const auto* text = reinterpret_cast<const char*>(glGetString(name));
+    return text != nullptr ? text : "unknown";
+}
+
+/// What the current context draws with, when it has no fixed-function pipeline; else nothing.
+std::string FindModernPipeline()
+{
+    glMatrixMode(GL_MODELVIEW);
+    return glGetError() == GL_NO_ERROR ? "" : "GL " + GetText(GL_VERSION) + " on " + GetText(GL_RENDERER);
+}
+
+/// What the current context has drawn, in lines without gaps.
+void ReadFrame(Image& picture)
+{
+    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, picture.width, picture.height, GL_RGB, GL_UNSIGNED_BYTE, picture.pixels.data());
+    glPopClientAttrib();
 }
 }
 
@@ -35,7 +61,170 @@ void Open3DView::SetController(IAController* controller, MANSceneManager* scene,
     m_pElementManager = elements;
 }
 
+int Open3DView::Create()
+{
+    m_strCreateError.clear();
+    try
+    {
+        m_pSurface = GetPlatform().CreateGLSurface();
+        CheckPipeline();
+        return 0;
+    }
+    catch (const GLSurfaceError& error)
+    {
+        m_pSurface.reset();
+        m_strCreateError = error.what();
+        ShowMessage(error.GetStep());
+        return -1;
+    }
+}
+
+void Open3DView::CheckPipeline()
+{
+    constexpr char kStep[] = "wglCreateContext failed";
+    if (!m_pSurface->MakeCurrent())
+    {
+        throw GLSurfaceError(kStep, "the GL context cannot be used");
+    }
+    const std::string modern = FindModernPipeline();
+    m_pSurface->Release();
+    if (!modern.empty())
+    {
+        throw GLSurfaceError(
+            kStep, modern + " has no compatibility profile, whose fixed-function pipeline draws here; "
+                            "use a driver that has it, as the one of the package libgl1-mesa-dri");
+    }
+}
+
+void Open3DView::Destroy()
+{
+    ASSERT(m_pSurface != nullptr);
+    m_pSurface.reset();
+}
+
+int Open3DView::BeginContext()
+{
+    ASSERT(m_pSurface != nullptr);
+    m_bLostContext = !m_pSurface->MakeCurrent();
+    if (m_bLostContext)
+    {
+        ShowMessage("Context activiate failed");
+        return -1;
+    }
+    return 0;
+}
+
+int Open3DView::EndContext()
+{
+    ASSERT(m_pSurface != nullptr);
+    m_bLostContext = !m_pSurface->Release();
+    if (m_bLostContext)
+    {
+        ShowMessage("Context deactiviate failed");
+        return -1;
+    }
+    return 0;
+}
+
+void Open3DView::InitState()
+{
+    if (BeginContext() == 0)
+    {
+        SetFixedState();
+        EndContext();
+    }
+}
+
+void Open3DView::Resize(int x, int y, int width, int height)
+{
+    if (m_pSurface != nullptr && BeginContext() == 0)
+    {
+        glViewport(x, y, width, height);
+        EndContext();
+    }
+    m_Camera.SetSize(width, height);
+}
+
 void Open3DView::Redraw()
+{
+    DrawFrame(m_pSurface != nullptr && m_pSurface->IsWatched(), [] {});
+}
+
+Image Open3DView::TakePicture()
+{
+    Image picture{m_Camera.GetWidth(), m_Camera.GetHeight(), 3, {}};
+    if (m_pSurface == nullptr)
+    {
+        throw Failure("nothing can be drawn here: " +
+                      (m_strCreateError.empty() ? "the view has no surface" : m_strCreateError));
+    }
+    if (picture.width <= 0 || picture.height <= 0)
+    {
+        throw Failure("the view has no area: there is nothing to take a picture of");
+    }
+    picture.pixels.resize(std::size_t{3} * static_cast<unsigned>(picture.width) *
+                          static_cast<unsigned>(picture.height));
+    bool isDrawn = false;
+    DrawFrame(true,
+              [&picture, &isDrawn]
+              {
+                  ReadFrame(picture);
+                  isDrawn = true;
+              });
+    if (!isDrawn)
+    {
+        throw Failure("the frame could not be drawn: its GL context cannot be used");
+    }
+    return picture;
+}
+
+/// @param beforeSwap is called in the context, when the frame is complete
+void Open3DView::DrawFrame(bool isWatched, const std::function<void()>& beforeSwap)
+{
+    if (m_bDrawing)
+    {
+        return;
+    }
+    const FlagGuard drawing(m_bDrawing);
+    if (m_pSurface == nullptr || BeginContext() != 0)
+    {
+        SayLightsAlone();
+        ShowCounters();
+        return;
+    }
+    try
+    {
+        DrawInContext(isWatched);
+        beforeSwap();
+        m_pSurface->SwapBuffers();
+    }
+    catch (...)
+    {
+        EndContext();
+        throw;
+    }
+    EndContext();
+}
+
+void Open3DView::DrawInContext(bool isWatched)
+{
+    if (m_pSceneManager != nullptr)
+    {
+        Open3DFrame(*this, *m_pSceneManager, *m_pElementManager, isWatched).Draw(m_Textures);
+    }
+    ShowCounters();
+}
+
+/// Where nothing can be drawn.
+void Open3DView::SayLightsAlone() const
+{
+    if (m_pSceneManager != nullptr)
+    {
+        SayLights(m_pSceneManager->GetLightList());
+    }
+}
+
+void Open3DView::ShowCounters() const
 {
     const DSSolid* solid = GetCountedSolid();
     const std::size_t faces = solid != nullptr ? solid->GetFaceList().size() : 0;
@@ -44,9 +233,83 @@ void Open3DView::Redraw()
     GetPlatform().SetPaneText(kVertexPane, "顶点数: " + std::to_string(vertices));
 }
 
-void Open3DView::Resize(int /*x*/, int /*y*/, int width, int height)
+void Open3DView::Toggle(std::uint32_t flag)
 {
-    m_Camera.SetSize(width, height);
+    m_nDisplayFlags ^= flag;
+    Redraw();
+}
+
+void Open3DView::ToggleShading(std::uint32_t flag, std::uint32_t other)
+{
+    if (!HasFlag(flag))
+    {
+        m_nDisplayFlags &= ~other;
+    }
+    Toggle(flag);
+}
+
+void Open3DView::ShowTexture()
+{
+    if (m_pSurface == nullptr && !m_strCreateError.empty())
+    {
+        throw Failure("textures need GL: " + m_strCreateError);
+    }
+    constexpr std::uint32_t kOtherModes =
+        DisplayFlag::Wire | DisplayFlag::FlatShading | DisplayFlag::SmoothShading | DisplayFlag::Points;
+    m_nDisplayFlags = (m_nDisplayFlags & ~kOtherModes) | DisplayFlag::Texture;
+    Redraw();
+}
+
+void Open3DView::ToggleOctree()
+{
+    if (!HasFlag(DisplayFlag::Octree) && m_pOctree == nullptr)
+    {
+        throw Failure("there is no octree to show: a reconstruction makes one (\"构造初始网格\")");
+    }
+    Toggle(DisplayFlag::Octree);
+}
+
+void Open3DView::TogglePointNormals()
+{
+    if (!HasFlag(DisplayFlag::PointNormals) && m_PointNormals.size() < m_PointCloud.size())
+    {
+        throw Failure("the normals of the point cloud cannot be shown: there are " +
+                      std::to_string(m_PointNormals.size()) + " for " + std::to_string(m_PointCloud.size()) +
+                      " points");
+    }
+    Toggle(DisplayFlag::PointNormals);
+}
+
+void Open3DView::ToggleProjectionLines()
+{
+    if (!HasFlag(DisplayFlag::ProjectionLines) && m_ProjectedPoints.size() != m_PointCloud.size())
+    {
+        throw Failure("the projection lines cannot be shown: there are " +
+                      std::to_string(m_ProjectedPoints.size()) + " projected points for " +
+                      std::to_string(m_PointCloud.size()) + " points");
+    }
+    Toggle(DisplayFlag::ProjectionLines);
+}
+
+void Open3DView::ToggleOriginalModel()
+{
+    const MANSceneGroup* pRoot = m_pSceneManager != nullptr ? m_pSceneManager->GetRootGroup() : nullptr;
+    if (pRoot == nullptr || pRoot->GetChildren().empty())
+    {
+        throw Failure("there is no model to show or hide: import one first");
+    }
+    MANSceneNode* pModel = pRoot->GetChildren().front();
+    const bool wasVisible = pModel->IsVisible();
+    pModel->SetVisible(!wasVisible);
+    try
+    {
+        Redraw();
+    }
+    catch (...)
+    {
+        pModel->SetVisible(wasVisible);
+        throw;
+    }
 }
 
 std::uint32_t Open3DView::GetSelectType() const
@@ -81,18 +344,17 @@ const DSSolid* Open3DView::GetFirstSolid() const
                : nullptr;
 }
 
-bool Open3DView::ShowsSolidMarks() const
-{
-    return (m_nDisplayFlags & (DisplayFlag::FlatShading | DisplayFlag::SmoothShading)) != 0;
-}
-
 const DSSolid* Open3DView::GetLastMarkedSolid(const std::vector<std::uint32_t>& ids) const
 {
     for (auto id = ids.rbegin(); id != ids.rend(); ++id)
     {
-        if (const DSSolid* solid = FindSolid(*m_pElementManager, *id))
+        if (MANBrepElementManager::GetElementType(*id) != ElementKind::Solid)
         {
-            return solid;
+            continue;
+        }
+        if (const DSElement* pElement = FindElement(*m_pElementManager, *id))
+        {
+            return static_cast<const DSSolid*>(pElement);
         }
     }
     return nullptr;
@@ -105,7 +367,7 @@ const DSSolid* Open3DView::GetCountedSolid() const
     {
         return nullptr;
     }
-    if (ShowsSolidMarks())
+    if (ShowsMarksOf(ElementKind::Solid, m_nDisplayFlags))
     {
         if (const DSSolid* hovered = GetLastMarkedSolid(m_HoverList))
         {

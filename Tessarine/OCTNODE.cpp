@@ -1,0 +1,6 @@
+#include "OCTNODE.h"
+
+namespace tessarine
+{
+OCTNODE::~OCTNODE() = default;
+}
