@@ -1,4 +1,6 @@
 #include "Resources.h"
+#include "MANBrepElementManager.h"
+#include "MANToolsManager.h"
 #include "Open3DView.h"
 #include "resource.h"
 #include <algorithm>
@@ -13,34 +15,34 @@ constexpr bool kLater = true;
 
 constexpr MenuEntry Switch(int id, const char* label, std::uint32_t flag)
 {
-    return {id, label, View, kLater, MenuCheck::DisplayFlag, flag};
+    return {id, label, View, false, MenuCheck::DisplayFlag, flag};
 }
 
 constexpr MenuEntry SelectionType(int id, const char* label, std::uint32_t type)
 {
-    return {id, label, View, kLater, MenuCheck::SelectType, type};
+    return {id, label, View, false, MenuCheck::SelectType, type};
 }
 
 // clang-format off
 constexpr MenuEntry kEntries[] = {
-    {ResourceID::OrbitTool, "环绕", View, kLater},
-    {ResourceID::MoveCameraTool, "平移", View, kLater},
-    {ResourceID::AroundTool, "环视", View, kLater},
-    {ResourceID::ZoomTool, "缩放", View, kLater},
+    {ResourceID::OrbitTool, "环绕", View},
+    {ResourceID::MoveCameraTool, "平移", View},
+    {ResourceID::AroundTool, "环视", View},
+    {ResourceID::ZoomTool, "缩放", View},
     {ResourceID::ImportObj, "导入 ( .Obj )", Document},
     {ResourceID::SubdivideLoop, "Loop 细分", Document},
     Switch(ResourceID::ShowWire, "显示线框", DisplayFlag::Wire),
-    {ResourceID::ShowShaded, "显示实体", View, false, MenuCheck::DisplayFlag, DisplayFlag::FlatShading},
-    Switch(ResourceID::ShowAxes, "显示坐标轴", DisplayFlag::Axes),
-    Switch(ResourceID::ShowGrid, "显示网格", DisplayFlag::Grid),
+    Switch(ResourceID::ShowShaded, "显示实体", DisplayFlag::FlatShading),
+    {ResourceID::ShowAxes, "显示坐标轴", View},
+    {ResourceID::ShowGrid, "显示网格", View},
     {ResourceID::ExportObj, "导出为 (*.obj)", Document},
     {ResourceID::LightingDialog, "设置光照属性", View, kLater},
-    SelectionType(ResourceID::SelectVertices, "选择顶点", 0x5000002),
-    SelectionType(ResourceID::SelectEdges, "选择边", 0x5000003),
-    SelectionType(ResourceID::SelectFaces, "选择面", 0x5000004),
-    SelectionType(ResourceID::SelectSolids, "选择实体", 0x5000005),
-    {ResourceID::SelectTool, "选择", View, kLater},
-    {ResourceID::ShowTexture, "显示纹理", View, kLater},
+    SelectionType(ResourceID::SelectVertices, "选择顶点", SelectType::Vertices),
+    SelectionType(ResourceID::SelectEdges, "选择边", SelectType::Edges),
+    SelectionType(ResourceID::SelectFaces, "选择面", SelectType::Faces),
+    SelectionType(ResourceID::SelectSolids, "选择实体", SelectType::Solids),
+    {ResourceID::SelectTool, "选择", View, false, MenuCheck::Tool, ToolID::Select},
+    {ResourceID::ShowTexture, "显示纹理", View},
     {ResourceID::BuildInitialMesh, "构造初始网格", Document},
     {ResourceID::RefineHierarchical, "层次细分算法", Document},
     Switch(ResourceID::ShowOctree, "显示八叉树", DisplayFlag::Octree),
@@ -69,7 +71,7 @@ constexpr MenuEntry kEntries[] = {
     Switch(ResourceID::ShowProjectionLines, "显示投影线", DisplayFlag::ProjectionLines),
     Switch(ResourceID::ShowNewMesh, "显示新网格", DisplayFlag::NewMesh),
     {ResourceID::TwoStepFirst, "两步对应第一步", Document},
-    {ResourceID::ShowOriginalModel, "显示原模型", View, kLater, MenuCheck::OriginalModel},
+    {ResourceID::ShowOriginalModel, "显示原模型", View, false, MenuCheck::OriginalModel},
     {ResourceID::RefineIncremental, "递增连接算法", Document},
     {ResourceID::RefineTwoStep, "两步对应算法", Document},
     {ResourceID::AspectRatio, "纵横比", None},
@@ -78,7 +80,7 @@ constexpr MenuEntry kEntries[] = {
     {ResourceID::SetMaterial, "设置材质", Document},
     {ResourceID::RefineEnergy, "能量函数算法", Document},
     {ResourceID::SubdivideAdaptive, "自适应细分", Document},
-    {ResourceID::DrawSplatTool, "add splats in the model", View, kLater},
+    {ResourceID::DrawSplatTool, "add splats in the model", View},
     Switch(ResourceID::ShowCutFaces, "显示分割面", DisplayFlag::CutFaces),
     {ResourceID::GenerateSplats, "add splat in the scene", Document},
     {ResourceID::OptimizeMesh2, "Optimize 2", Document},
@@ -92,7 +94,7 @@ constexpr MenuEntry kEntries[] = {
     {ResourceID::EditCut, "剪切(&T)\tCtrl+X", None},
     {ResourceID::EditPaste, "粘贴(&P)\tCtrl+V", None},
     {ResourceID::EditUndo, "撤消(&U)\tCtrl+Z", None},
-    {ResourceID::AppAbout, "关于 Tessarine(&A)...", Framework, kLater},
+    {ResourceID::AppAbout, "关于 Tessarine(&A)...", Framework},
 };
 // clang-format on
 

@@ -19,6 +19,7 @@ enum class MenuCheck
     None,
     DisplayFlag,  ///< a bit of the view's display flags is set
     SelectType,   ///< the selection takes this type
+    Tool,         ///< this tool is on top
     OriginalModel ///< the root's first child is visible
 };
 

@@ -12,7 +12,11 @@ inline constexpr int EditCopy = 57634;
 inline constexpr int EditCut = 57635;
 inline constexpr int EditPaste = 57637;
 inline constexpr int EditUndo = 57643;
+inline constexpr int RecentFile1 = 57616; // and the three that follow
 inline constexpr int AppAbout = 57664;
+inline constexpr int AppExit = 57665;
+inline constexpr int ViewToolbar = 59392;
+inline constexpr int ViewStatusBar = 59393;
 
 // Models in and out.
 inline constexpr int ImportObj = 32775;
@@ -86,6 +90,10 @@ inline constexpr int MoveFaceNormal = 32813;
 inline constexpr int MoveSolidX = 32814;
 inline constexpr int MoveSolidY = 32815;
 inline constexpr int MoveSolidZ = 32816;
+
+// What the frame shows and hides, besides the framework's own.
+inline constexpr int ViewSelectToolbar = 32900;
+inline constexpr int ViewConsole = 32901;
 
 // Toolbars, status bar and its panes.
 inline constexpr int MainFrame = 128;

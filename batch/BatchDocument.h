@@ -14,5 +14,6 @@ struct BatchDocument
     const MANSceneManager& scene;
     const Open3DView& view;
     std::size_t historySize = 0; ///< commands kept
+    unsigned toolID = 0;         ///< of the tool on top of the stack
 };
 }

@@ -11,7 +11,7 @@ namespace tessarine
 BatchRun::BatchRun(const BatchOptions& options)
     : m_pPlatformBefore(SetPlatform(&m_Platform)),
       m_SinkBefore(DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); })),
-      m_bQuiet(options.quiet)
+      m_bHeardBefore(DebugConsole().SetHeard(!options.quiet))
 {
     m_Platform.SetViewSize(options.viewWidth, options.viewHeight);
     m_Platform.SetWatched(false); // a picture is a frame of its own
@@ -21,6 +21,7 @@ BatchRun::BatchRun(const BatchOptions& options)
 BatchRun::~BatchRun()
 {
     DebugConsole().SetSink(m_SinkBefore);
+    DebugConsole().SetHeard(m_bHeardBefore);
     SetPlatform(m_pPlatformBefore);
 }
 
@@ -62,7 +63,8 @@ BatchDocument BatchRun::GetDocument() const
 {
     const IAController& controller = m_Workbench.GetController();
     return {controller.GetElementManager(), controller.GetSceneManager(), m_Workbench.GetView(),
-            m_Workbench.GetCommandManager().GetHistorySize()};
+            m_Workbench.GetCommandManager().GetHistorySize(),
+            m_Workbench.GetToolsManager().GetCurrentTool()->GetToolID()};
 }
 
 void BatchRun::WriteOutput(std::string_view text)
@@ -76,10 +78,6 @@ void BatchRun::WriteOutput(std::string_view text)
 /// cannot be written fails the operation at its end.
 void BatchRun::TakeConsoleText(std::string_view text)
 {
-    if (m_bQuiet || !m_strLostConsole.empty())
-    {
-        return;
-    }
     try
     {
         ProgressLine::Erase();
@@ -88,6 +86,7 @@ void BatchRun::TakeConsoleText(std::string_view text)
     catch (const FileError& error)
     {
         m_strLostConsole = error.what();
+        DebugConsole().SetHeard(false);
     }
 }
 

@@ -48,7 +48,7 @@ private:
     HeadlessPlatform m_Platform;
     Platform* m_pPlatformBefore;
     Console::Sink m_SinkBefore;
-    bool m_bQuiet;
+    bool m_bHeardBefore;
     std::string m_strLostConsole; ///< why console text could not be written; empty while all is well
     std::string m_strOperation;
     IAWorkbench m_Workbench;

@@ -235,6 +235,12 @@ std::vector<OperationCall> ParseOperations(const std::vector<std::string>& words
 
 std::vector<OperationCall> ParseScript(std::string_view text, const std::string& name)
 {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.find('\0') != std::string_view::npos)
+    {
+        throw UsageError(name + ": it has zero bytes, so it is no script; save it as UTF-8");
+    }
+    text.remove_prefix(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
     std::vector<OperationCall> calls;
     for (int number = 1; !text.empty(); ++number)
     {

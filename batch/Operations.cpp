@@ -55,6 +55,58 @@ bool RunMenu(BatchRun& run, const Arguments& arguments)
     return IACommandRouter(run.GetWorkbench()).Run(run.GetOperationName(), static_cast<int>(id));
 }
 
+/// The numbers of an operation, whose form was checked before it ran.
+double NumberAt(const Arguments& arguments, std::size_t index)
+{
+    double value = 0.0;
+    ReadNumber(arguments[index], value);
+    return value;
+}
+
+int IntegerAt(const Arguments& arguments, std::size_t index)
+{
+    long long value = 0;
+    ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
+    return static_cast<int>(value);
+}
+
+smVec3d VectorAt(const Arguments& arguments, std::size_t index)
+{
+    return {NumberAt(arguments, index), NumberAt(arguments, index + 1), NumberAt(arguments, index + 2)};
+}
+
+bool RunCamera(BatchRun& run, const Arguments& arguments)
+{
+    const smVec3d up = arguments.size() > 6 ? VectorAt(arguments, 6) : smVec3d(0.0, 1.0, 0.0);
+    return run.Perform(Effect::None,
+                       [&] {
+                           run.GetWorkbench().GetView().GetCamera()->SetLookAt(VectorAt(arguments, 0),
+                                                                               VectorAt(arguments, 3), up);
+                       });
+}
+
+bool RunTool(BatchRun& run, const Arguments& arguments)
+{
+    const auto id = static_cast<unsigned>(IntegerAt(arguments, 0));
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           MANToolsManager& tools = run.GetWorkbench().GetToolsManager();
+                           if (tools.FindTool(id) == nullptr)
+                           {
+                               throw Failure("no tool has the number " + arguments[0]);
+                           }
+                           tools.ChangeTool(id);
+                       });
+}
+
+template <ToolEvent::Kind kind>
+bool RunMouse(BatchRun& run, const Arguments& arguments)
+{
+    return run.GetWorkbench().SendEvent(
+        {.kind = kind, .x = IntegerAt(arguments, 0), .y = IntegerAt(arguments, 1)});
+}
+
 bool RunStatus(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::None,
@@ -173,13 +225,18 @@ constexpr Operation kOperations[] = {
     {"distance-2d", "IMAGE OUT", Group::KeptCommand, "writes the distance field of an image", RunLater},
 
     {"camera", "EX EY EZ TX TY TZ [UX UY UZ]", Group::ViewAndInput, "eye, target and up vector (0 1 0)",
-     RunLater},
-    {"tool", "ID", Group::ViewAndInput, "makes the tool of this number the current one", RunLater},
-    {"mouse-move", "X Y", Group::ViewAndInput, "moves the mouse to a pixel of the view, y down", RunLater},
-    {"left-down", "X Y", Group::ViewAndInput, "presses the left button", RunLater},
-    {"left-up", "X Y", Group::ViewAndInput, "releases the left button", RunLater},
-    {"right-down", "X Y", Group::ViewAndInput, "presses the right button", RunLater},
-    {"right-up", "X Y", Group::ViewAndInput, "releases the right button", RunLater},
+     RunCamera},
+    {"tool", "ID", Group::ViewAndInput, "makes the tool of this number the current one", RunTool},
+    {"mouse-move", "X Y", Group::ViewAndInput, "moves the mouse to a pixel of the view, y down",
+     RunMouse<ToolEvent::Kind::MouseMove>},
+    {"left-down", "X Y", Group::ViewAndInput, "presses the left button",
+     RunMouse<ToolEvent::Kind::LeftButtonDown>},
+    {"left-up", "X Y", Group::ViewAndInput, "releases the left button",
+     RunMouse<ToolEvent::Kind::LeftButtonUp>},
+    {"right-down", "X Y", Group::ViewAndInput, "presses the right button",
+     RunMouse<ToolEvent::Kind::RightButtonDown>},
+    {"right-up", "X Y", Group::ViewAndInput, "releases the right button",
+     RunMouse<ToolEvent::Kind::RightButtonUp>},
     {"render", "FILE", Group::ViewAndInput, "writes one frame as PNG (- is standard output)", RunRender},
     {"status", "", Group::ViewAndInput, "prints the seven panes of the status bar, one a line", RunStatus},
 };

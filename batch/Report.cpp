@@ -148,7 +148,7 @@ std::string MakeReport(const BatchDocument& document)
     rest["hover"] = IdsOf(document.view.GetHoverList());
     rest["overlays"] = OverlaysOf(document);
     rest["history"] = document.historySize;
-    rest["tool"] = nullptr; // no tools yet: they come with the mouse
+    rest["tool"] = document.toolID;
     return "{\n" + NodesText(nodes) + "," + LinesOf(rest, "").substr(1) + "\n";
 }
 }

@@ -19,6 +19,11 @@ target_compile_options(HouseWarnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wnon-virtual-dtor -Woverloaded-virtual
   -Wformat=2 -Werror)
 
+if(TESSARINE_SANITIZED)
+  target_sources(HouseWarnings INTERFACE
+    "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/Sanitized.cpp>")
+endif()
+
 # AddLayer(NAME SOURCES ... USES ... TESTS ...): one static library, one test program that links it alone.
 # Sources are relative to the calling folder, tests to tests/.
 function(AddLayer name)

@@ -149,6 +149,17 @@ std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected
     }
 }
 
+/// Names of a process's own streams: replacing what they lead to would take it from whoever opened it.
+/// @param name as the user gave it
+void RefuseAStream(const fs::path& name, const fs::path& target)
+{
+    const std::string path = target.lexically_normal().string();
+    if (path.starts_with("/dev/std") || path.starts_with("/dev/fd/") || path.starts_with("/proc/"))
+    {
+        Refuse("write", name, "it is no ordinary file; the name of the standard output is -");
+    }
+}
+
 /// The name behind every symbolic link, also where the last one leads to nothing yet.
 fs::path FollowLinks(const fs::path& name)
 {
@@ -156,6 +167,7 @@ fs::path FollowLinks(const fs::path& name)
     fs::path target = fs::absolute(name, error);
     for (int links = 0; !error && fs::is_symlink(fs::symlink_status(target, error)); ++links)
     {
+        RefuseAStream(name, target);
         if (links == kMostLinks)
         {
             Refuse("write", name, ReasonOf(ELOOP));
@@ -163,13 +175,6 @@ fs::path FollowLinks(const fs::path& name)
         target = target.parent_path() / fs::read_symlink(target, error);
     }
     return target;
-}
-
-/// Names of a process's own streams: replacing what they lead to would take it from whoever opened it.
-bool NamesAStream(const fs::path& name)
-{
-    const std::string path = name.lexically_normal().string();
-    return path.starts_with("/dev/std") || path.starts_with("/dev/fd/") || path.starts_with("/proc/");
 }
 
 /// What a signal that ends the process has to remove; empty when nothing.
@@ -256,10 +261,7 @@ ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))
     {
         Refuse("write", m_Name, "it names no file");
     }
-    if (NamesAStream(m_Name))
-    {
-        Refuse("write", m_Name, "it is no ordinary file; the name of the standard output is -");
-    }
+    RefuseAStream(m_Name, m_Name);
     m_Target = FollowLinks(m_Name);
     struct stat status = {};
     const bool exists = ::stat(m_Target.c_str(), &status) == 0;

@@ -1,19 +1,15 @@
 #include "HeadlessPlatform.h"
 #include "ErrorLine.h"
 #include "File.h"
+#include "StatusPanes.h"
+#include <algorithm>
 #include <utility>
 
 namespace tessarine
 {
 HeadlessPlatform::HeadlessPlatform()
-    : m_PaneTexts{"就绪",
-                  "顶点数              ",
-                  "面片数                   ",
-                  "相机坐标                                  ",
-                  "大写",
-                  "数字",
-                  "滚动"}
 {
+    std::copy(kPaneTexts.begin(), kPaneTexts.end(), m_PaneTexts.begin());
 }
 
 void HeadlessPlatform::ShowMessage(const std::string& title, const std::string& text)
@@ -31,7 +27,7 @@ void HeadlessPlatform::ShowFailure(const std::string& operation, const std::stri
 /// A file to open may be missing with its folder: whoever opens it says so.
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)
 {
-    const auto choice = TakeFileAnswer(question);
+    auto choice = TakeFileAnswer(question);
     if (choice && std::filesystem::is_directory(choice->parent_path()))
     {
         SetCurrentFolder(choice->parent_path());
@@ -41,7 +37,7 @@ std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQue
 
 std::optional<std::filesystem::path> HeadlessPlatform::AskSaveFile(const FileQuestion& question)
 {
-    const auto choice = TakeFileAnswer(question);
+    auto choice = TakeFileAnswer(question);
     if (choice)
     {
         SetCurrentFolder(choice->parent_path());

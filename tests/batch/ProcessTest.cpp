@@ -1,6 +1,7 @@
 #include "BatchProcess.h"
 #include "DumpCheck.h"
 #include "File.h"
+#include <cmath>
 #include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -489,6 +490,95 @@ TEST_F(BatchProcess, LeavesAnOldResultWhenTheNewOneCannotBeWritten)
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.errors, StartsWith("tessarine-batch: dump: cannot write out.json: "));
     EXPECT_TRUE(m_Folder.Has("out.json/keep"));
+}
+
+// --- the view and the mouse
+
+namespace
+{
+nlohmann::json CameraOf(const ProcessResult& result)
+{
+    EXPECT_EQ(result.status, 0);
+    return nlohmann::json::parse(result.output)["camera"];
+}
+}
+
+TEST_F(BatchProcess, LooksFromWhereTheCameraIsPut)
+{
+    const nlohmann::json upright = CameraOf(Run({"camera", "0", "3", "-4", "0", "0", "0", "report", "-"}));
+    EXPECT_EQ(upright["position"], nlohmann::json({0.0, 3.0, -4.0}));
+    EXPECT_EQ(upright["target"], nlohmann::json({0.0, 0.0, 0.0}));
+    EXPECT_NEAR(upright["up"][1].get<double>(), 0.8, 1e-15); // (0, 3, -4)/5 turned by 90 degrees
+    EXPECT_NEAR(upright["up"][2].get<double>(), 0.6, 1e-15);
+
+    const nlohmann::json turned =
+        CameraOf(Run({"camera", "0", "0", "5", "0", "0", "1", "-2", "0", "0", "report", "-"}));
+    EXPECT_EQ(turned["target"], nlohmann::json({0.0, 0.0, 1.0}));
+    EXPECT_EQ(turned["up"][0], -1.0);
+}
+
+TEST_F(BatchProcess, LeavesTheCameraWhereNothingWouldBeSeen)
+{
+    const std::vector<std::vector<std::string>> views = {
+        {"camera", "0", "5", "0", "0", "0", "0"},                        // along the up vector
+        {"camera", "1", "2", "3", "1", "2", "3"},                        // the eye on the target
+        {"camera", "0", "0", "5", "0", "0", "0", "0", "0", "0"},         // no up vector
+        {"camera", "0", "0", "5", "0", "0", "0", "0", "0", "-7"},        // the up vector along the view
+        {"camera", "1e200", "0", "5", "0", "0", "0"},                    // beyond what a double can square
+        {"camera", "1e308", "0", "0", "-1e308", "0", "0", "0", "1", "0"} // beyond what it can subtract
+    };
+    for (const std::vector<std::string>& view : views)
+    {
+        const ProcessResult result = Run(view);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors, HasSubstr("tessarine-batch: camera: an internal check failed: "));
+    }
+    ExpectUsageError({"camera", "0", "0", "inf", "0", "0", "0"}, "camera: \"inf\" is no EZ (a number)");
+}
+
+TEST_F(BatchProcess, DragsTheCameraWithTheToolOnTop)
+{
+    // The eye starts at (10, 4, 10), the target at 0: |eye| = sqrt(216). 30 pixels down are one unit nearer.
+    const ProcessResult result =
+        Run({"-q",  "tool",       "67108866",   "left-down", "400",    "300",     "mouse-move",
+             "400", "315",        "mouse-move", "400",       "330",    "left-up", "400",
+             "330", "mouse-move", "0",          "0",         "report", "-",       "status"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.errors, IsEmpty());
+    const std::size_t end = result.output.find("\n}\n") + 3;
+    const nlohmann::json report = nlohmann::json::parse(result.output.substr(0, end));
+    EXPECT_EQ(report["tool"], 67108866);
+    EXPECT_NEAR(report["camera"]["position"][0].get<double>(), 10.0 * (1.0 - 1.0 / std::sqrt(216.0)), 1e-13);
+    // 10 (1 - 1/sqrt(216)) = 9.3196, and two fifths of it
+    EXPECT_THAT(result.output.substr(end), HasSubstr("\n相机位置: (9.32,3.73,9.32)\n"));
+}
+
+TEST_F(BatchProcess, DoesTheSameDragTwiceAlike)
+{
+    const std::vector<std::string> words = {"import",  "tetra.obj", "tool",       "67108867", "left-down",
+                                            "10",      "10",        "mouse-move", "-30",      "77",
+                                            "left-up", "0",         "0",          "report",   "-"};
+    EXPECT_EQ(Run(words).output, Run(words).output);
+    EXPECT_THAT(Run(words).output, HasSubstr("Size of current tool stack: 1\n"));
+}
+
+TEST_F(BatchProcess, SendsEveryMouseOperationToTheSelectToolToo)
+{
+    const ProcessResult result = Run({"mouse-move", "1", "2", "left-down", "1", "2", "left-up", "1", "2",
+                                      "right-down", "1", "2", "right-up", "1", "2", "report", "-"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(result.output)["tool"], 83886081);
+}
+
+TEST_F(BatchProcess, FailsOnToolsThatCannotBeTaken)
+{
+    EXPECT_EQ(Run({"tool", "5"}).errors, "tessarine-batch: tool: no tool has the number 5\n");
+    EXPECT_EQ(Run({"tool", "5"}).status, 1);
+    const ProcessResult later = Run({"tool", "100663297"}); // 0x6000001
+    EXPECT_EQ(later.status, 1);
+    EXPECT_EQ(later.errors,
+              "tessarine-batch: tool: moving vertices comes with a later version of Tessarine\n");
+    EXPECT_EQ(Run({"tool", "83886081"}).output, ""); // the current one
 }
 
 // --- standard output that does not take what is written

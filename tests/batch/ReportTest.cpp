@@ -32,7 +32,7 @@ struct Stores
         return pLeaf;
     }
 
-    std::string Report() const { return MakeReport({elements, scene, view, 3}); }
+    std::string Report() const { return MakeReport({elements, scene, view, 3, 0x4000003}); }
     nlohmann::json Parsed() const { return nlohmann::json::parse(Report()); }
 };
 }
@@ -160,7 +160,7 @@ TEST(Report, TellsOfTheViewAndTheHistory)
     EXPECT_EQ(report["overlays"]["pointCloud"], 5);
     EXPECT_EQ(report["overlays"]["cutFaces"], 0);
     EXPECT_EQ(report["history"], 3);
-    EXPECT_TRUE(report["tool"].is_null());
+    EXPECT_EQ(report["tool"], 67108867);
 }
 
 TEST(Report, FitsAPageHoweverMuchIsSelected)

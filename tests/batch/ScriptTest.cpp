@@ -88,6 +88,17 @@ TEST(BatchScript, ToleratesLineEndsOfOtherSystems)
     EXPECT_THAT(calls[1].arguments, ElementsAre("a.obj"));
 }
 
+TEST(BatchScript, ToleratesAByteOrderMark)
+{
+    EXPECT_THAT(NamesIn(ParseScript("\xEF\xBB\xBFnew\n", "run.txt")), ElementsAre("new"));
+}
+
+TEST(BatchScript, RefusesWhatIsNoText)
+{
+    EXPECT_EQ(ComplaintOn(std::string("new\n\0", 5)),
+              "run.txt: it has zero bytes, so it is no script; save it as UTF-8");
+}
+
 TEST(BatchScript, NeedsNoNewlineAtItsEnd)
 {
     EXPECT_THAT(NamesIn(ParseScript("new\nstatus", "run.txt")), ElementsAre("new", "status"));

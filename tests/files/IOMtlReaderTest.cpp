@@ -255,6 +255,27 @@ TEST(IOMtlReader, SaysThatALibraryCannotBeOpened)
     EXPECT_THAT(manager.GetMaterialManager().GetMaterialList(), IsEmpty());
 }
 
+TEST(IOMtlReader, LeavesOutTheLibrariesThatAreTooManyTogether)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("large.mtl", "newmtl a\n#" + std::string(std::size_t{32} << 20U, ' '));
+    folder.Write("small.mtl", "newmtl b");
+    MANBrepElementManager manager;
+    IOLoadObj reader(nullptr, &manager);
+    ConsoleCapture console;
+    ::testing::internal::CaptureStderr();
+    for (const char* name : {"large.mtl", "small.mtl", "large.mtl", "small.mtl"})
+    {
+        reader.ParseMaterialFile(name);
+    }
+    EXPECT_EQ(
+        ::testing::internal::GetCapturedStderr(),
+        "cannot read small.mtl: the libraries before it have more than 64 MiB; the import goes on without "
+        "this library\n");
+    EXPECT_EQ(console.GetText(), "Cannot open file!!\n");
+    EXPECT_EQ(manager.GetMaterialManager().GetMaterialList().size(), 3U);
+}
+
 TEST(IOMtlReader, FindsALibraryWhateverItsSpelling)
 {
     const TemporaryCurrentFolder folder;

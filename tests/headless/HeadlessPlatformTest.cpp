@@ -110,7 +110,7 @@ TEST(HeadlessPlatform, StaysWhereItIsWhenTheFolderOfAFileToOpenIsMissing)
     EXPECT_EQ(GetCurrentFolder(), folder.GetPath());
 
     platform.AnswerFile("missing/one.obj");
-    EXPECT_THROW(platform.AskSaveFile({}), FileError); // it would be written elsewhere
+    EXPECT_THROW(platform.AskSaveFile({}), FileError);  // it would be written elsewhere
     EXPECT_FALSE(platform.AskSaveFile({}).has_value()); // the answer is used up
 }
 

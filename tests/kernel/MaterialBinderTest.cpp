@@ -296,6 +296,61 @@ TEST_F(MaterialBinding, BindsRandomNamesAsASearchOneByOneDoes)
     }
 }
 
+TEST_F(MaterialBinding, SaysRandomComparisonsAsASearchOneByOneDoes)
+{
+    std::mt19937 random(314159);
+    for (int i = 0; i < 500 && !HasFailure(); ++i)
+    {
+        MANMaterialManager materials;
+        GroupNameMap groupNames;
+        for (auto count = random() % 8; count > 0; --count)
+        {
+            materials.NewMaterial()->m_Name = PickName(random);
+        }
+        for (auto count = random() % 8; count > 0; --count)
+        {
+            groupNames[static_cast<std::int32_t>(random() % 100)] = PickName(random);
+        }
+        std::string expected;
+        for (const auto& pMaterial : materials.GetMaterialList())
+        {
+            const std::string material = pMaterial->m_Name.c_str();
+            for (auto group = groupNames.begin(); group != groupNames.end(); ++group)
+            {
+                const std::string name = group->second.c_str();
+                expected += name + "\n" + material + "\n";
+                if (name == material)
+                {
+                    break;
+                }
+            }
+        }
+        ConsoleCapture console;
+        MaterialBinder(materials).SayComparisons(groupNames);
+        EXPECT_EQ(console.GetText(), expected);
+    }
+}
+
+TEST_F(MaterialBinding, SaysComparisonsOfManyBlocksWhole)
+{
+    MANMaterialManager materials;
+    GroupNameMap groupNames;
+    std::string expected;
+    const std::string longName(40000, 'g');
+    for (std::int32_t i = 1; i <= 3; ++i)
+    {
+        materials.NewMaterial()->m_Name = "m";
+        groupNames[i] = longName;
+    }
+    for (int i = 0; i < 9; ++i)
+    {
+        expected += longName + "\nm\n";
+    }
+    ConsoleCapture console;
+    MaterialBinder(materials).SayComparisons(groupNames);
+    EXPECT_EQ(console.GetText(), expected);
+}
+
 TEST_F(MaterialBinding, BindsManyTexturesOfOneFileToManyMaterialsOfOneName)
 {
     const std::string name = "a";

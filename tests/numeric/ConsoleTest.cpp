@@ -57,6 +57,21 @@ TEST(Console, HandsOnMuchTextAtALineEndWithoutBeingAsked)
     EXPECT_EQ(text, much + "\n");
 }
 
+TEST(Console, DropsWhatNobodyHears)
+{
+    std::string text;
+    Console console;
+    console.SetSink([&text](std::string_view part) { text += part; });
+    console << "heard";
+    EXPECT_TRUE(console.SetHeard(false));
+    EXPECT_FALSE(console.IsHeard());
+    console << "lost" << 1 << 2.5 << 'c' << std::string(1U << 17U, 'x') << '\n';
+    EXPECT_FALSE(console.SetHeard(true));
+    console << "again";
+    console.Flush();
+    EXPECT_EQ(text, "heardagain");
+}
+
 TEST(Console, FlushesBeforeItIsSentElsewhere)
 {
     std::string first;

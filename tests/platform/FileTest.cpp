@@ -501,6 +501,14 @@ TEST(ReplacingFile, RefusesTheStreamsOfAProcess)
         EXPECT_THAT(FaultOf([&] { ReplacingFile file(name); }),
                     HasSubstr("the name of the standard output is -"));
     }
+    const TemporaryFolder folder;
+    fs::create_symlink("/dev/stdout", folder / "link");
+    EXPECT_THAT(FaultOf([&] { ReplacingFile file(folder / "link"); }),
+                EndsWith("link: it is no ordinary file; the name of the standard output is -"));
+    const CurrentFolderGuard guard;
+    SetCurrentFolder("/dev");
+    EXPECT_THAT(FaultOf([] { ReplacingFile file("stdout"); }),
+                HasSubstr("the name of the standard output is -"));
 }
 
 TEST(CurrentFolderGuard, RefusesAFolderThatCouldNotBeEnteredAgain)

@@ -3,6 +3,7 @@
 #include "Resources.h"
 #include "WorkbenchTest.h"
 #include "resource.h"
+#include <new>
 
 namespace tessarine
 {
@@ -48,7 +49,7 @@ TEST_F(RouterTest, RefusesADisabledEntry)
 
 TEST_F(RouterTest, RefusesWhatComesLater)
 {
-    EXPECT_EQ(GetRefusal(32779), "\"显示线框\" (32779) comes with a later version of Tessarine");
+    EXPECT_EQ(GetRefusal(32784), "\"设置光照属性\" (32784) comes with a later version of Tessarine");
     for (const MenuEntry& entry : GetMenuEntries())
     {
         if (entry.comesLater)
@@ -96,6 +97,11 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
     EXPECT_THAT(GetRefusal(32826), HasSubstr("first step"));
     EXPECT_THAT(GetRefusal(32831), HasSubstr("second step"));
     EXPECT_THAT(GetRefusal(32832), HasSubstr("third step"));
+}
+
+TEST_F(RouterTest, ShowsNoAboutBoxWithoutAWindow)
+{
+    EXPECT_TRUE(Run(ResourceID::AppAbout));
 }
 
 TEST_F(RouterTest, HasAnAnswerToEveryEntry)
@@ -177,6 +183,149 @@ TEST_F(RouterTest, ChecksASwitchByItsFlag)
     EXPECT_FALSE(m_Router.GetState(32779).checked);
     EXPECT_TRUE(m_Router.GetState(32819).checked);
     EXPECT_TRUE(m_Router.GetState(32838).checked);
+}
+
+TEST_F(RouterTest, ShowsNoCheckMarkOfGridAndAxes)
+{
+    m_Bench.GetView().SetDisplayFlags(0x3);
+    EXPECT_FALSE(m_Router.GetState(32781).checked);
+    EXPECT_FALSE(m_Router.GetState(32782).checked);
+}
+
+TEST_F(RouterTest, FlipsTheFlagOfEachSwitchAndDraws)
+{
+    const std::pair<int, std::uint32_t> switches[] = {
+        {32779, 0x4},    {32781, 0x2},    {32782, 0x1},    {32799, 0x200},   {32798, 0x800},
+        {32818, 0x1000}, {32822, 0x4000}, {32823, 0x8000}, {32824, 0x10000}, {32838, 0x20000},
+    };
+    for (const auto& [id, flag] : switches)
+    {
+        const std::uint32_t before = m_Bench.GetView().GetDisplayFlags();
+        for (const std::uint32_t expected : {before ^ flag, before})
+        {
+            m_Platform.SetPaneText(1, "untouched");
+            EXPECT_TRUE(Run(id)) << id;
+            EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), expected) << id;
+            EXPECT_EQ(m_Platform.GetPaneText(1), "顶点数: 0") << id;
+        }
+    }
+}
+
+TEST_F(RouterTest, LetsFlatAndSmoothShadingExcludeEachOther)
+{
+    EXPECT_TRUE(Run(32819)); // from wire and flat
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0x2004U);
+    EXPECT_TRUE(Run(32820));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+    EXPECT_TRUE(Run(32820)); // both may be off
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0x4U);
+    EXPECT_TRUE(Run(32819));
+    EXPECT_TRUE(Run(32819));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0x4U);
+}
+
+TEST_F(RouterTest, ShowsTheTexturedModelAlone)
+{
+    m_Bench.GetView().SetDisplayFlags(0x3FE0F); // everything but the smoothings
+    EXPECT_TRUE(Run(32792));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0x3DC13U); // less 0x4, 0x8, 0x2000, 0x200, and 0x10
+    EXPECT_TRUE(Run(32792));                                  // no switch: it stays
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0x3DC13U);
+    EXPECT_TRUE(Run(32820)); // flat shading wins over textures, whose flag stays
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0x3DC1BU);
+}
+
+TEST_F(RouterTest, LeavesTheFlagsByTheEntryThatOnlyShowsOne)
+{
+    EXPECT_TRUE(Run(32780));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+}
+
+TEST_F(RouterTest, RefusesAnOctreeWhereThereIsNone)
+{
+    EXPECT_THAT(GetRefusal(32797), HasSubstr("no octree"));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+    m_Bench.GetView().SetDisplayFlags(0x40C); // left on by a document that had one
+    EXPECT_TRUE(Run(32797));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+}
+
+TEST_F(RouterTest, RefusesProjectionLinesOfListsThatDiffer)
+{
+    m_Bench.GetView().GetPointCloud().resize(2);
+    m_Bench.GetView().GetProjectedPoints().resize(3);
+    EXPECT_THAT(GetRefusal(32823), HasSubstr("3 projected points for 2 points"));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+    m_Bench.GetView().GetProjectedPoints().resize(2);
+    EXPECT_TRUE(Run(32823));
+    EXPECT_TRUE(m_Router.GetState(32823).checked);
+}
+
+TEST_F(RouterTest, HidesAndShowsTheFirstModel)
+{
+    EXPECT_THAT(GetRefusal(32827), HasSubstr("there is no model to show or hide"));
+    Show(Tetrahedron());
+    Show(Tetrahedron());
+    EXPECT_TRUE(Run(32827));
+    EXPECT_FALSE(GetScene().GetRootGroup()->GetChildren()[0]->IsVisible());
+    EXPECT_TRUE(GetScene().GetRootGroup()->GetChildren()[1]->IsVisible());
+    EXPECT_FALSE(m_Router.GetState(32827).checked);
+    EXPECT_TRUE(Run(32827));
+    EXPECT_TRUE(m_Router.GetState(32827).checked);
+}
+
+TEST_F(RouterTest, TakesTheToolsByTheirButtons)
+{
+    const std::pair<int, unsigned> buttons[] = {
+        {32771, 0x4000003}, {32772, 0x4000001}, {32773, 0x4000004}, {32774, 0x4000002}, {32790, 0x5000001}};
+    for (const auto& [id, tool] : buttons)
+    {
+        EXPECT_TRUE(Run(id));
+        EXPECT_EQ(m_Bench.GetToolsManager().GetCurrentTool()->GetToolID(), tool) << id;
+        EXPECT_EQ(m_Bench.GetToolsManager().GetToolStack().size(), 1U);
+        EXPECT_EQ(m_Router.GetState(32790).checked, id == 32790);
+    }
+    EXPECT_FALSE(m_Router.GetState(32771).checked); // the camera's buttons show no mark
+    EXPECT_EQ(m_Console.Count("Size of current tool stack: 1"), 5);
+    EXPECT_TRUE(Run(32790)); // the current one
+    EXPECT_EQ(m_Console.Count("Size of current tool stack: 1"), 5);
+}
+
+TEST_F(RouterTest, PushesTheToolOfTheSplatsWhichComesLater)
+{
+    EXPECT_EQ(GetRefusal(32836), "drawing a splat comes with a later version of Tessarine");
+    EXPECT_EQ(m_Bench.GetToolsManager().GetToolStack().size(), 1U);
+    EXPECT_EQ(m_Bench.GetToolsManager().GetCurrentTool()->GetToolID(), 0x5000001U);
+}
+
+TEST_F(RouterTest, DropsTheSelectionWithItsTypeOnly)
+{
+    DSSolid* solid = Show(Tetrahedron());
+    m_Bench.GetView().ToggleSelect(solid->GetID());
+    EXPECT_TRUE(Run(32789)); // the type in force
+    EXPECT_TRUE(solid->IsSelected());
+    const std::pair<int, std::uint32_t> types[] = {
+        {32786, 0x5000002}, {32787, 0x5000003}, {32788, 0x5000004}, {32789, 0x5000005}};
+    for (const auto& [id, type] : types)
+    {
+        EXPECT_TRUE(Run(id));
+        EXPECT_EQ(GetElements().GetSelectType(), type);
+        EXPECT_TRUE(m_Router.GetState(id).checked);
+        EXPECT_FALSE(solid->IsSelected());
+        EXPECT_THAT(GetElements().GetSelectList(), IsEmpty());
+    }
+}
+
+TEST_F(RouterTest, TurnsASwitchBackWhoseFrameFails)
+{
+    const std::uint32_t before = m_Bench.GetView().GetDisplayFlags();
+    m_Bench.Perform("menu", Effect::None,
+                    [this]
+                    {
+                        m_Bench.GetView().SetDisplayFlags(0x1);
+                        throw std::bad_alloc();
+                    });
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), before);
 }
 
 TEST_F(RouterTest, ChecksTheSelectionTypeInForce)

@@ -139,6 +139,13 @@ TEST_F(ControllerTest, RefusesAnyOtherNameBeforeItTouchesTheModels)
                 testing::Each(HeadlessPlatform::Message{"错误", "不能导入此类型文件!"}));
 }
 
+TEST_F(ControllerTest, NamesTheFolderThatIsNoModel)
+{
+    const std::string folder = m_Folder.GetPath().string() + "/";
+    EXPECT_EQ(GetRefusal([&](IAController&) { ImportPlainly(folder); }),
+              "the name of a model must end in .obj or .OBJ: " + folder);
+}
+
 TEST_F(ControllerTest, TellsThatTheUserHasSeenTheRefusal)
 {
     m_Platform.AnswerFile("a.ply");

@@ -204,6 +204,8 @@ std::string PictureOf(IAWorkbench& bench)
     picture.AddView(bench.GetView());
     picture.Add("history", bench.GetCommandManager().GetHistorySize(),
                 bench.GetCommandManager().GetCurrent());
+    picture.Add("tool on top", bench.GetToolsManager().GetCurrentTool(),
+                bench.GetToolsManager().GetToolStack().size());
     picture.Add("controller", &controller, controller.GetIncrementalCommand(),
                 controller.GetTwoStepCommand());
     return picture.GetText();

@@ -133,10 +133,12 @@ TEST_F(FakeMachineTest, SaysThatAContextCannotBeActivatedOrReleased)
     ASSERT_EQ(m_View.Create(), 0);
     EXPECT_EQ(m_View.BeginContext(), 0);
     EXPECT_EQ(m_View.EndContext(), 0);
+    EXPECT_FALSE(m_View.HasLostContext());
     m_Machine.m_Behaviour.activates = false;
     m_Machine.m_Behaviour.deactivates = false;
     EXPECT_EQ(m_View.BeginContext(), -1);
     EXPECT_EQ(m_View.EndContext(), -1);
+    EXPECT_TRUE(m_View.HasLostContext());
     EXPECT_THAT(GetMessages(), ElementsAre("Context activiate failed", "Context deactiviate failed"));
 }
 

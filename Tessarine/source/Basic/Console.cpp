@@ -34,6 +34,10 @@ Console::~Console()
 
 Console& Console::operator<<(double value)
 {
+    if (!m_bHeard)
+    {
+        return *this;
+    }
     char digits[32];
     const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr;
     return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
@@ -41,6 +45,10 @@ Console& Console::operator<<(double value)
 
 void Console::Write(std::string_view text)
 {
+    if (!m_bHeard)
+    {
+        return;
+    }
     m_strPending += text;
     if (text.empty() || text.back() != '\n')
     {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tessarine
 {
@@ -38,6 +39,10 @@ public:
     template <std::integral T>
     requires(!std::same_as<T, bool> && !std::same_as<T, char>) Console& operator<<(T value)
     {
+        if (!m_bHeard)
+        {
+            return *this;
+        }
         char digits[24];
         const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
         return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
@@ -45,6 +50,12 @@ public:
 
     /// Hands everything written so far to the sink.
     void Flush();
+
+    /// Whether what is written reaches anybody. Work whose only product is text can be left out where it does not.
+    bool IsHeard() const { return m_bHeard; }
+
+    /// Where nobody listens, what is written from here on is dropped. Gives back what was set before.
+    bool SetHeard(bool heard) { return std::exchange(m_bHeard, heard); }
 
     /// Sends the console elsewhere and gives back the sink before it. An empty sink means standard output.
     Sink SetSink(Sink sink);
@@ -54,6 +65,7 @@ private:
 
     std::string m_strPending;
     Sink m_Sink;
+    bool m_bHeard = true;
     std::chrono::steady_clock::time_point m_LastFlush;
 };
 

@@ -1,12 +1,19 @@
 #include "ErrorLine.h"
 #include "Console.h"
 #include <cstdio>
+#include <utility>
 
 namespace tessarine
 {
 namespace
 {
 constexpr std::size_t kLongest = 8192;
+
+ErrorListener& GetListener()
+{
+    static ErrorListener listener;
+    return listener;
+}
 
 std::string SpellOut(char character)
 {
@@ -55,6 +62,11 @@ std::string WithoutMiddle(const std::string& line)
 }
 }
 
+ErrorListener SetErrorListener(ErrorListener listener)
+{
+    return std::exchange(GetListener(), std::move(listener));
+}
+
 std::string SpellOut(std::string_view text)
 {
     std::string line;
@@ -70,5 +82,9 @@ void PrintErrorLine(std::string_view text)
     DebugConsole().Flush();
     const std::string line = SpellOut(text) + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
+    if (const ErrorListener& listener = GetListener())
+    {
+        listener(line);
+    }
 }
 }

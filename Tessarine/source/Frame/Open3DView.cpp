@@ -105,7 +105,8 @@ void Open3DView::Destroy()
 int Open3DView::BeginContext()
 {
     ASSERT(m_pSurface != nullptr);
-    if (!m_pSurface->MakeCurrent())
+    m_bLostContext = !m_pSurface->MakeCurrent();
+    if (m_bLostContext)
     {
         ShowMessage("Context activiate failed");
         return -1;
@@ -116,7 +117,8 @@ int Open3DView::BeginContext()
 int Open3DView::EndContext()
 {
     ASSERT(m_pSurface != nullptr);
-    if (!m_pSurface->Release())
+    m_bLostContext = !m_pSurface->Release();
+    if (m_bLostContext)
     {
         ShowMessage("Context deactiviate failed");
         return -1;
@@ -297,8 +299,17 @@ void Open3DView::ToggleOriginalModel()
         throw Failure("there is no model to show or hide: import one first");
     }
     MANSceneNode* pModel = pRoot->GetChildren().front();
-    pModel->SetVisible(!pModel->IsVisible());
-    Redraw();
+    const bool wasVisible = pModel->IsVisible();
+    pModel->SetVisible(!wasVisible);
+    try
+    {
+        Redraw();
+    }
+    catch (...)
+    {
+        pModel->SetVisible(wasVisible);
+        throw;
+    }
 }
 
 std::uint32_t Open3DView::GetSelectType() const

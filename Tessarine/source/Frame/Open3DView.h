@@ -60,6 +60,8 @@ public:
     /// @return 0, or -1 with a message box
     int BeginContext();
     int EndContext();
+    /// Whether the last of the two that was called has failed.
+    bool HasLostContext() const { return m_bLostContext; }
 
     /// One whole frame, shown before this returns. Writes the counts of vertices (pane 1) and faces (pane 2)
     /// of the last solid that is marked as selected or hovered, else of the root's first child.
@@ -178,5 +180,6 @@ private:
     std::vector<std::uint32_t> m_HoverList;
     FrameTextures m_Textures;
     bool m_bDrawing = false; ///< a frame is under way
+    bool m_bLostContext = false;
 };
 }

@@ -65,6 +65,7 @@ private:
     std::int32_t ParseCorners(IOLineCursor& corners);
     void OpenMaterialGroup(IOLineCursor& line);
     void ReadMaterialLibrary(IOLineCursor& line);
+    std::string ReadLibrary(const std::string& fileName);
     void ReportUnknownToken() const;
 
     void TellOddities(const std::string& fileName, const std::string& text) const;
@@ -93,6 +94,7 @@ private:
     [[maybe_unused]] float m_fScale = 1.0F; ///< reserved
 
     std::unique_ptr<IOMtlReader> m_pMaterialReader;
+    std::size_t m_nLibraryBytes = 0; ///< of all libraries so far
     int m_nLine = 0;
     std::int32_t m_nGroup = 0;
     /// The first face, from 0, with a corner that has no texture number; -1 while there is none.

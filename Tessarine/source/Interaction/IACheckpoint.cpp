@@ -9,6 +9,7 @@ IACheckpoint::IACheckpoint(IAController& controller, Open3DView& view, MANComman
       m_View(view),
       m_Commands(commands),
       m_Effect(effect),
+      m_nDisplayFlags(view.GetDisplayFlags()),
       m_KeptCommands(controller.Save()),
       m_History(commands.Save())
 {
@@ -50,6 +51,7 @@ void IACheckpoint::Restore() noexcept
     {
         m_View.Restore(std::move(*m_Overlays));
     }
+    m_View.SetDisplayFlags(m_nDisplayFlags);
     m_Controller.Restore(m_KeptCommands);
     m_Commands.Restore(m_History);
     m_Controller.SetView(&m_View); // a new document that failed may have taken the view

@@ -2,6 +2,7 @@
 #include "IAController.h"
 #include "MANCommandManager.h"
 #include "Open3DView.h"
+#include <cstdint>
 #include <optional>
 
 namespace tessarine
@@ -32,6 +33,7 @@ private:
     Open3DView& m_View;
     MANCommandManager& m_Commands;
     Effect m_Effect;
+    std::uint32_t m_nDisplayFlags; ///< a switch that ends in a frame which fails goes back
     IAController::Checkpoint m_KeptCommands;
     MANCommandManager::Checkpoint m_History;
     std::optional<Open3DView::Checkpoint> m_Overlays;

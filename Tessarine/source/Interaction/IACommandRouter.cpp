@@ -23,15 +23,79 @@ constexpr Route Command(int id, void (*run)(IAWorkbench& workbench))
     return {id, Effect::ChangesModel, run};
 }
 
+/// A tool, a switch or a selection type: what the model is made of stays.
+constexpr Route OfView(int id, void (*run)(IAWorkbench& workbench))
+{
+    return {id, Effect::None, run};
+}
+
+template <unsigned toolID>
+constexpr Route Tool(int id)
+{
+    return OfView(id, [](IAWorkbench& workbench) { workbench.GetToolsManager().ChangeTool(toolID); });
+}
+
+template <void (Open3DView::*toggle)()>
+constexpr Route Switch(int id)
+{
+    return OfView(id, [](IAWorkbench& workbench) { (workbench.GetView().*toggle)(); });
+}
+
+/// Another type than the one in force drops the selection.
+template <std::uint32_t type>
+constexpr Route SelectionType(int id)
+{
+    return OfView(id,
+                  [](IAWorkbench& workbench)
+                  {
+                      if (workbench.GetView().GetSelectType() != type)
+                      {
+                          workbench.GetView().SetSelectType(type);
+                      }
+                  });
+}
+
+void PushDrawSplatTool(IAWorkbench& workbench)
+{
+    MANToolsManager& tools = workbench.GetToolsManager();
+    tools.PushTool(tools.FindTool(ToolID::DrawSplat));
+}
+
 // clang-format off
 constexpr Route kRoutes[] = {
     {ResourceID::FileNew, Effect::None, [](IAWorkbench& workbench) { workbench.NewDocument(); }},
     {ResourceID::FileOpen, Effect::None, [](IAWorkbench& workbench) { workbench.OpenDocument(); }},
     {ResourceID::FileSave, Effect::None, [](IAWorkbench& workbench) { workbench.SaveDocument(); }},
     {ResourceID::FileSaveAs, Effect::None, [](IAWorkbench& workbench) { workbench.SaveDocument(); }},
+    {ResourceID::AppAbout, Effect::None, [](IAWorkbench&) {}}, // a dialog, which only the window has
     {ResourceID::ImportObj, Effect::ReplacesModel, [](IAWorkbench& workbench) { workbench.ImportObj(); }},
     {ResourceID::ExportObj, Effect::None, [](IAWorkbench& workbench) { workbench.ExportObj(); }},
-    {ResourceID::ShowShaded, Effect::None, [](IAWorkbench&) {}}, // a check mark without a switch
+    Tool<ToolID::Orbit>(ResourceID::OrbitTool),
+    Tool<ToolID::MoveCamera>(ResourceID::MoveCameraTool),
+    Tool<ToolID::Around>(ResourceID::AroundTool),
+    Tool<ToolID::Zoom>(ResourceID::ZoomTool),
+    Tool<ToolID::Select>(ResourceID::SelectTool),
+    OfView(ResourceID::DrawSplatTool, PushDrawSplatTool),
+    SelectionType<SelectType::Vertices>(ResourceID::SelectVertices),
+    SelectionType<SelectType::Edges>(ResourceID::SelectEdges),
+    SelectionType<SelectType::Faces>(ResourceID::SelectFaces),
+    SelectionType<SelectType::Solids>(ResourceID::SelectSolids),
+    Switch<&Open3DView::ToggleWire>(ResourceID::ShowWire),
+    OfView(ResourceID::ShowShaded, [](IAWorkbench&) {}), // a check mark without a switch
+    Switch<&Open3DView::ToggleAxes>(ResourceID::ShowAxes),
+    Switch<&Open3DView::ToggleGrid>(ResourceID::ShowGrid),
+    Switch<&Open3DView::ShowTexture>(ResourceID::ShowTexture),
+    Switch<&Open3DView::TogglePoints>(ResourceID::ShowPoints),
+    Switch<&Open3DView::ToggleFlatShading>(ResourceID::FaceNormals),
+    Switch<&Open3DView::ToggleSmoothShading>(ResourceID::VertexNormals),
+    Switch<&Open3DView::ToggleOctree>(ResourceID::ShowOctree),
+    Switch<&Open3DView::TogglePointCloud>(ResourceID::ShowPointCloud),
+    Switch<&Open3DView::TogglePointNormals>(ResourceID::ShowPointNormals),
+    Switch<&Open3DView::ToggleProjectedPoints>(ResourceID::ShowProjectedPoints),
+    Switch<&Open3DView::ToggleProjectionLines>(ResourceID::ShowProjectionLines),
+    Switch<&Open3DView::ToggleNewMesh>(ResourceID::ShowNewMesh),
+    Switch<&Open3DView::ToggleOriginalModel>(ResourceID::ShowOriginalModel),
+    Switch<&Open3DView::ToggleCutFaces>(ResourceID::ShowCutFaces),
     Command(ResourceID::SubdivideLoop, [](IAWorkbench& workbench) { workbench.GetController().SubdivideLoop(); }),
     Command(ResourceID::SubdivideAdaptive, [](IAWorkbench& workbench) { workbench.GetController().SubdivideAdaptive(); }),
     Command(ResourceID::ProjectSamples, [](IAWorkbench& workbench) { workbench.GetController().ProjectSamples(); }),
@@ -82,12 +146,19 @@ bool IsFirstModelVisible(const IAController& controller)
     return root != nullptr && !root->GetChildren().empty() && root->GetChildren().front()->IsVisible();
 }
 
+bool IsOnTop(unsigned toolID, const IAWorkbench& workbench)
+{
+    const IATool* tool = workbench.GetToolsManager().GetCurrentTool();
+    return tool != nullptr && tool->GetToolID() == toolID;
+}
+
 bool IsChecked(const MenuEntry& entry, const IAWorkbench& workbench)
 {
     switch (entry.check)
     {
     case MenuCheck::DisplayFlag: return (workbench.GetView().GetDisplayFlags() & entry.checkValue) != 0;
     case MenuCheck::SelectType: return workbench.GetView().GetSelectType() == entry.checkValue;
+    case MenuCheck::Tool: return IsOnTop(entry.checkValue, workbench);
     case MenuCheck::OriginalModel: return IsFirstModelVisible(workbench.GetController());
     case MenuCheck::None: break;
     }

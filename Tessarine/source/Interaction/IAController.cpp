@@ -8,6 +8,7 @@
 #include "MANCommandManager.h"
 #include "Open3DView.h"
 #include "Platform.h"
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -25,10 +26,11 @@ bool HasObjExtension(const std::string& fileName)
 }
 
 /// Shows the box that refuses a file's type, and ends the operation.
-[[noreturn]] void RefuseFile(const std::string& text, const std::string& fileName)
+[[noreturn]] void RefuseFile(const std::string& text, const std::filesystem::path& path)
 {
     GetPlatform().ShowMessage("错误", text);
-    throw Failure::AfterMessageBox("the name of a model must end in .obj or .OBJ: " + fileName);
+    const std::string name = (path.has_filename() ? path.filename() : path).string();
+    throw Failure::AfterMessageBox("the name of a model must end in .obj or .OBJ: " + name);
 }
 }
 
@@ -82,7 +84,7 @@ void IAController::ImportObj()
     }
     if (!HasObjExtension(path->filename().string()))
     {
-        RefuseFile("不能导入此类型文件!", path->filename().string());
+        RefuseFile("不能导入此类型文件!", *path);
     }
     IOLoadObj reader(&m_SceneManager, &m_ElementManager);
     ResetModels();
@@ -99,7 +101,7 @@ void IAController::ExportObj()
     const std::string fileName = path->filename().string();
     if (!HasObjExtension(fileName))
     {
-        RefuseFile("不能保存成此类型文件!", fileName);
+        RefuseFile("不能保存成此类型文件!", *path);
     }
     IOSaveObj(&m_SceneManager, &m_ElementManager).SaveObj(fileName);
 }

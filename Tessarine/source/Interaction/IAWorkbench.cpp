@@ -110,6 +110,23 @@ void FinishReports() noexcept
     }
 }
 
+/// What the user did, in the words of the batch tool.
+std::string GetName(ToolEvent::Kind kind)
+{
+    switch (kind)
+    {
+    case ToolEvent::Kind::LeftButtonDown: return "left-down";
+    case ToolEvent::Kind::LeftButtonUp: return "left-up";
+    case ToolEvent::Kind::RightButtonDown: return "right-down";
+    case ToolEvent::Kind::RightButtonUp: return "right-up";
+    case ToolEvent::Kind::MouseMove: return "mouse-move";
+    case ToolEvent::Kind::KeyDown: return "key-down";
+    case ToolEvent::Kind::KeyUp: return "key-up";
+    case ToolEvent::Kind::SetCursor: break;
+    }
+    return "set-cursor";
+}
+
 /// Any file: the framework's dialogs have no filter of the system's own.
 FileQuestion AnyFile()
 {
@@ -119,6 +136,9 @@ FileQuestion AnyFile()
 
 IAWorkbench::IAWorkbench() : m_pController(std::make_unique<IAController>())
 {
+    m_ToolsManager.SetView(&m_View);
+    m_ToolsManager.SetCommandManager(&m_CommandManager);
+    m_ToolsManager.PushTool(m_ToolsManager.FindTool(ToolID::Select));
     NewDocument();
 }
 
@@ -180,6 +200,26 @@ void IAWorkbench::RedrawAfterFailure() noexcept
     }
 }
 
+bool IAWorkbench::SendEvent(const ToolEvent& event)
+{
+    return Perform(GetName(event.kind), Effect::None, [&] { PassToTool(event); });
+}
+
+void IAWorkbench::PassToTool(const ToolEvent& event)
+{
+    switch (event.kind)
+    {
+    case ToolEvent::Kind::LeftButtonDown: return m_ToolsManager.OnLButtonDown(event.x, event.y, event.flags);
+    case ToolEvent::Kind::LeftButtonUp: return m_ToolsManager.OnLButtonUp(event.x, event.y, event.flags);
+    case ToolEvent::Kind::RightButtonDown: return m_ToolsManager.OnRButtonDown(event.x, event.y, event.flags);
+    case ToolEvent::Kind::RightButtonUp: return m_ToolsManager.OnRButtonUp(event.x, event.y, event.flags);
+    case ToolEvent::Kind::MouseMove: return m_ToolsManager.OnMouseMove(event.x, event.y, event.flags);
+    case ToolEvent::Kind::KeyDown: return m_ToolsManager.OnKeyDown(event.key, event.flags);
+    case ToolEvent::Kind::KeyUp: return m_ToolsManager.OnKeyUp(event.key, event.flags);
+    case ToolEvent::Kind::SetCursor: return m_ToolsManager.OnSetCursor();
+    }
+}
+
 void IAWorkbench::NewDocument()
 {
     auto controller = std::make_unique<IAController>();
@@ -210,15 +250,15 @@ void IAWorkbench::ExportObj()
     m_pController->ExportObj();
 }
 
-void IAWorkbench::OpenDocument()
+std::optional<std::filesystem::path> IAWorkbench::OpenDocument()
 {
     const CurrentFolderGuard folder;
-    GetPlatform().AskOpenFile(AnyFile());
+    return GetPlatform().AskOpenFile(AnyFile());
 }
 
-void IAWorkbench::SaveDocument()
+std::optional<std::filesystem::path> IAWorkbench::SaveDocument()
 {
     const CurrentFolderGuard folder;
-    GetPlatform().AskSaveFile(AnyFile());
+    return GetPlatform().AskSaveFile(AnyFile());
 }
 }

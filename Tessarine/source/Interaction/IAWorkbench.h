@@ -2,20 +2,24 @@
 #include "IACheckpoint.h"
 #include "IAController.h"
 #include "MANCommandManager.h"
+#include "MANToolsManager.h"
 #include "Open3DView.h"
+#include "ToolEvent.h"
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tessarine
 {
 /// What the document and the view do together, without any window: the one controller of the current
-/// document, the view and the command history that outlive it, and the boundary that every operation of the
-/// user passes.
+/// document, the view, the tools and the command history that outlive it, and the boundary that every operation
+/// of the user passes.
 class IAWorkbench
 {
 public:
-    /// With an empty document.
+    /// With an empty document, and the select tool on top.
     IAWorkbench();
     IAWorkbench(const IAWorkbench&) = delete;
     IAWorkbench& operator=(const IAWorkbench&) = delete;
@@ -26,6 +30,8 @@ public:
     const Open3DView& GetView() const { return m_View; }
     MANCommandManager& GetCommandManager() { return m_CommandManager; }
     const MANCommandManager& GetCommandManager() const { return m_CommandManager; }
+    MANToolsManager& GetToolsManager() { return m_ToolsManager; }
+    const MANToolsManager& GetToolsManager() const { return m_ToolsManager; }
 
     /// Gets the view its surface, with the state that stays for all frames.
     /// @return 0; -1 where there is none, see Open3DView::Create
@@ -42,6 +48,10 @@ public:
     /// @return whether it ran to its end
     bool Perform(const std::string& operation, Effect effect, const std::function<void()>& action);
 
+    /// Passes an event of the view to the tool on top, through Perform.
+    /// @return whether the tool ran to its end
+    bool SendEvent(const ToolEvent& event);
+
     // What follows throws, and is to be run through Perform.
 
     /// A fresh controller takes the place of the old one; camera, display flags and history stay.
@@ -54,10 +64,12 @@ public:
 
     /// Effect::None. The framework's file commands: they ask for a file, and read and write nothing, as
     /// models come and go by ImportObj and ExportObj.
-    void OpenDocument();
-    void SaveDocument();
+    /// @return what the user chose; nothing when he cancelled
+    std::optional<std::filesystem::path> OpenDocument();
+    std::optional<std::filesystem::path> SaveDocument();
 
 private:
+    void PassToTool(const ToolEvent& event);
     bool RunOrRestore(const std::string& operation, Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
     void RedrawAfterFailure() noexcept;
@@ -66,5 +78,6 @@ private:
     MANCommandManager m_CommandManager;
     Open3DView m_View;
     std::unique_ptr<IAController> m_pController;
+    MANToolsManager m_ToolsManager;
 };
 }

@@ -9,6 +9,15 @@
 
 namespace tessarine
 {
+/// What the select tool takes: the types of selection.
+namespace SelectType
+{
+inline constexpr std::uint32_t Vertices = 0x5000002;
+inline constexpr std::uint32_t Edges = 0x5000003;
+inline constexpr std::uint32_t Faces = 0x5000004;
+inline constexpr std::uint32_t Solids = 0x5000005;
+}
+
 /// Plain index lists of a mesh, as an OBJ file writes them. Numbers are one-based; the numbers of all faces
 /// stand one behind the other and faceSizes[i] tells how many belong to face i.
 using PositionList = std::vector<smVec3d>;
@@ -180,7 +189,7 @@ private:
     RecordArray<DSVertex> m_VertexArray;
     MANMaterialManager m_MaterialManager;
     std::vector<std::uint32_t> m_SelectList;
-    std::uint32_t m_nSelectType = 0x5000005;
+    std::uint32_t m_nSelectType = SelectType::Solids;
 };
 
 struct MANBrepElementManager::Checkpoint

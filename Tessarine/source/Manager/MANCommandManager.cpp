@@ -1,6 +1,10 @@
 #include "MANCommandManager.h"
 #include "Assert.h"
 #include "Failure.h"
+#include "IACameraAroundCommand.h"
+#include "IACameraMoveCommand.h"
+#include "IACameraOrbitCommand.h"
+#include "IACameraZoomCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
 #include <algorithm>
@@ -28,10 +32,10 @@ struct CommandClass
 };
 
 constexpr CommandClass kCommandClasses[] = {
-    {CommandID::CameraMove, "panning the camera", nullptr},
-    {CommandID::CameraZoom, "zooming the camera", nullptr},
-    {CommandID::CameraOrbit, "orbiting the model", nullptr},
-    {CommandID::CameraAround, "looking around", nullptr},
+    {CommandID::CameraMove, "panning the camera", Make<IACameraMoveCommand>},
+    {CommandID::CameraZoom, "zooming the camera", Make<IACameraZoomCommand>},
+    {CommandID::CameraOrbit, "orbiting the model", Make<IACameraOrbitCommand>},
+    {CommandID::CameraAround, "looking around", Make<IACameraAroundCommand>},
     {CommandID::SubLOOP, "Loop subdivision", Make<IASubLOOPCommand>},
     {CommandID::SubAdaptive, "adaptive subdivision", nullptr},
     {CommandID::Select, "selecting elements", nullptr},

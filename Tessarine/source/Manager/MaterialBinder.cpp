@@ -18,6 +18,37 @@ struct Numbered
     DSTextureBinding* pBinding = nullptr;
 };
 
+/// The names of the groups, each with a line end, in the order of the groups.
+class GroupLines
+{
+public:
+    explicit GroupLines(const GroupNameMap& groupNames)
+    {
+        m_Lines.reserve(groupNames.size());
+        for (const auto& [group, name] : groupNames)
+        {
+            m_Lines.push_back(std::string(UpToZero(name)) + '\n');
+        }
+        for (std::size_t i = 0; i < m_Lines.size(); ++i)
+        {
+            m_FirstOfName.emplace(m_Lines[i], i);
+        }
+    }
+
+    /// How many there are up to the first that is this one.
+    std::size_t CountUpTo(std::string_view line) const
+    {
+        const auto found = m_FirstOfName.find(line);
+        return found != m_FirstOfName.end() ? found->second + 1 : m_Lines.size();
+    }
+
+    const std::string& GetLine(std::size_t index) const { return m_Lines[index]; }
+
+private:
+    std::vector<std::string> m_Lines;
+    std::unordered_map<std::string_view, std::size_t> m_FirstOfName;
+};
+
 bool IsEarlier(const Numbered& a, const Numbered& b)
 {
     return a.number < b.number;
@@ -53,20 +84,32 @@ void MaterialBinder::BindTextures(const TextureNameMap& textureMaps)
     }
 }
 
+/// There can be millions: lines are only copied together here, and given to the console by the block.
 void MaterialBinder::SayComparisons(const GroupNameMap& groupNames) const
 {
+    constexpr std::size_t kBlock = 1U << 16U;
+    if (!DebugConsole().IsHeard())
+    {
+        return;
+    }
+    const GroupLines groups(groupNames);
+    std::string block;
     for (const auto& pMaterial : m_Materials.GetMaterialList())
     {
-        const std::string_view materialName = UpToZero(pMaterial->m_Name);
-        for (const auto& [group, groupName] : groupNames)
+        const std::string materialLine = std::string(UpToZero(pMaterial->m_Name)) + '\n';
+        const std::size_t count = groups.CountUpTo(materialLine);
+        for (std::size_t i = 0; i < count; ++i)
         {
-            DebugConsole() << UpToZero(groupName) << '\n' << materialName << '\n';
-            if (UpToZero(groupName) == materialName)
+            block += groups.GetLine(i);
+            block += materialLine;
+            if (block.size() >= kBlock)
             {
-                break;
+                DebugConsole() << block;
+                block.clear();
             }
         }
     }
+    DebugConsole() << block;
 }
 
 void MaterialBinder::BindFaces(DSSolid& solid, const IndexList& faceGroups, const GroupNameMap& groupNames)

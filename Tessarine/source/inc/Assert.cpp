@@ -1,5 +1,6 @@
 #include "Assert.h"
 #include "Console.h"
+#include "ErrorLine.h"
 #include <cstdio>
 #include <map>
 #include <string_view>
@@ -28,11 +29,6 @@ ReportBook& GetBook()
     return book;
 }
 
-void Print(const std::string& line)
-{
-    DebugConsole().Flush();
-    std::fprintf(stderr, "%s\n", line.c_str());
-}
 }
 
 AssertionFailure::AssertionFailure(const AssertionSite& site) : IException(ReportText(site)), m_Site(site) {}
@@ -54,7 +50,7 @@ void EndAssertionReports()
         const auto& [site, count] = entry;
         if (count > kMostReportsOfOnePlace)
         {
-            Print(ReportText(site) + " (" + std::to_string(count) + " times)");
+            PrintErrorLine(ReportText(site) + " (" + std::to_string(count) + " times)");
         }
     }
     GetBook().counts.clear();
@@ -73,7 +69,7 @@ void ReportAssertion(const AssertionSite& site) noexcept
         auto& entry = book.counts.try_emplace({site.path, site.line}, site, 0).first->second;
         if (++entry.second <= kMostReportsOfOnePlace)
         {
-            Print(ReportText(site));
+            PrintErrorLine(ReportText(site));
         }
     }
     catch (...) // out of memory while reporting: the assertion's own effect is what counts

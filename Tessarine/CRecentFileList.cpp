@@ -1,0 +1,60 @@
+#include "CRecentFileList.h"
+#include "MenuTables.h"
+#include <QSettings>
+#include <string_view>
+
+namespace tessarine
+{
+namespace
+{
+constexpr char kRegistryKey[] = "Local AppWizard-Generated Applications";
+
+QString GetProgramName()
+{
+    const std::string_view name = GetDocumentField(0);
+    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+QString GetKey(int index)
+{
+    return QString("Recent File List/File%1").arg(index + 1);
+}
+}
+
+CRecentFileList::CRecentFileList()
+{
+    const QSettings settings(kRegistryKey, GetProgramName());
+    for (int i = 0; i < kMostFiles; ++i)
+    {
+        const QString path = settings.value(GetKey(i)).toString();
+        if (!path.isEmpty() && !m_Files.contains(path))
+        {
+            m_Files.append(path);
+        }
+    }
+}
+
+void CRecentFileList::Add(const QString& path)
+{
+    m_Files.removeAll(path);
+    m_Files.prepend(path);
+    m_Files.resize(std::min<qsizetype>(m_Files.size(), kMostFiles));
+    Write();
+}
+
+void CRecentFileList::Remove(const QString& path)
+{
+    m_Files.removeAll(path);
+    Write();
+}
+
+void CRecentFileList::Write() const
+{
+    QSettings settings(kRegistryKey, GetProgramName());
+    settings.remove("Recent File List");
+    for (int i = 0; i < static_cast<int>(m_Files.size()); ++i)
+    {
+        settings.setValue(GetKey(i), m_Files[i]);
+    }
+}
+}

@@ -1,0 +1,109 @@
+#include "CTessarineDoc.h"
+#include "CTessarineApp.h"
+#include "CTessarineView.h"
+#include "Failure.h"
+#include "MainFrm.h"
+#include "MenuTables.h"
+#include "resource.h"
+#include <QFile>
+#include <QFileInfo>
+#include <optional>
+
+namespace tessarine
+{
+namespace
+{
+constexpr char kNew[] = "新建";
+constexpr char kOpen[] = "打开";
+constexpr char kSave[] = "保存";
+
+/// Fails   Failure, when the file cannot be opened.
+void CheckFile(const QString& path)
+{
+    const std::string name = path.toStdString();
+    if (!QFileInfo(path).isFile())
+    {
+        throw Failure("cannot open " + name + ": no such file");
+    }
+    if (QFile file(path); !file.open(QIODevice::ReadOnly))
+    {
+        throw Failure("cannot open " + name + ": " + file.errorString().toStdString());
+    }
+}
+
+QString ToName(const std::filesystem::path& path)
+{
+    return QFile::decodeName(path.c_str());
+}
+}
+
+bool CTessarineDoc::OnCommand(int id)
+{
+    switch (id)
+    {
+    case ResourceID::FileNew: OnNewDocument(); return true;
+    case ResourceID::FileOpen: OnFileOpen(); return true;
+    case ResourceID::FileSave: OnFileSave(m_strPath.isEmpty()); return true;
+    case ResourceID::FileSaveAs: OnFileSave(true); return true;
+    default: return false;
+    }
+}
+
+IAWorkbench& CTessarineDoc::GetWorkbench()
+{
+    return m_Frame.GetView().GetWorkbench();
+}
+
+bool CTessarineDoc::OnNewDocument()
+{
+    if (!m_Frame.GetView().RunCommand(kNew, ResourceID::FileNew))
+    {
+        return false;
+    }
+    m_strPath.clear();
+    m_Frame.setWindowTitle(QString::fromStdString(GetWindowTitle({})));
+    return true;
+}
+
+void CTessarineDoc::OnFileOpen()
+{
+    std::optional<std::filesystem::path> choice;
+    m_Frame.GetView().Perform(kOpen, Effect::None, [&] { choice = GetWorkbench().OpenDocument(); });
+    if (choice)
+    {
+        OnOpenDocument(ToName(*choice));
+    }
+}
+
+bool CTessarineDoc::OnOpenDocument(const QString& path)
+{
+    if (!m_Frame.GetView().Perform(kOpen, Effect::None, [&] { CheckFile(path); }))
+    {
+        CTessarineApp::Get().GetRecentFiles().Remove(path);
+        return false;
+    }
+    SetPathName(path);
+    m_Frame.GetView().update();
+    return true;
+}
+
+void CTessarineDoc::OnFileSave(bool askForName)
+{
+    std::optional<std::filesystem::path> choice;
+    if (askForName)
+    {
+        m_Frame.GetView().Perform(kSave, Effect::None, [&] { choice = GetWorkbench().SaveDocument(); });
+    }
+    if (choice)
+    {
+        SetPathName(ToName(*choice));
+    }
+}
+
+void CTessarineDoc::SetPathName(const QString& path)
+{
+    m_strPath = path;
+    m_Frame.setWindowTitle(QString::fromStdString(GetWindowTitle(QFileInfo(path).fileName().toStdString())));
+    CTessarineApp::Get().GetRecentFiles().Add(path);
+}
+}

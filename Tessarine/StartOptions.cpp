@@ -1,0 +1,57 @@
+#include "StartOptions.h"
+#include <QCommandLineParser>
+
+namespace tessarine
+{
+namespace
+{
+constexpr char kHelp[] = R"(tessarine [OPTION]... [FILE]
+
+Opens the workbench's window.
+
+  FILE             a document to begin with, as "打开" (open) takes it; models come by --import
+  --import MODEL   imports an OBJ model, as "导入" (import) does
+  -h, --help       shows this
+  -v, --version    shows the version
+
+Qt's own options (-style, -display, ...) are taken as well. The window needs an X display (DISPLAY) with OpenGL;
+tessarine-batch does the same work without one.
+)";
+
+/// Files count from the folder where the program was started.
+QString TakeFile(const QStringList& words, QString& error)
+{
+    if (words.size() > 1)
+    {
+        error = "one file at a time: " + words.join(' ');
+    }
+    return words.isEmpty() ? QString() : words.constFirst();
+}
+}
+
+StartOptions ParseStartOptions(const QStringList& words)
+{
+    QCommandLineParser parser;
+    const QCommandLineOption import("import", QString(), "MODEL");
+    const QCommandLineOption help(QStringList{"h", "help"});
+    const QCommandLineOption version(QStringList{"v", "version"});
+    parser.addOptions({import, help, version});
+
+    StartOptions options;
+    if (!parser.parse(words))
+    {
+        options.error = parser.errorText();
+        return options;
+    }
+    options.help = parser.isSet(help);
+    options.version = parser.isSet(version);
+    options.importModel = parser.value(import);
+    options.file = TakeFile(parser.positionalArguments(), options.error);
+    return options;
+}
+
+QString GetStartHelp()
+{
+    return kHelp;
+}
+}

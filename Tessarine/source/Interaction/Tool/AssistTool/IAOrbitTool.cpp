@@ -1,0 +1,23 @@
+#include "IAOrbitTool.h"
+#include "IACameraOrbitCommand.h"
+#include "MANCommandManager.h"
+
+namespace tessarine
+{
+namespace
+{
+constexpr double kUnitsAPixel = 0.5;
+}
+
+IAOrbitTool::IAOrbitTool() : IACameraTool(CommandID::CameraOrbit, "res\\Orbit.CUR") {}
+
+void IAOrbitTool::OnMouseMove(int x, int y, unsigned /*flags*/)
+{
+    if (!IsDragging())
+    {
+        return;
+    }
+    GetCommand<IACameraOrbitCommand>().SetDelta(GetWayRight(x) * kUnitsAPixel, GetWayUp(y) * kUnitsAPixel);
+    RunStep(x, y);
+}
+}

@@ -1,0 +1,14 @@
+/// What every program of a sanitizer build has besides its own code.
+
+/// Libraries stay where they are: what a graphics driver leaks can be named only while it is loaded.
+extern "C" int dlclose(void* /*handle*/)
+{
+    return 0;
+}
+
+/// Leaks of other people's libraries.
+extern "C" const char*
+__lsan_default_suppressions() // NOLINT(readability-identifier-naming,bugprone-reserved-identifier)
+{
+    return "leak:libdbus-1.so\n";
+}

@@ -1,0 +1,201 @@
+#include "QtPlatform.h"
+#include "Console.h"
+#include "Cursor.h"
+#include "File.h"
+#include "FileFilter.h"
+#include "GLSurface.h"
+#include "NativeGLWidget.h"
+#include <QApplication>
+#include <QCursor>
+#include <QFile>
+#include <QFileDialog>
+#include <QImage>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPixmap>
+#include <vector>
+
+namespace tessarine
+{
+namespace
+{
+/// The cursors that a command put over all others are away while a dialog is open.
+class OrdinaryCursors
+{
+public:
+    OrdinaryCursors()
+    {
+        while (const QCursor* cursor = QGuiApplication::overrideCursor())
+        {
+            m_Cursors.push_back(*cursor);
+            QGuiApplication::restoreOverrideCursor();
+        }
+    }
+    ~OrdinaryCursors()
+    {
+        for (auto cursor = m_Cursors.rbegin(); cursor != m_Cursors.rend(); ++cursor)
+        {
+            QGuiApplication::setOverrideCursor(*cursor);
+        }
+    }
+    OrdinaryCursors(const OrdinaryCursors&) = delete;
+    OrdinaryCursors& operator=(const OrdinaryCursors&) = delete;
+
+private:
+    std::vector<QCursor> m_Cursors;
+};
+
+/// True while it lives.
+class Flagged
+{
+public:
+    explicit Flagged(bool& flag) : m_bFlag(flag) { m_bFlag = true; }
+    ~Flagged() { m_bFlag = false; }
+    Flagged(const Flagged&) = delete;
+    Flagged& operator=(const Flagged&) = delete;
+
+private:
+    bool& m_bFlag;
+};
+
+QCursor MakeCursor(const Cursor& cursor)
+{
+    const Image& image = cursor.image;
+    const QImage bottomFirst(image.pixels.data(), image.width, image.height, qsizetype{4} * image.width,
+                             QImage::Format_RGBA8888);
+    return QCursor(QPixmap::fromImage(bottomFirst.mirrored()), cursor.hotX, cursor.hotY);
+}
+
+std::filesystem::path ToPath(const QString& name)
+{
+    return QFile::encodeName(name).toStdString();
+}
+}
+
+void QtPlatform::ShowMessage(const std::string& title, const std::string& text)
+{
+    QMessageBox box(GetDialogParent());
+    box.setIcon(QMessageBox::Warning);
+    box.setWindowTitle(QString::fromStdString(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString::fromStdString(text));
+    Show(box);
+}
+
+void QtPlatform::ShowFailure(const std::string& operation, const std::string& reason, bool wasShown)
+{
+    if (wasShown)
+    {
+        return;
+    }
+    QMessageBox box(GetDialogParent());
+    box.setIcon(QMessageBox::Warning);
+    box.setWindowTitle("Tessarine");
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString("“%1”未能完成。").arg(QString::fromStdString(operation)));
+    box.setInformativeText(QString::fromStdString(reason));
+    Show(box);
+}
+
+/// What the console holds back comes first.
+void QtPlatform::Show(QMessageBox& box)
+{
+    DebugConsole().Flush();
+    const OrdinaryCursors cursors;
+    box.exec();
+}
+
+QWidget* QtPlatform::GetDialogParent() const
+{
+    QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : m_pMainWindow.data();
+}
+
+std::optional<std::filesystem::path> QtPlatform::AskOpenFile(const FileQuestion& question)
+{
+    QFileDialog dialog(GetDialogParent(), "打开");
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return Ask(dialog, question);
+}
+
+std::optional<std::filesystem::path> QtPlatform::AskSaveFile(const FileQuestion& question)
+{
+    QFileDialog dialog(GetDialogParent(), "另存为");
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    return Ask(dialog, question);
+}
+
+std::optional<std::filesystem::path> QtPlatform::Ask(QFileDialog& dialog, const FileQuestion& question)
+{
+    if (m_FileAnswer)
+    {
+        return TakeFileAnswer();
+    }
+    DebugConsole().Flush();
+    // One dialog on every desktop, in the language of the window.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setDirectory(QFile::decodeName(GetCurrentFolder().c_str()));
+    dialog.setNameFilters(ParseFileFilter(question.filter));
+    dialog.setDefaultSuffix(QString::fromStdString(question.defaultExtension));
+    const OrdinaryCursors cursors;
+    const Flagged asking(m_bAsking);
+    if (dialog.exec() != QDialog::Accepted)
+    {
+        return std::nullopt;
+    }
+    std::filesystem::path choice = ToPath(dialog.selectedFiles().constFirst());
+    SetCurrentFolder(choice.parent_path());
+    return choice;
+}
+
+std::optional<std::filesystem::path> QtPlatform::TakeFileAnswer()
+{
+    const std::filesystem::path choice = GetCurrentFolder() / *m_FileAnswer;
+    m_FileAnswer.reset();
+    SetCurrentFolder(choice.parent_path());
+    return choice;
+}
+
+void QtPlatform::SetPaneText(int pane, const std::string& text)
+{
+    if (QLabel* label = m_Panes.at(static_cast<std::size_t>(pane)))
+    {
+        label->setText(QString::fromStdString(text));
+    }
+}
+
+void QtPlatform::SetCursorFromFile(const std::string& name)
+{
+    if (m_pView == nullptr)
+    {
+        return;
+    }
+    try
+    {
+        m_pView->setCursor(MakeCursor(ReadCursor(name)));
+    }
+    catch (const FileError&)
+    {
+        m_pView->setCursor(Qt::BlankCursor);
+    }
+}
+
+void QtPlatform::SetArrowCursor()
+{
+    if (m_pView != nullptr)
+    {
+        m_pView->setCursor(Qt::ArrowCursor);
+    }
+}
+
+std::unique_ptr<GLSurface> QtPlatform::CreateGLSurface()
+{
+    if (m_pView == nullptr)
+    {
+        throw GLSurfaceError("ChoosePixelFormat failed", "there is no window to draw on");
+    }
+    return m_pView->CreateSurface();
+}
+}

@@ -1,0 +1,56 @@
+#pragma once
+#include "NativeGLWidget.h"
+#include "Platform.h"
+#include <QLabel>
+#include <QPointer>
+#include <array>
+#include <optional>
+#include <string>
+
+class QFileDialog;
+class QMessageBox;
+
+namespace tessarine
+{
+
+/// The machine with a window: message boxes, file dialogs, status panes and cursors of Qt.
+/// It holds on to none of its widgets; what they did is left out where they are gone.
+class QtPlatform : public Platform
+{
+public:
+    static constexpr int kPaneCount = 7;
+
+    void ShowMessage(const std::string& title, const std::string& text) override;
+    void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) override;
+    std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
+    void SetPaneText(int pane, const std::string& text) override;
+    void SetCursorFromFile(const std::string& name) override;
+    void SetArrowCursor() override;
+    std::unique_ptr<GLSurface> CreateGLSurface() override;
+
+    /// Whose boxes and dialogs they are.
+    void SetMainWindow(QWidget* window) { m_pMainWindow = window; }
+    /// Where GL draws, and the cursor shows.
+    void SetView(NativeGLWidget* view) { m_pView = view; }
+    void SetPane(int pane, QLabel* label) { m_Panes.at(static_cast<std::size_t>(pane)) = label; }
+
+    /// Answers the next file dialog without showing it.
+    void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
+
+    /// Whether the user is asked for a file just now. What is asked first changes nothing: the view may be drawn.
+    bool IsAskingForFile() const { return m_bAsking; }
+
+private:
+    std::optional<std::filesystem::path> TakeFileAnswer();
+    std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question);
+    void Show(QMessageBox& box);
+    QWidget* GetDialogParent() const;
+
+    QPointer<QWidget> m_pMainWindow;
+    QPointer<NativeGLWidget> m_pView;
+    std::array<QPointer<QLabel>, kPaneCount> m_Panes;
+    std::optional<std::filesystem::path> m_FileAnswer;
+    bool m_bAsking = false;
+};
+}
