@@ -1,5 +1,6 @@
 #include "GuiTest.h"
 #include "resource.h"
+#include <QLineEdit>
 #include <QScreen>
 
 /// Takes the pictures of the manual: the real window, driven like in the tests.
@@ -143,6 +144,73 @@ TEST_F(Pictures, About)
             dialog.accept();
         });
     ClickButton(ResourceID::AppAbout);
+}
+
+/// Beside the model, in the window.
+void Place(QWidget& dialog, const QWidget& frame, QPoint place)
+{
+    dialog.move(frame.mapToGlobal(place));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    dialog.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+}
+
+QWidget& FindDialog(int id)
+{
+    for (QWidget* window : QApplication::topLevelWidgets())
+    {
+        if (window->objectName() == QString::number(id))
+        {
+            return *window;
+        }
+    }
+    throw std::logic_error("no dialog " + std::to_string(id));
+}
+
+TEST_F(Pictures, LightingDialog)
+{
+    ImportPebble();
+    Open3DLight& light = *Bench().GetController().GetSceneManager().GetLightList().front();
+    light.m_Diffuse = smVec3f(0.9F, 0.55F, 0.2F);
+    ClickButton(ResourceID::LightingDialog);
+    Place(FindDialog(ResourceID::SetLightingDialog), Frame(), {540, 90});
+    TakeWithPointer("lighting");
+}
+
+TEST_F(Pictures, MaterialDialog)
+{
+    ImportPebble();
+    MANBrepElementManager& elements = Bench().GetController().GetElementManager();
+    elements.ToggleSelect(ElementKind::Solid);
+    Frame().OnCommand(ResourceID::SetMaterial);
+    Place(FindDialog(ResourceID::SetMaterialDialog), Frame(), {540, 20});
+    TakeWithPointer("material");
+}
+
+TEST_F(Pictures, SubdivisionDialog)
+{
+    ImportPebble();
+    WhenDialogOpens(
+        [this](QDialog& dialog)
+        {
+            TakeWithPointer("subdivision-dialog");
+            dialog.reject();
+        });
+    ChooseFromMenu(ResourceID::SubdivideAdaptive);
+}
+
+TEST_F(Pictures, AdaptiveSubdivision)
+{
+    ImportPebble();
+    WhenDialogOpens(
+        [](QDialog& dialog)
+        {
+            dialog.findChild<QLineEdit*>()->setText("0.01");
+            dialog.accept();
+        });
+    ChooseFromMenu(ResourceID::SubdivideAdaptive);
+    TakeKeyboard();
+    Take("adaptive");
 }
 
 TEST_F(Pictures, FileDialog)

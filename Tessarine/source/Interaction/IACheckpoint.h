@@ -12,7 +12,7 @@ enum class Effect
 {
     None,         ///< the model stays
     ChangesModel, ///< anything in the stores may change
-    ReplacesModel ///< changes nothing before it has called IAController::ResetModels
+    ReplacesModel ///< changes nothing before it has called IAController::ResetModels or ClearModels
 };
 
 /// The model, the view's overlays and the history as they were before an operation.
