@@ -23,6 +23,9 @@ protected:
     /// The dialog goes with its window. Over it the pointer is the ordinary arrow, not the one of the view's tool.
     CSettingDlg(QWidget* parent, int id, const char* title);
 
+    /// Groups stand side by side, so that the dialog fits on a small screen.
+    static constexpr int kColumns = 2;
+
     /// A slider from 0 on, and the read-only text of its number.
     struct SliderRow
     {

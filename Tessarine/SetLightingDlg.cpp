@@ -58,21 +58,24 @@ void CSetLightingDlg::MakeControls()
 {
     auto* combo = new QComboBox;
     combo->setObjectName(QString::number(kLightCombo));
-    auto* checks = new QGroupBox;
-    auto* checkLayout = new QHBoxLayout(checks);
+    auto* choice = new QHBoxLayout;
+    choice->addWidget(new QLabel("Select Light"));
+    choice->addWidget(combo, 1);
+    auto* checks = new QHBoxLayout;
     auto* layout = new QGridLayout(this);
-    layout->addWidget(new QLabel("Select Light"), 0, 0);
-    layout->addWidget(combo, 0, 1);
-    layout->addWidget(MakeButtons(), 0, 2);
-    layout->addWidget(checks, 1, 0, 1, 3);
-    int line = 2;
+    layout->addLayout(choice, 0, 0);
+    layout->addWidget(MakeButtons(), 0, 1);
+    layout->addLayout(checks, 1, 0, 1, kColumns);
+    int place = 2 * kColumns;
     for (const ColourGroup& group : kGroups)
     {
-        checkLayout->addWidget(MakeCheck(group));
-        layout->addWidget(MakeColourGroup(group.title, group.firstSlider, group.firstEdit), line++, 0, 1, 3);
+        checks->addWidget(MakeCheck(group));
+        layout->addWidget(MakeColourGroup(group.title, group.firstSlider, group.firstEdit), place / kColumns,
+                          place % kColumns);
+        ++place;
     }
-    layout->addWidget(MakePositionGroup(), line, 0, 1, 3);
-    layout->setColumnStretch(1, 1);
+    layout->addWidget(MakePositionGroup(), place / kColumns, place % kColumns, Qt::AlignTop);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 QWidget* CSetLightingDlg::MakeCheck(const ColourGroup& group)

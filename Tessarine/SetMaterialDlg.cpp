@@ -2,10 +2,10 @@
 #include "Console.h"
 #include "MANMaterialManager.h"
 #include "resource.h"
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace tessarine
 {
@@ -44,14 +44,21 @@ CSetMaterialDlg::CSetMaterialDlg(QWidget* parent, std::weak_ptr<DSMaterial> mate
 
 void CSetMaterialDlg::MakeControls()
 {
-    auto* layout = new QVBoxLayout(this);
+    auto* layout = new QGridLayout(this);
+    int place = 0;
+    const auto add = [&](QWidget* widget)
+    {
+        layout->addWidget(widget, place / kColumns, place % kColumns);
+        ++place;
+    };
     for (const ColourGroup& group : kGroups)
     {
-        layout->addWidget(MakeColourGroup(group.title, group.firstSlider, group.firstEdit));
+        add(MakeColourGroup(group.title, group.firstSlider, group.firstEdit));
     }
-    layout->addWidget(MakeSliderGroup("Shininess", {{"", kShininessSlider, kShininessEdit, 128}}));
-    layout->addWidget(MakeSliderGroup("Transparency", {{"", kTransparencySlider, kTransparencyEdit, 100}}));
-    layout->addWidget(MakeButtons());
+    add(MakeSliderGroup("Shininess", {{"", kShininessSlider, kShininessEdit, 128}}));
+    add(MakeSliderGroup("Transparency", {{"", kTransparencySlider, kTransparencyEdit, 100}}));
+    layout->addWidget(MakeButtons(), place / kColumns, 0, 1, kColumns);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 QWidget* CSetMaterialDlg::MakeButtons()

@@ -173,7 +173,7 @@ TEST_F(Pictures, LightingDialog)
     Open3DLight& light = *Bench().GetController().GetSceneManager().GetLightList().front();
     light.m_Diffuse = smVec3f(0.9F, 0.55F, 0.2F);
     ClickButton(ResourceID::LightingDialog);
-    Place(FindDialog(ResourceID::SetLightingDialog), Frame(), {540, 90});
+    Place(FindDialog(ResourceID::SetLightingDialog), Frame(), {330, 250});
     TakeWithPointer("lighting");
 }
 
@@ -183,7 +183,7 @@ TEST_F(Pictures, MaterialDialog)
     MANBrepElementManager& elements = Bench().GetController().GetElementManager();
     elements.ToggleSelect(ElementKind::Solid);
     Frame().OnCommand(ResourceID::SetMaterial);
-    Place(FindDialog(ResourceID::SetMaterialDialog), Frame(), {540, 20});
+    Place(FindDialog(ResourceID::SetMaterialDialog), Frame(), {330, 150});
     TakeWithPointer("material");
 }
 
