@@ -30,6 +30,14 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([this] { return Camera().GetWidth() == View().width(); }));
     }
 
+    /// A wide window, with the model at its left.
+    void MakeRoomForDialog()
+    {
+        Frame().resize(1200, kPictureSize.height());
+        Camera().SetLookAt({3.2, 1.5, 2.0}, {0.6, 0, -0.6}, {0, 1, 0});
+        EXPECT_TRUE(QTest::qWaitFor([this] { return Camera().GetWidth() == View().width(); }));
+    }
+
     void Import(const char* model)
     {
         App().GetPlatform().AnswerFile(model);
@@ -146,10 +154,10 @@ TEST_F(Pictures, About)
     ClickButton(ResourceID::AppAbout);
 }
 
-/// Beside the model, in the window.
-void Place(QWidget& dialog, const QWidget& frame, QPoint place)
+/// Shows a dialog at the right of the window.
+void Place(QWidget& dialog, const QWidget& frame)
 {
-    dialog.move(frame.mapToGlobal(place));
+    dialog.move(frame.mapToGlobal(QPoint(frame.width() - dialog.width() - 20, 150)));
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
     dialog.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
@@ -169,21 +177,23 @@ QWidget& FindDialog(int id)
 
 TEST_F(Pictures, LightingDialog)
 {
+    MakeRoomForDialog();
     ImportPebble();
     Open3DLight& light = *Bench().GetController().GetSceneManager().GetLightList().front();
     light.m_Diffuse = smVec3f(0.9F, 0.55F, 0.2F);
     ClickButton(ResourceID::LightingDialog);
-    Place(FindDialog(ResourceID::SetLightingDialog), Frame(), {330, 250});
+    Place(FindDialog(ResourceID::SetLightingDialog), Frame());
     TakeWithPointer("lighting");
 }
 
 TEST_F(Pictures, MaterialDialog)
 {
+    MakeRoomForDialog();
     ImportPebble();
     MANBrepElementManager& elements = Bench().GetController().GetElementManager();
     elements.ToggleSelect(ElementKind::Solid);
     Frame().OnCommand(ResourceID::SetMaterial);
-    Place(FindDialog(ResourceID::SetMaterialDialog), Frame(), {330, 150});
+    Place(FindDialog(ResourceID::SetMaterialDialog), Frame());
     TakeWithPointer("material");
 }
 
