@@ -96,7 +96,7 @@ QWidget* CSetLightingDlg::MakePositionGroup()
         auto* edit = new QLineEdit;
         edit->setObjectName(QString::number(id++));
         edit->setReadOnly(true);
-        edit->setMinimumWidth(kPositionLetters * edit->fontMetrics().horizontalAdvance('0'));
+        edit->setFixedWidth(kPositionLetters * edit->fontMetrics().horizontalAdvance('0'));
         layout->addWidget(new QLabel(axis));
         layout->addWidget(edit);
     }
