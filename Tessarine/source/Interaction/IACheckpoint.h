@@ -10,16 +10,10 @@ namespace tessarine
 /// What an operation may do to the model: how much has to be kept to go back to.
 enum class Effect
 {
-<<<<<<< HEAD
-    None,         ///< the model stays
-    ChangesModel, ///< anything in the stores may change
-    ReplacesModel ///< changes nothing before it has called IAController::ResetModels or ClearModels
-=======
     None,          ///< the model stays
     ChangesModel,  ///< anything in the stores may change
-    ReplacesModel, ///< changes nothing before it has called IAController::ResetModels
+    ReplacesModel, ///< changes nothing before it has called IAController::ResetModels or ClearModels
     ReplacesDocument ///< leaves this controller and its model alone, and has the view forget what it shows over it
->>>>>>> main
 };
 
 /// The model, the view's overlays and the history as they were before an operation.

@@ -75,8 +75,8 @@ public:
 
     using ElementCheckpoint = std::optional<MANBrepElementManager::Checkpoint>;
 
-    /// Where the next ResetModels or ClearModels moves the elements instead of destroying them, as long as nothing is there;
-    /// null ends it.
+    /// Where the next ResetModels or ClearModels moves the elements instead of destroying them, as long as nothing
+    /// is there; null ends it.
     void SetElementsAside(ElementCheckpoint* place) { m_pElementsAside = place; }
 
     /// What a command can change here, beside the stores.

@@ -328,7 +328,8 @@ void IASubAdaptiveCommand::Execute()
         throw Failure("the threshold of the area is not a number: give one such as 0.01");
     }
     RefuseAllButClosedTriangles(*pSolid);
-    const AdaptiveMesh lists = RefineLargeFaces(*pSolid, GetElementManager()->GetVertexArray().size(), *maxArea);
+    const AdaptiveMesh lists =
+        RefineLargeFaces(*pSolid, GetElementManager()->GetVertexArray().size(), *maxArea);
     m_ClearModels();
     pSolid = GetElementManager()->BuildSolid(lists.vList, lists.fv, lists.fn, false);
     pSolid->CalcNormals();
