@@ -1,8 +1,8 @@
 #pragma once
 #include "CConsoleWnd.h"
+#include "CDialogPlatform.h"
 #include "CRecentFileList.h"
 #include "Console.h"
-#include "QtPlatform.h"
 #include <QApplication>
 #include <QTranslator>
 #include <memory>
@@ -32,7 +32,7 @@ public:
     /// @return whether the entry is one of the program's own
     bool OnCommand(int id);
 
-    QtPlatform& GetPlatform() { return m_Platform; }
+    CDialogPlatform& GetPlatform() { return m_Platform; }
     CConsoleWnd& GetConsole() { return m_Console; }
     CRecentFileList& GetRecentFiles() { return m_RecentFiles; }
     /// Null before InitInstance.
@@ -48,7 +48,7 @@ private:
     void OnAppAbout();
 
     QTranslator m_Translator;
-    QtPlatform m_Platform;
+    CDialogPlatform m_Platform;
     Platform* m_pPlatformBefore;
     CConsoleWnd m_Console;
     Console::Sink m_Terminal; ///< where the console's text goes besides

@@ -15,6 +15,7 @@ public:
     {
         m_View.m_bOccupied = false;
         m_View.m_bBadFrame = false;
+        CTessarineApp::Get().GetPlatform().CloseDeadDialogs();
         m_View.CatchUp();
     }
     Occupied(const Occupied&) = delete;
@@ -69,11 +70,10 @@ bool CTessarineView::RunCommand(const std::string& name, int id)
     return m_Router.Run(name, id);
 }
 
-/// While an action is under way the model may be half made; but a question for a file comes before anything.
+/// While an action is under way the model may be half made; but what it asks the user comes before anything.
 bool CTessarineView::MayDraw() const
 {
-    return m_bCreated && !m_bDrawing &&
-           (!m_bOccupied || CTessarineApp::Get().GetPlatform().IsAskingForFile());
+    return m_bCreated && !m_bDrawing && (!m_bOccupied || CTessarineApp::Get().GetPlatform().IsAsking());
 }
 
 void CTessarineView::Draw()

@@ -36,7 +36,7 @@ constexpr MenuEntry kEntries[] = {
     {ResourceID::ShowAxes, "显示坐标轴", View},
     {ResourceID::ShowGrid, "显示网格", View},
     {ResourceID::ExportObj, "导出为 (*.obj)", Document},
-    {ResourceID::LightingDialog, "设置光照属性", View, kLater},
+    {ResourceID::LightingDialog, "设置光照属性", View},
     SelectionType(ResourceID::SelectVertices, "选择顶点", SelectType::Vertices),
     SelectionType(ResourceID::SelectEdges, "选择边", SelectType::Edges),
     SelectionType(ResourceID::SelectFaces, "选择面", SelectType::Faces),

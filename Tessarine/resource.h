@@ -114,6 +114,10 @@ inline constexpr int SelectionMenu = 139;
 inline constexpr int SetMaterialDialog = 141;
 inline constexpr int SubdivisionDialog = 143;
 
+// Buttons that every dialog may have.
+inline constexpr int OK = 1;
+inline constexpr int Cancel = 2;
+
 // The message that redraws the view.
 inline constexpr int RedrawMessage = 0x401;
 }

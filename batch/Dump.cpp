@@ -40,7 +40,8 @@ template <class T>
 class IndexOf
 {
 public:
-    explicit IndexOf(const std::vector<std::unique_ptr<T>>& list)
+    template <class TOwner>
+    explicit IndexOf(const std::vector<TOwner>& list)
     {
         for (const auto& pEntry : list)
         {

@@ -9,6 +9,7 @@
 #include "Report.h"
 #include "resource.h"
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace tessarine
@@ -48,19 +49,43 @@ bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().SubdivideLoop(); });
 }
 
-bool RunMenu(BatchRun& run, const Arguments& arguments)
-{
-    long long id = 0;
-    ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
-    return IACommandRouter(run.GetWorkbench()).Run(run.GetOperationName(), static_cast<int>(id));
-}
-
 /// The numbers of an operation, whose form was checked before it ran.
 double NumberAt(const Arguments& arguments, std::size_t index)
 {
     double value = 0.0;
     ReadNumber(arguments[index], value);
     return value;
+}
+
+/// Beyond all floats stands infinity.
+float ToFloat(double value)
+{
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    if (std::abs(value) <= std::numeric_limits<float>::max())
+    {
+        return static_cast<float>(value);
+    }
+    return value > 0.0 ? infinity : -infinity;
+}
+
+bool RunSubdivideAdaptive(BatchRun& run, const Arguments& arguments)
+{
+    run.GetPlatform().AnswerAreaThreshold(ToFloat(NumberAt(arguments, 0)));
+    return run.Perform(Effect::ReplacesModel,
+                       [&run] { run.GetWorkbench().GetController().SubdivideAdaptive(); });
+}
+
+bool RunSetMaterial(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().SetMaterialOfSelection(); });
+}
+
+bool RunMenu(BatchRun& run, const Arguments& arguments)
+{
+    long long id = 0;
+    ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
+    return IACommandRouter(run.GetWorkbench()).Run(run.GetOperationName(), static_cast<int>(id));
 }
 
 int IntegerAt(const Arguments& arguments, std::size_t index)
@@ -181,7 +206,7 @@ constexpr Operation kOperations[] = {
 
     {"subdivide-loop", "", Group::MenuCommand, "one Loop subdivision of the current model", RunSubdivideLoop},
     {"subdivide-adaptive", "AREA", Group::MenuCommand, "splits the faces with an area measure above AREA",
-     RunLater},
+     RunSubdivideAdaptive},
     {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunLater},
     {"optimize", "MODE", Group::MenuCommand, "1 and 3: swaps diagonals; 2: removes edges without length",
      RunLater},
@@ -199,8 +224,8 @@ constexpr Operation kOperations[] = {
      RunLater},
     {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunLater},
     {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats", RunLater},
-    {"set-material", "", Group::MenuCommand, "gives the selected solids the material of the dialog",
-     RunLater},
+    {"set-material", "", Group::MenuCommand, "makes a material of its own from the selected solid's",
+     RunSetMaterial},
     {"menu", "ID", Group::MenuCommand, "runs the menu, toolbar or pop-up command of this number", RunMenu},
 
     {"generate-mesh", "LEVEL", Group::KeptCommand, "mesh of the kept distance field at LEVEL", RunLater},

@@ -4,9 +4,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tessarine
 {
+struct DSMaterial;
+struct Open3DLight;
+
 /// What a file dialog is asked for.
 struct FileQuestion
 {
@@ -33,6 +37,13 @@ public:
     /// @return the full path
     virtual std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) = 0;
     virtual std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) = 0;
+
+    /// Asks for the threshold of the adaptive subdivision. Nothing when the user cancels.
+    virtual std::optional<float> AskAreaThreshold() = 0;
+    /// Opens one more dialog that writes into the lights as long as they are there. It stays open.
+    virtual void OpenLightingDialog(const std::vector<std::shared_ptr<Open3DLight>>& lights) = 0;
+    /// The same for a material.
+    virtual void OpenMaterialDialog(const std::shared_ptr<DSMaterial>& material) = 0;
 
     /// One of the seven panes of the status bar, counted from the left.
     virtual void SetPaneText(int pane, const std::string& text) = 0;

@@ -60,6 +60,28 @@ std::optional<std::filesystem::path> HeadlessPlatform::TakeFileAnswer(const File
     return choice;
 }
 
+std::optional<float> HeadlessPlatform::AskAreaThreshold()
+{
+    ++m_nThresholdQuestions;
+    if (m_ThresholdAnswers.empty())
+    {
+        return std::nullopt;
+    }
+    const float threshold = m_ThresholdAnswers.front();
+    m_ThresholdAnswers.pop_front();
+    return threshold;
+}
+
+void HeadlessPlatform::OpenLightingDialog(const std::vector<std::shared_ptr<Open3DLight>>& lights)
+{
+    m_LightingDialogs.emplace_back(lights.begin(), lights.end());
+}
+
+void HeadlessPlatform::OpenMaterialDialog(const std::shared_ptr<DSMaterial>& material)
+{
+    m_MaterialDialogs.emplace_back(material);
+}
+
 void HeadlessPlatform::SetPaneText(int pane, const std::string& text)
 {
     m_PaneTexts.at(static_cast<std::size_t>(pane)) = text;

@@ -3,6 +3,7 @@
 #include "Platform.h"
 #include <array>
 #include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,9 @@ public:
     void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) override;
     std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
     std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
+    std::optional<float> AskAreaThreshold() override;
+    void OpenLightingDialog(const std::vector<std::shared_ptr<Open3DLight>>& lights) override;
+    void OpenMaterialDialog(const std::shared_ptr<DSMaterial>& material) override;
     void SetPaneText(int pane, const std::string& text) override;
     void SetCursorFromFile(const std::string& name) override { m_strCursor = name; }
     void SetArrowCursor() override { m_strCursor.clear(); }
@@ -41,6 +45,9 @@ public:
     /// Answers the next file dialog. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
 
+    /// Answers the next question for a threshold. An empty queue answers "cancel".
+    void AnswerAreaThreshold(float threshold) { m_ThresholdAnswers.push_back(threshold); }
+
     const std::string& GetPaneText(int pane) const { return m_PaneTexts.at(static_cast<std::size_t>(pane)); }
 
     /// The file of the view's cursor; empty for the arrow.
@@ -52,10 +59,23 @@ public:
     /// What the file dialogs asked so far, oldest first.
     const std::vector<FileQuestion>& GetFileQuestions() const { return m_FileQuestions; }
 
+    /// How often a threshold was asked for.
+    int CountThresholdQuestions() const { return m_nThresholdQuestions; }
+    /// What the dialogs that were opened write into, oldest first.
+    const std::vector<std::vector<std::weak_ptr<Open3DLight>>>& GetLightingDialogs() const
+    {
+        return m_LightingDialogs;
+    }
+    const std::vector<std::weak_ptr<DSMaterial>>& GetMaterialDialogs() const { return m_MaterialDialogs; }
+
 private:
     std::optional<std::filesystem::path> TakeFileAnswer(const FileQuestion& question);
 
     std::deque<std::string> m_FileAnswers;
+    std::deque<float> m_ThresholdAnswers;
+    int m_nThresholdQuestions = 0;
+    std::vector<std::vector<std::weak_ptr<Open3DLight>>> m_LightingDialogs;
+    std::vector<std::weak_ptr<DSMaterial>> m_MaterialDialogs;
     std::array<std::string, kPaneCount> m_PaneTexts;
     std::string m_strCursor;
     OffscreenView m_OffscreenView;

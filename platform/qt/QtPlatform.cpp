@@ -157,21 +157,34 @@ std::optional<std::filesystem::path> QtPlatform::Ask(QFileDialog& dialog, const 
     {
         return TakeFileAnswer();
     }
-    DebugConsole().Flush();
     // One dialog on every desktop, in the language of the window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setDirectory(QFile::decodeName(GetCurrentFolder().c_str()));
     dialog.setNameFilters(ParseFileFilter(question.filter));
     dialog.setDefaultSuffix(QString::fromStdString(question.defaultExtension));
-    const OrdinaryCursors cursors;
-    const Flagged asking(m_bAsking);
-    if (dialog.exec() != QDialog::Accepted)
+    if (!AskUser(dialog))
     {
         return std::nullopt;
     }
     std::filesystem::path choice = ToPath(dialog.selectedFiles().constFirst());
     SetCurrentFolder(choice.parent_path());
     return choice;
+}
+
+bool QtPlatform::AskUser(QDialog& dialog)
+{
+    DebugConsole().Flush();
+    const OrdinaryCursors cursors;
+    const Flagged asking(m_bAsking);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+void QtPlatform::InvalidateView()
+{
+    if (m_pView != nullptr)
+    {
+        m_pView->update();
+    }
 }
 
 std::optional<std::filesystem::path> QtPlatform::TakeFileAnswer()

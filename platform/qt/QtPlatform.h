@@ -7,13 +7,15 @@
 #include <optional>
 #include <string>
 
+class QDialog;
 class QFileDialog;
 class QMessageBox;
 
 namespace tessarine
 {
 
-/// The machine with a window: message boxes, file dialogs, status panes and cursors of Qt.
+/// The machine with a window: message boxes, file dialogs, status panes and cursors of Qt. The dialogs of the
+/// settings are left to who knows what is set there.
 /// It holds on to none of its widgets; what they did is left out where they are gone.
 class QtPlatform : public Platform
 {
@@ -38,14 +40,21 @@ public:
     /// Answers the next file dialog without showing it.
     void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
 
-    /// Whether the user is asked for a file just now. What is asked first changes nothing: the view may be drawn.
-    bool IsAskingForFile() const { return m_bAsking; }
+    /// Whether a command asks the user for something just now. Nothing has changed before: the view may be drawn.
+    bool IsAsking() const { return m_bAsking; }
+
+protected:
+    QWidget* GetDialogParent() const;
+    /// Shows a dialog that a command asks by.
+    /// @return whether the user has answered, and not cancelled
+    bool AskUser(QDialog& dialog);
+    /// Has the view drawn soon.
+    void InvalidateView();
 
 private:
     std::optional<std::filesystem::path> TakeFileAnswer();
     std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question);
     void Show(QMessageBox& box);
-    QWidget* GetDialogParent() const;
 
     QPointer<QWidget> m_pMainWindow;
     QPointer<NativeGLWidget> m_pView;

@@ -91,6 +91,48 @@ TEST_F(BatchProcess, DumpsALoopStepWithAllLinksInOrder)
     EXPECT_EQ(findings.faces, 64U + 4U + 16U); // theirs
 }
 
+TEST_F(BatchProcess, SubdividesWhatIsAboveAnArea)
+{
+    m_Folder.Write("axes.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\nf 1 3 2\nf 1 2 4\nf 2 3 4\nf 3 1 4\n");
+    const auto countFaces = [this](const std::vector<std::string>& words)
+    {
+        std::vector<std::string> all = {"-q", "import", "axes.obj"};
+        all.insert(all.end(), words.begin(), words.end());
+        all.insert(all.end(), {"report", "-"});
+        const ProcessResult result = Run(all);
+        EXPECT_EQ(result.status, 0);
+        return nlohmann::json::parse(result.output)["nodes"][0]["faces"].get<int>();
+    };
+    // In the cube from -1 to 1 the right angles have sides of 2, so that the measures are 4 and 4 sqrt(3).
+    EXPECT_EQ(countFaces({"subdivide-adaptive", "3.9"}), 16);
+    EXPECT_EQ(countFaces({"subdivide-adaptive", "4"}), 4 + 3 * 2) << "the large face and its neighbours";
+    EXPECT_EQ(countFaces({"subdivide-adaptive", "7"}), 4);
+    EXPECT_EQ(countFaces({"subdivide-adaptive", "1e300"}), 4);
+    EXPECT_EQ(countFaces({"subdivide-adaptive", "-1e300"}), 16);
+    EXPECT_EQ(countFaces({"subdivide-loop", "subdivide-adaptive", "0"}), 64);
+    EXPECT_EQ(countFaces({"menu", "32835"}), 4) << "the dialog is cancelled";
+}
+
+TEST_F(BatchProcess, LeavesAnOpenModelThatIsToBeSubdividedAdaptively)
+{
+    m_Folder.Write("open.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    const ProcessResult result =
+        Run({"-q", "import", "open.obj", "subdivide-adaptive", "0", "export", "out.obj"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors,
+                AllOf(StartsWith("tessarine-batch: subdivide-adaptive: "), HasSubstr("closed")));
+    EXPECT_FALSE(m_Folder.Has("out.obj"));
+    ExpectUsageError({"subdivide-adaptive", "nan"}, "subdivide-adaptive: \"nan\" is no AREA (a number)");
+}
+
+TEST_F(BatchProcess, MakesAMaterialForTheSelection)
+{
+    EXPECT_EQ(Run({"-q", "import", "tetra.obj", "set-material", "menu", "32784", "dump", "dump.json"}).status,
+              0);
+    EXPECT_TRUE(nlohmann::json::parse(m_Folder.Read("dump.json"))["materials"].empty())
+        << "nothing is selected";
+}
+
 TEST_F(BatchProcess, HoldsTheConsoleBackWhenQuietButNotWhatIsAskedFor)
 {
     EXPECT_THAT(Run({"-q", "import", "tetra.obj"}).output, IsEmpty());

@@ -5,6 +5,8 @@
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
+#include "IASetMaterialCommand.h"
+#include "IASubAdaptiveCommand.h"
 #include <gmock/gmock.h>
 
 namespace tessarine
@@ -85,6 +87,12 @@ bool Makes(unsigned id)
     return dynamic_cast<TCommand*>(command.get()) != nullptr && command->IsUndoable();
 }
 
+TEST(CommandManager, MakesTheAdaptiveSubdivisionAndTheSettingOfAMaterial)
+{
+    EXPECT_TRUE(Makes<IASubAdaptiveCommand>(0x4000002));
+    EXPECT_TRUE(Makes<IASetMaterialCommand>(0x8000001));
+}
+
 TEST(CommandManager, MakesTheCameraCommands)
 {
     EXPECT_TRUE(Makes<IACameraMoveCommand>(0x1000001));
@@ -95,7 +103,6 @@ TEST(CommandManager, MakesTheCameraCommands)
 
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
-    EXPECT_EQ(RefusalOf(0x4000002), "adaptive subdivision comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x5000001), "selecting elements comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x5000002), "drawing a splat comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x5000003), "generating splats comes with a later version of Tessarine");
@@ -110,7 +117,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x7000001), "moving vertices comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000002), "moving faces comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000004), "moving solids comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x8000001), "setting a material comes with a later version of Tessarine");
 }
 
 TEST(CommandManager, KeepsEveryCommandThatItStores)

@@ -1,5 +1,6 @@
 #include "GuiTest.h"
 #include "resource.h"
+#include <QLineEdit>
 #include <QScreen>
 
 /// Takes the pictures of the manual: the real window, driven like in the tests.
@@ -26,6 +27,14 @@ protected:
         App().GetConsole().hide();
         Frame().resize(kPictureSize);
         Camera().SetLookAt({2.6, 1.5, 2.6}, {0, 0, 0}, {0, 1, 0});
+        EXPECT_TRUE(QTest::qWaitFor([this] { return Camera().GetWidth() == View().width(); }));
+    }
+
+    /// A wide window, with the model at its left.
+    void MakeRoomForDialog()
+    {
+        Frame().resize(1200, kPictureSize.height());
+        Camera().SetLookAt({3.2, 1.5, 2.0}, {0.6, 0, -0.6}, {0, 1, 0});
         EXPECT_TRUE(QTest::qWaitFor([this] { return Camera().GetWidth() == View().width(); }));
     }
 
@@ -143,6 +152,75 @@ TEST_F(Pictures, About)
             dialog.accept();
         });
     ClickButton(ResourceID::AppAbout);
+}
+
+/// Shows a dialog at the right of the window.
+void Place(QWidget& dialog, const QWidget& frame)
+{
+    dialog.move(frame.mapToGlobal(QPoint(frame.width() - dialog.width() - 20, 150)));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    dialog.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+}
+
+QWidget& FindDialog(int id)
+{
+    for (QWidget* window : QApplication::topLevelWidgets())
+    {
+        if (window->objectName() == QString::number(id))
+        {
+            return *window;
+        }
+    }
+    throw std::logic_error("no dialog " + std::to_string(id));
+}
+
+TEST_F(Pictures, LightingDialog)
+{
+    MakeRoomForDialog();
+    ImportPebble();
+    Open3DLight& light = *Bench().GetController().GetSceneManager().GetLightList().front();
+    light.m_Diffuse = smVec3f(0.9F, 0.55F, 0.2F);
+    ClickButton(ResourceID::LightingDialog);
+    Place(FindDialog(ResourceID::SetLightingDialog), Frame());
+    TakeWithPointer("lighting");
+}
+
+TEST_F(Pictures, MaterialDialog)
+{
+    MakeRoomForDialog();
+    ImportPebble();
+    MANBrepElementManager& elements = Bench().GetController().GetElementManager();
+    elements.ToggleSelect(ElementKind::Solid);
+    Frame().OnCommand(ResourceID::SetMaterial);
+    Place(FindDialog(ResourceID::SetMaterialDialog), Frame());
+    TakeWithPointer("material");
+}
+
+TEST_F(Pictures, SubdivisionDialog)
+{
+    ImportPebble();
+    WhenDialogOpens(
+        [this](QDialog& dialog)
+        {
+            TakeWithPointer("subdivision-dialog");
+            dialog.reject();
+        });
+    ChooseFromMenu(ResourceID::SubdivideAdaptive);
+}
+
+TEST_F(Pictures, AdaptiveSubdivision)
+{
+    ImportPebble();
+    WhenDialogOpens(
+        [](QDialog& dialog)
+        {
+            dialog.findChild<QLineEdit*>()->setText("0.01");
+            dialog.accept();
+        });
+    ChooseFromMenu(ResourceID::SubdivideAdaptive);
+    TakeKeyboard();
+    Take("adaptive");
 }
 
 TEST_F(Pictures, FileDialog)

@@ -140,6 +140,15 @@ TEST(HeadlessPlatform, AnswersDialogsInTheOrderOfTheQueue)
     EXPECT_FALSE(platform.AskOpenFile({}).has_value());
 }
 
+TEST(HeadlessPlatform, AnswersTheQuestionForAThresholdFromItsQueue)
+{
+    HeadlessPlatform platform;
+    platform.AnswerAreaThreshold(0.5F);
+    EXPECT_EQ(platform.AskAreaThreshold(), 0.5F);
+    EXPECT_EQ(platform.AskAreaThreshold(), std::nullopt) << "an empty queue cancels";
+    EXPECT_EQ(platform.CountThresholdQuestions(), 2);
+}
+
 TEST(HeadlessPlatform, KeepsTheTextsOfItsPanes)
 {
     HeadlessPlatform platform;

@@ -284,6 +284,42 @@ TEST_F(BoundaryTest, KeepsTheOldDocumentWhenANewOneFails)
     EXPECT_EQ(m_Platform.GetOnlyReason(), "not enough memory; the model is as it was");
 }
 
+TEST_F(BoundaryTest, BringsBackTheModelOfAnAdaptiveSubdivisionThatFails)
+{
+    m_pSolid->GetVertexList()[1]->SetPosition(1e308, 0.0, 0.0); // 3 p is beyond all numbers
+    m_strBefore = PictureOf(m_Bench);
+    m_Platform.AnswerAreaThreshold(0.0F);
+    EXPECT_FALSE(
+        m_Bench.Perform("operation", Effect::ReplacesModel, [this] { GetController().SubdivideAdaptive(); }));
+    EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("not a finite number"));
+}
+
+TEST_F(BoundaryTest, BringsBackTheModelOfAnAdaptiveSubdivisionWhoseFrameFails)
+{
+    m_Platform.AnswerAreaThreshold(0.0F);
+    EXPECT_FALSE(m_Bench.Perform("operation", Effect::ReplacesModel,
+                                 [this]
+                                 {
+                                     GetController().SubdivideAdaptive();
+                                     EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+                                     throw Failure("no frame");
+                                 }));
+    EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
+}
+
+TEST_F(BoundaryTest, TakesBackTheMaterialOfAFailure)
+{
+    EXPECT_FALSE(m_Bench.Perform("operation", Effect::ChangesModel,
+                                 [this]
+                                 {
+                                     GetController().SetMaterialOfSelection();
+                                     throw Failure("no frame");
+                                 }));
+    EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
+    EXPECT_TRUE(m_Platform.GetMaterialDialogs().at(0).expired()) << "the dialog sees that it is gone";
+}
+
 /// A machine whose status bar cannot be written, once it is told so.
 class FailingPanes : public RecordingPlatform
 {
@@ -365,6 +401,24 @@ TEST_P(OutOfMemory, LeavesTheModelOfAnImport)
     }
     ExpectNothingChangesUntilItSucceeds(Effect::ReplacesModel, [this] { m_Bench.ImportObj(); });
     EXPECT_EQ(GetElements().GetFaceArray().size(), 1U);
+}
+
+TEST_P(OutOfMemory, LeavesTheModelOfAnAdaptiveSubdivision)
+{
+    for (int i = 0; i < 1000; ++i) // more than there are allocations
+    {
+        m_Platform.AnswerAreaThreshold(0.0F);
+    }
+    ExpectNothingChangesUntilItSucceeds(Effect::ReplacesModel,
+                                        [this] { GetController().SubdivideAdaptive(); });
+    EXPECT_EQ(GetElements().GetFaceArray().size(), 16U);
+}
+
+TEST_P(OutOfMemory, LeavesTheMaterialsWhereOneIsSet)
+{
+    ExpectNothingChangesUntilItSucceeds(Effect::ChangesModel,
+                                        [this] { GetController().SetMaterialOfSelection(); });
+    EXPECT_EQ(GetElements().GetMaterialManager().GetMaterialList().size(), 2U);
 }
 
 TEST_P(OutOfMemory, LeavesTheOldDocument)

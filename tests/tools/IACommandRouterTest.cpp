@@ -49,7 +49,7 @@ TEST_F(RouterTest, RefusesADisabledEntry)
 
 TEST_F(RouterTest, RefusesWhatComesLater)
 {
-    EXPECT_EQ(GetRefusal(32784), "\"设置光照属性\" (32784) comes with a later version of Tessarine");
+    EXPECT_EQ(GetRefusal(32806), "\"沿 X 轴\" (32806) comes with a later version of Tessarine");
     for (const MenuEntry& entry : GetMenuEntries())
     {
         if (entry.comesLater)
@@ -67,7 +67,7 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
         {32775, ""},
         {32783, ""},
         {32778, ""},
-        {32835, "adaptive subdivision" + later},
+        {32835, "there is no model to subdivide: import one first"},
         {32805, "projection sampling" + later},
         {32794, "building the initial mesh" + later},
         {32796, "hierarchical refinement" + later},
@@ -80,7 +80,7 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
         {32802, "simplification" + later},
         {32803, "simplification" + later},
         {32804, "simplification" + later},
-        {32833, "setting a material" + later},
+        {32833, ""},
         {32839, "generating splats" + later},
     };
     for (const auto& [id, reason] : reasons)
@@ -97,6 +97,20 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
     EXPECT_THAT(GetRefusal(32826), HasSubstr("first step"));
     EXPECT_THAT(GetRefusal(32831), HasSubstr("second step"));
     EXPECT_THAT(GetRefusal(32832), HasSubstr("third step"));
+}
+
+TEST_F(RouterTest, OpensALightingDialogOnTheLightsOfTheSceneEachTime)
+{
+    EXPECT_TRUE(Run(32784));
+    EXPECT_TRUE(Run(32784));
+    ASSERT_EQ(m_Platform.GetLightingDialogs().size(), 2U);
+    for (const auto& lights : m_Platform.GetLightingDialogs())
+    {
+        ASSERT_EQ(lights.size(), 3U);
+        EXPECT_EQ(lights[0].lock(), GetScene().GetLightList()[0]);
+    }
+    EXPECT_TRUE(Run(57600));
+    EXPECT_TRUE(m_Platform.GetLightingDialogs()[0][0].expired()) << "a new document has lights of its own";
 }
 
 TEST_F(RouterTest, ShowsNoAboutBoxWithoutAWindow)

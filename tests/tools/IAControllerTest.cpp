@@ -227,10 +227,41 @@ TEST_F(ControllerTest, SubdividesNothingWithoutAWord)
     EXPECT_THAT(m_Platform.GetTexts(), IsEmpty());
 }
 
+TEST_F(ControllerTest, SubdividesAdaptivelyByTheAnswerOfTheDialog)
+{
+    m_Bench.GetView().SetNewMesh(Show(CentredTetrahedron()));
+    m_Platform.AnswerAreaThreshold(0.0F);
+    GetController().SubdivideAdaptive();
+    EXPECT_EQ(GetElements().GetFaceArray().size(), 16U);
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr) << "its solid is gone";
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+    EXPECT_EQ(m_Platform.GetPaneText(2), "面片数: 16");
+}
+
+TEST_F(ControllerTest, LeavesTheModelWhereTheDialogIsCancelled)
+{
+    DSSolid* solid = Show(CentredTetrahedron());
+    m_Bench.GetView().SetNewMesh(solid);
+    GetController().SubdivideAdaptive();
+    EXPECT_EQ(m_Platform.CountThresholdQuestions(), 1);
+    EXPECT_EQ(solid->GetFaceList().size(), 4U);
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), solid);
+}
+
+TEST_F(ControllerTest, SetsTheMaterialOfASelectedSolid)
+{
+    GetElements().ToggleSelect(Show(CentredTetrahedron())->GetID());
+    GetController().SetMaterialOfSelection();
+    const auto& materials = GetElements().GetMaterialManager().GetMaterialList();
+    ASSERT_EQ(materials.size(), 1U);
+    ASSERT_EQ(m_Platform.GetMaterialDialogs().size(), 1U);
+    EXPECT_EQ(m_Platform.GetMaterialDialogs()[0].lock(), materials[0]);
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+}
+
 TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
 {
     const auto comesLater = EndsWith(" comes with a later version of Tessarine");
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.SubdivideAdaptive(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.ProjectSamples(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.BuildInitialMesh(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineHierarchical(); }), comesLater);
@@ -239,7 +270,6 @@ TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineEnergy(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.OptimizeMesh(1); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.Simplify(0.8F); }), comesLater);
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.SetMaterialOfSelection(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.GenerateSplats(); }), comesLater);
     EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 0U);
     EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);

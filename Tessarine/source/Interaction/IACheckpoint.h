@@ -12,7 +12,7 @@ enum class Effect
 {
     None,          ///< the model stays
     ChangesModel,  ///< anything in the stores may change
-    ReplacesModel, ///< changes nothing before it has called IAController::ResetModels
+    ReplacesModel, ///< changes nothing before it has called IAController::ResetModels or ClearModels
     ReplacesDocument ///< leaves this controller and its model alone, and has the view forget what it shows over it
 };
 

@@ -1,6 +1,7 @@
 #include "IACommandRouter.h"
 #include "Failure.h"
 #include "IAWorkbench.h"
+#include "Platform.h"
 #include "Resources.h"
 #include "resource.h"
 #include <algorithm>
@@ -61,6 +62,11 @@ void PushDrawSplatTool(IAWorkbench& workbench)
     tools.PushTool(tools.FindTool(ToolID::DrawSplat));
 }
 
+void OpenLightingDialog(IAWorkbench& workbench)
+{
+    GetPlatform().OpenLightingDialog(workbench.GetController().GetSceneManager().GetLightList());
+}
+
 // clang-format off
 constexpr Route kRoutes[] = {
     {ResourceID::FileNew, Effect::ReplacesDocument, [](IAWorkbench& workbench) { workbench.NewDocument(); }},
@@ -84,6 +90,7 @@ constexpr Route kRoutes[] = {
     OfView(ResourceID::ShowShaded, [](IAWorkbench&) {}), // a check mark without a switch
     Switch<&Open3DView::ToggleAxes>(ResourceID::ShowAxes),
     Switch<&Open3DView::ToggleGrid>(ResourceID::ShowGrid),
+    OfView(ResourceID::LightingDialog, OpenLightingDialog),
     Switch<&Open3DView::ShowTexture>(ResourceID::ShowTexture),
     Switch<&Open3DView::TogglePoints>(ResourceID::ShowPoints),
     Switch<&Open3DView::ToggleFlatShading>(ResourceID::FaceNormals),
@@ -97,7 +104,7 @@ constexpr Route kRoutes[] = {
     Switch<&Open3DView::ToggleOriginalModel>(ResourceID::ShowOriginalModel),
     Switch<&Open3DView::ToggleCutFaces>(ResourceID::ShowCutFaces),
     Command(ResourceID::SubdivideLoop, [](IAWorkbench& workbench) { workbench.GetController().SubdivideLoop(); }),
-    Command(ResourceID::SubdivideAdaptive, [](IAWorkbench& workbench) { workbench.GetController().SubdivideAdaptive(); }),
+    {ResourceID::SubdivideAdaptive, Effect::ReplacesModel, [](IAWorkbench& workbench) { workbench.GetController().SubdivideAdaptive(); }},
     Command(ResourceID::ProjectSamples, [](IAWorkbench& workbench) { workbench.GetController().ProjectSamples(); }),
     Command(ResourceID::BuildInitialMesh, [](IAWorkbench& workbench) { workbench.GetController().BuildInitialMesh(); }),
     Command(ResourceID::RefineHierarchical, [](IAWorkbench& workbench) { workbench.GetController().RefineHierarchical(); }),

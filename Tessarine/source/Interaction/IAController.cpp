@@ -2,6 +2,8 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "IACommand.h"
+#include "IASetMaterialCommand.h"
+#include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
 #include "IOSaveObj.h"
@@ -141,7 +143,13 @@ void IAController::SubdivideLoop()
 
 void IAController::SubdivideAdaptive()
 {
-    RunLater(CommandID::SubAdaptive);
+    Run<IASubAdaptiveCommand>(CommandID::SubAdaptive,
+                              [this](IASubAdaptiveCommand& command)
+                              {
+                                  command.SetElementManager(&m_ElementManager);
+                                  command.SetSceneManager(&m_SceneManager);
+                                  command.SetClearModels([this] { ClearModels(); });
+                              });
 }
 
 void IAController::ProjectSamples()
@@ -186,7 +194,12 @@ void IAController::Simplify(float /*ratio*/)
 
 void IAController::SetMaterialOfSelection()
 {
-    RunLater(CommandID::SetMaterial);
+    Run<IASetMaterialCommand>(CommandID::SetMaterial,
+                              [this](IASetMaterialCommand& command)
+                              {
+                                  command.SetElementManager(&m_ElementManager);
+                                  command.SetKind(ElementKind::Solid);
+                              });
 }
 
 void IAController::GenerateSplats()

@@ -28,7 +28,7 @@ public:
 
     /// Empties the stores before an import. Lights, cut faces, materials and the list of the selection stay.
     void ResetModels();
-    /// Empties the stores of a new document.
+    /// Empties the stores of a new document, and of a model that is built anew.
     void ClearModels();
     void Redraw();
 
@@ -49,6 +49,7 @@ public:
     void ExportObj();
 
     void SubdivideLoop();
+    /// Asks for the threshold. Nothing when the user cancels.
     void SubdivideAdaptive();
     void ProjectSamples();
     void BuildInitialMesh();
@@ -60,6 +61,7 @@ public:
     void OptimizeMesh(int mode);
     /// @param ratio the share of the faces that goes, 0 to 1: the menu's "20%" is 0.8
     void Simplify(float ratio);
+    /// Opens the material dialog for a copy of the first selected solid's material.
     void SetMaterialOfSelection();
     void GenerateSplats();
     /// The three steps of the command that the last RefineTwoStep kept. Failure where there is none.
@@ -73,8 +75,8 @@ public:
 
     using ElementCheckpoint = std::optional<MANBrepElementManager::Checkpoint>;
 
-    /// Where the next ResetModels moves the elements instead of destroying them, as long as nothing is there;
-    /// null ends it.
+    /// Where the next ResetModels or ClearModels moves the elements instead of destroying them, as long as nothing
+    /// is there; null ends it.
     void SetElementsAside(ElementCheckpoint* place) { m_pElementsAside = place; }
 
     /// What a command can change here, beside the stores.

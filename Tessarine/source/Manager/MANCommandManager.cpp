@@ -5,6 +5,8 @@
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
+#include "IASetMaterialCommand.h"
+#include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
 #include <algorithm>
@@ -37,7 +39,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::CameraOrbit, "orbiting the model", Make<IACameraOrbitCommand>},
     {CommandID::CameraAround, "looking around", Make<IACameraAroundCommand>},
     {CommandID::SubLOOP, "Loop subdivision", Make<IASubLOOPCommand>},
-    {CommandID::SubAdaptive, "adaptive subdivision", nullptr},
+    {CommandID::SubAdaptive, "adaptive subdivision", Make<IASubAdaptiveCommand>},
     {CommandID::Select, "selecting elements", nullptr},
     {CommandID::DrawSplat, "drawing a splat", nullptr},
     {CommandID::GenerateSplat, "generating splats", nullptr},
@@ -52,7 +54,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::MoveVertex, "moving vertices", nullptr},
     {CommandID::MoveFace, "moving faces", nullptr},
     {CommandID::MoveSolid, "moving solids", nullptr},
-    {CommandID::SetMaterial, "setting a material", nullptr},
+    {CommandID::SetMaterial, "setting a material", Make<IASetMaterialCommand>},
 };
 }
 

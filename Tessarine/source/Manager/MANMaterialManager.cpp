@@ -17,7 +17,7 @@ MANMaterialManager::~MANMaterialManager()
 
 DSMaterial* MANMaterialManager::NewMaterial()
 {
-    return m_MaterialList.emplace_back(std::make_unique<DSMaterial>()).get();
+    return m_MaterialList.emplace_back(std::make_shared<DSMaterial>()).get();
 }
 
 DSTexture* MANMaterialManager::NewTexture()

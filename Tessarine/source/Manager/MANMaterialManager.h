@@ -44,7 +44,7 @@ public:
     DSMaterial& GetDefaultMaterial() { return m_DefaultMaterial; }
     const DSMaterial& GetDefaultMaterial() const { return m_DefaultMaterial; }
 
-    const std::vector<std::unique_ptr<DSMaterial>>& GetMaterialList() const { return m_MaterialList; }
+    const std::vector<std::shared_ptr<DSMaterial>>& GetMaterialList() const { return m_MaterialList; }
     const std::vector<std::unique_ptr<DSTexture>>& GetTextureList() const { return m_TextureList; }
     const std::vector<std::unique_ptr<DSTextureBinding>>& GetImageList() const { return m_ImageList; }
 
@@ -60,7 +60,7 @@ public:
     void Restore(Checkpoint&& checkpoint) noexcept;
 
 private:
-    std::vector<std::unique_ptr<DSMaterial>> m_MaterialList;
+    std::vector<std::shared_ptr<DSMaterial>> m_MaterialList; ///< shared with nobody: who outlives it watches
     std::vector<std::unique_ptr<DSTexture>> m_TextureList;
     std::vector<std::unique_ptr<DSTextureBinding>> m_ImageList;
     DSMaterial m_DefaultMaterial;

@@ -19,16 +19,21 @@ DSSolid* IASubCommand::GetCurrentSolid() const
     return static_cast<const MANSceneLeaf*>(children.front())->GetSolid();
 }
 
-void IASubCommand::KeepHiddenSnapshot(const DSSolid& solid)
+void IASubCommand::AddLeafOf(DSSolid* pSolid)
 {
-    DSSolid* pCopy = m_pElementManager->CreateSolid();
     MANSceneLeaf* pLeaf = m_pSceneManager->NewLeaf();
-    m_pElementManager->CopySolid(&solid, pCopy);
     MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
     ASSERT(pRoot != nullptr);
     pRoot->AddChild(pLeaf);
     pLeaf->SetParent(pRoot);
-    pLeaf->SetSolid(pCopy);
+    pLeaf->SetSolid(pSolid);
+}
+
+void IASubCommand::KeepHiddenSnapshot(const DSSolid& solid)
+{
+    DSSolid* pCopy = m_pElementManager->CreateSolid();
+    m_pElementManager->CopySolid(&solid, pCopy);
+    AddLeafOf(pCopy);
     pCopy->SetVisible(false);
 }
 }

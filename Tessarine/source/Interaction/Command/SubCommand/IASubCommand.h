@@ -20,7 +20,9 @@ protected:
     /// Null where the root has no child, or its first child no solid. Both managers must be set (asserted).
     DSSolid* GetCurrentSolid() const;
 
-    /// Puts a copy of the solid, not visible, into a new leaf behind the root's other children.
+    /// Puts the solid into a new leaf behind the root's other children.
+    void AddLeafOf(DSSolid* pSolid);
+    /// The same with a copy of the solid that is not visible.
     void KeepHiddenSnapshot(const DSSolid& solid);
 
     MANBrepElementManager* GetElementManager() const { return m_pElementManager; }

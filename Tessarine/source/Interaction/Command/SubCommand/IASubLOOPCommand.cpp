@@ -6,6 +6,7 @@
 #include "CycleGuard.h"
 #include "Failure.h"
 #include "FanCensus.h"
+#include "LoopMask.h"
 #include "MANBrepElementManager.h"
 #include "NormalSums.h"
 #include "WanderingLimit.h"
@@ -141,8 +142,7 @@ smVec3d LoopStep::FindVertexPosition(const DSVertex& vertex)
     } while (h != pStart);
     NoteTurns(vertex, n);
     m_Census.Visit(vertex);
-    const smVec3d& p = vertex.GetPosition();
-    return n <= 3 ? (1.0 - 3.0 * n / 16.0) * p + 3.0 * sum / 16.0 : 5.0 * p / 8.0 + 3.0 * sum / (8.0 * n);
+    return LoopMask::OfVertex(vertex.GetPosition(), sum, n);
 }
 
 /// The mean of the two neighbours on the rim pulls with a quarter.
@@ -211,7 +211,7 @@ smVec3d FindEdgePosition(const DSHalfEdge* h1, const DSHalfEdge* h2)
     }
     const smVec3d& c = GetStart(h2->GetPrev());
     const smVec3d& d = GetStart(h1->GetPrev());
-    return (3.0 * (a + b) + (c + d)) / 8.0;
+    return LoopMask::OfInnerEdge(a, b, c, d);
 }
 
 void LoopStep::SplitEdge(const DSEdge& edge)
