@@ -291,11 +291,11 @@ TEST_F(RouterTest, TakesTheToolsByTheirButtons)
     EXPECT_EQ(m_Console.Count("Size of current tool stack: 1"), 5);
 }
 
-TEST_F(RouterTest, PushesTheToolOfTheSplatsWhichComesLater)
+TEST_F(RouterTest, PushesTheToolOfTheSplats)
 {
-    EXPECT_EQ(GetRefusal(32836), "drawing a splat comes with a later version of Tessarine");
-    EXPECT_EQ(m_Bench.GetToolsManager().GetToolStack().size(), 1U);
-    EXPECT_EQ(m_Bench.GetToolsManager().GetCurrentTool()->GetToolID(), 0x5000001U);
+    EXPECT_TRUE(Run(32836));
+    EXPECT_EQ(m_Bench.GetToolsManager().GetToolStack().size(), 2U);
+    EXPECT_EQ(m_Bench.GetToolsManager().GetCurrentTool()->GetToolID(), 0x5000006U);
 }
 
 TEST_F(RouterTest, DropsTheSelectionWithItsTypeOnly)
