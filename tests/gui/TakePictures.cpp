@@ -150,7 +150,7 @@ TEST_F(Pictures, HoverAndPopup)
         Press(place);
         Release(place);
     }
-    const QPoint place = View().rect().center() + QPoint(10, -60);
+    const QPoint place = View().rect().center() + QPoint(110, -60);
     MoveTo(place);
     QTest::mousePress(View().windowHandle(), Qt::RightButton, {}, place);
     QTest::mouseRelease(View().windowHandle(), Qt::RightButton, {}, place);

@@ -277,6 +277,7 @@ void IAWorkbench::EndMoves(bool takeBack)
 
 void IAWorkbench::ConnectController(IAController& controller)
 {
+    ForgetPicks();
     controller.SetView(&m_View);
     controller.SetCommandManager(&m_CommandManager);
     controller.ClearModels();
@@ -284,6 +285,7 @@ void IAWorkbench::ConnectController(IAController& controller)
 
 void IAWorkbench::ImportObj()
 {
+    ForgetPicks();
     bool isAnother = false;
     {
         const CurrentFolderGuard folder;
