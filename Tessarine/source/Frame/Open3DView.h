@@ -163,7 +163,7 @@ private:
     bool IsWatched() const { return m_pSurface != nullptr && m_pSurface->IsWatched(); }
     void DrawFrame(bool isWatched, const std::function<void()>& beforeSwap);
     void DrawInContext(bool isWatched);
-    void SayLightsAlone() const;
+    void SayFrame() const;
     void ShowCounters() const;
     const DSSolid* GetFirstSolid() const;
     const DSSolid* GetLastMarkedSolid(const std::vector<std::uint32_t>& ids) const;
