@@ -40,13 +40,13 @@ public:
     /// Another place with every call, over the model.
     void MoveMouseOn()
     {
-        m_nStep = (m_nStep + 37) % 300;
-        MoveMouse(250 + m_nStep, 330);
+        m_nStep = (m_nStep + 37) % 100;
+        MoveMouse(250 + m_nStep, 350);
     }
     void PickLiterallyThere()
     {
         PickLiterally(m_Bench.GetController().GetSceneManager(), *m_Bench.GetView().GetCamera(),
-                      ElementKind::Solid, 250 + m_nStep, 330);
+                      ElementKind::Solid, 250 + m_nStep, 350);
     }
     void Choose(int id) { IACommandRouter(m_Bench).Run("menu", id); }
 
@@ -77,7 +77,7 @@ bool JudgeMotions(Table& table)
 /// A step of a solid of 500k vertices along an axis.
 bool JudgeMove(Table& table)
 {
-    table.MoveMouse(400, 450);
+    table.MoveMouse(300, 350);
     table.GetBench().SendEvent({.kind = ToolEvent::Kind::LeftButtonDown});
     if (table.GetBench().GetController().GetElementManager().GetSelectList().empty())
     {
