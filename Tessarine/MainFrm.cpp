@@ -104,6 +104,7 @@ bool CMainFrame::OnCreate()
     {
         FillMenu(*menuBar()->addMenu(menu.title), menu.items);
     }
+    CreatePopupMenus();
     if (!CreateView())
     {
         return false;
@@ -137,6 +138,17 @@ void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
             menu.addSeparator();
         }
     }
+}
+
+void CMainFrame::CreatePopupMenus()
+{
+    std::vector<QPointer<QMenu>> menus;
+    for (const MenuLine& line : GetSelectionMenus())
+    {
+        menus.emplace_back(new QMenu(line.title, this));
+        FillMenu(*menus.back(), line.items);
+    }
+    m_App.GetPlatform().SetPopupMenus(std::move(menus));
 }
 
 void CMainFrame::AddRecentFiles(QMenu& menu, const MenuLine& line)

@@ -51,6 +51,7 @@ private:
     class RunningCommand;
 
     void FillMenu(QMenu& menu, std::span<const MenuLine> lines);
+    void CreatePopupMenus();
     void AddRecentFiles(QMenu& menu, const MenuLine& line);
     void UpdateRecentFiles();
     QToolBar* CreateToolBar(int id, const QString& title, std::span<const int> buttons);

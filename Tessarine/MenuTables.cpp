@@ -80,6 +80,17 @@ constexpr MenuLine kMenuBar[] = {
     {0, "帮助(&H)", HelpMenu},
 };
 
+constexpr MenuLine VertexPopup[] = {Entry(MoveVertexX), Entry(MoveVertexY), Entry(MoveVertexZ),
+                                    Entry(MoveVertexNormal)};
+constexpr MenuLine FacePopup[] = {Entry(MoveFaceX), Entry(MoveFaceY), Entry(MoveFaceZ),
+                                  Entry(MoveFaceNormal)};
+constexpr MenuLine SolidPopup[] = {Entry(MoveSolidX), Entry(MoveSolidY), Entry(MoveSolidZ), kSeparator,
+                                   Entry(SetMaterial)};
+
+/// Nothing opens the second: edges have no operations.
+constexpr MenuLine kSelectionMenus[] = {
+    {0, "顶点操作", VertexPopup}, {0, "边操作", {}}, {0, "面操作", FacePopup}, {0, "实体操作", SolidPopup}};
+
 constexpr int kMainToolbar[] = {
     FileNew,
     FileOpen,
@@ -163,6 +174,18 @@ constexpr CommandText kCommandTexts[] = {
     {SelectFaces, "选择面", "选择面"},
     {SelectSolids, "选择实体", "选择实体"},
     {SelectTool, "选择对象", "选择"},
+    {MoveVertexX, "沿 X 轴移动所选顶点：左键确认，右键取消", nullptr},
+    {MoveVertexY, "沿 Y 轴移动所选顶点：左键确认，右键取消", nullptr},
+    {MoveVertexZ, "沿 Z 轴移动所选顶点：左键确认，右键取消", nullptr},
+    {MoveVertexNormal, "沿法向量移动所选顶点：左键确认，右键取消", nullptr},
+    {MoveFaceX, "沿 X 轴移动所选面：左键确认，右键取消", nullptr},
+    {MoveFaceY, "沿 Y 轴移动所选面：左键确认，右键取消", nullptr},
+    {MoveFaceZ, "沿 Z 轴移动所选面：左键确认，右键取消", nullptr},
+    {MoveFaceNormal, "沿法向量移动所选面：左键确认，右键取消", nullptr},
+    {MoveSolidX, "沿 X 轴移动所选实体：左键确认，右键取消", nullptr},
+    {MoveSolidY, "沿 Y 轴移动所选实体：左键确认，右键取消", nullptr},
+    {MoveSolidZ, "沿 Z 轴移动所选实体：左键确认，右键取消", nullptr},
+    {SetMaterial, "设置所选实体的材质", nullptr},
     {ShowOctree, "显示或隐藏八叉树", nullptr},
     {ShowPointCloud, "显示或隐藏点云", nullptr},
     {ShowPointNormals, "显示或隐藏点云的法向", nullptr},
@@ -181,6 +204,11 @@ constexpr CommandText kCommandTexts[] = {
 std::span<const MenuLine> GetMenuBar()
 {
     return kMenuBar;
+}
+
+std::span<const MenuLine> GetSelectionMenus()
+{
+    return kSelectionMenus;
 }
 
 std::span<const int> GetMainToolbar()

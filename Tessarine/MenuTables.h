@@ -18,6 +18,9 @@ struct MenuLine
 /// The menus from the left.
 std::span<const MenuLine> GetMenuBar();
 
+/// The sub-menus of the pop-up menu of the selection, in their order.
+std::span<const MenuLine> GetSelectionMenus();
+
 /// The buttons from the left; 0 stands for a separator.
 std::span<const int> GetMainToolbar();
 std::span<const int> GetSelectToolbar();

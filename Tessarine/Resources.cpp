@@ -11,16 +11,14 @@ namespace
 {
 using enum MenuHandler;
 
-constexpr bool kLater = true;
-
 constexpr MenuEntry Switch(int id, const char* label, std::uint32_t flag)
 {
-    return {id, label, View, false, MenuCheck::DisplayFlag, flag};
+    return {id, label, View, MenuCheck::DisplayFlag, flag};
 }
 
 constexpr MenuEntry SelectionType(int id, const char* label, std::uint32_t type)
 {
-    return {id, label, View, false, MenuCheck::SelectType, type};
+    return {id, label, View, MenuCheck::SelectType, type};
 }
 
 // clang-format off
@@ -41,7 +39,7 @@ constexpr MenuEntry kEntries[] = {
     SelectionType(ResourceID::SelectEdges, "选择边", SelectType::Edges),
     SelectionType(ResourceID::SelectFaces, "选择面", SelectType::Faces),
     SelectionType(ResourceID::SelectSolids, "选择实体", SelectType::Solids),
-    {ResourceID::SelectTool, "选择", View, false, MenuCheck::Tool, ToolID::Select},
+    {ResourceID::SelectTool, "选择", View, MenuCheck::Tool, ToolID::Select},
     {ResourceID::ShowTexture, "显示纹理", View},
     {ResourceID::BuildInitialMesh, "构造初始网格", Document},
     {ResourceID::RefineHierarchical, "层次细分算法", Document},
@@ -52,17 +50,17 @@ constexpr MenuEntry kEntries[] = {
     {ResourceID::Simplify50, "50%", Document},
     {ResourceID::Simplify80, "80%", Document},
     {ResourceID::ProjectSamples, "投影采样", Document},
-    {ResourceID::MoveVertexX, "沿 X 轴", View, kLater},
-    {ResourceID::MoveVertexY, "沿 Y 轴", View, kLater},
-    {ResourceID::MoveVertexZ, "沿 Z 轴", View, kLater},
-    {ResourceID::MoveVertexNormal, "沿法向量", View, kLater},
-    {ResourceID::MoveFaceX, "沿 X 轴", View, kLater},
-    {ResourceID::MoveFaceY, "沿 Y 轴", View, kLater},
-    {ResourceID::MoveFaceZ, "沿 Z 轴", View, kLater},
-    {ResourceID::MoveFaceNormal, "沿法向量", View, kLater},
-    {ResourceID::MoveSolidX, "沿 X 轴", View, kLater},
-    {ResourceID::MoveSolidY, "沿 Y 轴", View, kLater},
-    {ResourceID::MoveSolidZ, "沿 Z 轴", View, kLater},
+    {ResourceID::MoveVertexX, "沿 X 轴", View},
+    {ResourceID::MoveVertexY, "沿 Y 轴", View},
+    {ResourceID::MoveVertexZ, "沿 Z 轴", View},
+    {ResourceID::MoveVertexNormal, "沿法向量", View},
+    {ResourceID::MoveFaceX, "沿 X 轴", View},
+    {ResourceID::MoveFaceY, "沿 Y 轴", View},
+    {ResourceID::MoveFaceZ, "沿 Z 轴", View},
+    {ResourceID::MoveFaceNormal, "沿法向量", View},
+    {ResourceID::MoveSolidX, "沿 X 轴", View},
+    {ResourceID::MoveSolidY, "沿 Y 轴", View},
+    {ResourceID::MoveSolidZ, "沿 Z 轴", View},
     Switch(ResourceID::ShowPointNormals, "显示点云法向", DisplayFlag::PointNormals),
     Switch(ResourceID::VertexNormals, "点法向模式", DisplayFlag::SmoothShading),
     Switch(ResourceID::FaceNormals, "面法向模式", DisplayFlag::FlatShading),
@@ -71,7 +69,7 @@ constexpr MenuEntry kEntries[] = {
     Switch(ResourceID::ShowProjectionLines, "显示投影线", DisplayFlag::ProjectionLines),
     Switch(ResourceID::ShowNewMesh, "显示新网格", DisplayFlag::NewMesh),
     {ResourceID::TwoStepFirst, "两步对应第一步", Document},
-    {ResourceID::ShowOriginalModel, "显示原模型", View, false, MenuCheck::OriginalModel},
+    {ResourceID::ShowOriginalModel, "显示原模型", View, MenuCheck::OriginalModel},
     {ResourceID::RefineIncremental, "递增连接算法", Document},
     {ResourceID::RefineTwoStep, "两步对应算法", Document},
     {ResourceID::AspectRatio, "纵横比", None},

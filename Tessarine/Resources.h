@@ -29,7 +29,6 @@ struct MenuEntry
     int id;
     const char* label;
     MenuHandler handler;
-    bool comesLater = false; ///< this version refuses it with a message
     MenuCheck check = MenuCheck::None;
     std::uint32_t checkValue = 0;
 };

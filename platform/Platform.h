@@ -54,6 +54,10 @@ public:
     /// Gives the view the ordinary arrow.
     virtual void SetArrowCursor() = 0;
 
+    /// Shows a sub-menu of the selection's pop-up menu, counted from 0, at a pixel of the view's client area. It
+    /// stays open behind this call; what the user chooses there comes back as a command.
+    virtual void ShowPopupMenu(int subMenu, int x, int y) = 0;
+
     /// A new surface of the view's size, which must not outlive the platform. Throws GLSurfaceError.
     virtual std::unique_ptr<GLSurface> CreateGLSurface() = 0;
 };

@@ -23,6 +23,15 @@ public:
         friend bool operator==(const Message&, const Message&) = default;
     };
 
+    /// A pop-up menu: which, and at which pixel.
+    struct Popup
+    {
+        int subMenu = 0;
+        int x = 0;
+        int y = 0;
+        friend bool operator==(const Popup&, const Popup&) = default;
+    };
+
     HeadlessPlatform();
 
     void ShowMessage(const std::string& title, const std::string& text) override;
@@ -35,6 +44,7 @@ public:
     void SetPaneText(int pane, const std::string& text) override;
     void SetCursorFromFile(const std::string& name) override { m_strCursor = name; }
     void SetArrowCursor() override { m_strCursor.clear(); }
+    void ShowPopupMenu(int subMenu, int x, int y) override { m_Popups.push_back({subMenu, x, y}); }
     std::unique_ptr<GLSurface> CreateGLSurface() override;
 
     /// The size of the view in pixels, for the surfaces that there are and those to come.
@@ -55,6 +65,9 @@ public:
 
     /// What was shown so far, oldest first.
     const std::vector<Message>& GetMessages() const { return m_Messages; }
+
+    /// The pop-up menus so far, oldest first. None of them is open.
+    const std::vector<Popup>& GetPopups() const { return m_Popups; }
 
     /// What the file dialogs asked so far, oldest first.
     const std::vector<FileQuestion>& GetFileQuestions() const { return m_FileQuestions; }
@@ -80,6 +93,7 @@ private:
     std::string m_strCursor;
     OffscreenView m_OffscreenView;
     std::vector<Message> m_Messages;
+    std::vector<Popup> m_Popups;
     std::vector<FileQuestion> m_FileQuestions;
 };
 }

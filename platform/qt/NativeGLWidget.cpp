@@ -55,4 +55,9 @@ QPoint NativeGLWidget::ToPixels(const QPointF& place) const
 {
     return (place * devicePixelRatioF()).toPoint();
 }
+
+QPoint NativeGLWidget::FromPixels(QPoint pixel) const
+{
+    return (QPointF(pixel) / devicePixelRatioF()).toPoint();
+}
 }

@@ -23,5 +23,6 @@ public:
     QSize GetPixelSize() const;
     /// A place in the widget, in the same pixels.
     QPoint ToPixels(const QPointF& place) const;
+    QPoint FromPixels(QPoint pixel) const;
 };
 }

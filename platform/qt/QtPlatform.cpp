@@ -13,7 +13,6 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPixmap>
-#include <vector>
 
 namespace tessarine
 {
@@ -224,6 +223,15 @@ void QtPlatform::SetArrowCursor()
     if (m_pView != nullptr)
     {
         m_pView->setCursor(Qt::ArrowCursor);
+    }
+}
+
+void QtPlatform::ShowPopupMenu(int subMenu, int x, int y)
+{
+    const auto index = static_cast<std::size_t>(subMenu);
+    if (m_pView != nullptr && index < m_PopupMenus.size() && m_PopupMenus[index] != nullptr)
+    {
+        m_PopupMenus[index]->popup(m_pView->mapToGlobal(m_pView->FromPixels({x, y})));
     }
 }
 

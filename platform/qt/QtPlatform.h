@@ -2,10 +2,12 @@
 #include "NativeGLWidget.h"
 #include "Platform.h"
 #include <QLabel>
+#include <QMenu>
 #include <QPointer>
 #include <array>
 #include <optional>
 #include <string>
+#include <vector>
 
 class QDialog;
 class QFileDialog;
@@ -29,12 +31,15 @@ public:
     void SetPaneText(int pane, const std::string& text) override;
     void SetCursorFromFile(const std::string& name) override;
     void SetArrowCursor() override;
+    void ShowPopupMenu(int subMenu, int x, int y) override;
     std::unique_ptr<GLSurface> CreateGLSurface() override;
 
     /// Whose boxes and dialogs they are.
     void SetMainWindow(QWidget* window) { m_pMainWindow = window; }
     /// Where GL draws, and the cursor shows.
     void SetView(NativeGLWidget* view) { m_pView = view; }
+    /// The sub-menus of the selection's pop-up menu.
+    void SetPopupMenus(std::vector<QPointer<QMenu>> menus) { m_PopupMenus = std::move(menus); }
     void SetPane(int pane, QLabel* label) { m_Panes.at(static_cast<std::size_t>(pane)) = label; }
 
     /// Answers the next file dialog without showing it.
@@ -59,6 +64,7 @@ private:
     QPointer<QWidget> m_pMainWindow;
     QPointer<NativeGLWidget> m_pView;
     std::array<QPointer<QLabel>, kPaneCount> m_Panes;
+    std::vector<QPointer<QMenu>> m_PopupMenus;
     std::optional<std::filesystem::path> m_FileAnswer;
     bool m_bAsking = false;
 };

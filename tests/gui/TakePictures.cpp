@@ -128,6 +128,48 @@ TEST_F(Pictures, GridAndAxes)
     Take("grid-and-axes");
 }
 
+TEST_F(Pictures, Selection)
+{
+    ImportPebble();
+    const QPoint place = View().rect().center() + QPoint(20, -15);
+    const std::pair<int, const char*> types[] = {{ResourceID::SelectVertices, "selected-vertex"},
+                                                 {ResourceID::SelectEdges, "selected-edge"},
+                                                 {ResourceID::SelectFaces, "selected-face"},
+                                                 {ResourceID::SelectSolids, "selected-solid"}};
+    for (const auto& [type, name] : types)
+    {
+        Camera().SetLookAt({1.3, 0.75, 1.3}, {0, 0, 0}, {0, 1, 0});
+        ClickButton(type);
+        MoveTo(place);
+        Press(place);
+        Release(place);
+        Take(name); // with the pointer away, so that the hover mark is away, too
+    }
+}
+
+TEST_F(Pictures, HoverAndPopup)
+{
+    ImportPebble();
+    Camera().SetLookAt({1.3, 0.75, 1.3}, {0, 0, 0}, {0, 1, 0});
+    ClickButton(ResourceID::SelectFaces);
+    for (const QPoint off : {QPoint(0, 0), QPoint(40, 10), QPoint(-60, 20)})
+    {
+        const QPoint place = View().rect().center() + off;
+        MoveTo(place);
+        Press(place);
+        Release(place);
+    }
+    const QPoint place = View().rect().center() + QPoint(110, -60);
+    MoveTo(place);
+    QTest::mousePress(View().windowHandle(), Qt::RightButton, {}, place);
+    QTest::mouseRelease(View().windowHandle(), Qt::RightButton, {}, place);
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(popup));
+    TakeWithPointer("popup");
+    popup->close();
+}
+
 TEST_F(Pictures, Menus)
 {
     ImportPebble();

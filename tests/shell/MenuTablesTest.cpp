@@ -104,6 +104,25 @@ TEST(MenuTables, ReachEveryEntryOnceBesideThePopUp)
     }
 }
 
+TEST(MenuTables, HaveAPopUpForEachTypeOfSelectionButEdges)
+{
+    const std::vector<int> expected[] = {
+        {32806, 32807, 32808, 32809}, {}, {32810, 32811, 32812, 32813}, {32814, 32815, 32816, 32833}};
+    const char* const titles[] = {"顶点操作", "边操作", "面操作", "实体操作"};
+    ASSERT_EQ(GetSelectionMenus().size(), 4U);
+    for (std::size_t i = 0; i < 4; ++i)
+    {
+        EXPECT_STREQ(GetSelectionMenus()[i].title, titles[i]);
+        std::multiset<int> ids;
+        CollectIds(GetSelectionMenus()[i].items, ids);
+        EXPECT_EQ(std::vector<int>(ids.begin(), ids.end()), expected[i]);
+        for (const int id : ids)
+        {
+            EXPECT_NE(FindCommandText(id), nullptr) << id;
+        }
+    }
+}
+
 TEST(MenuTables, GatherTheOverlaysInTheirMenu)
 {
     const MenuLine* menu = FindMenu("重构辅助显示(&A)");

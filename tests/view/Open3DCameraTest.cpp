@@ -65,6 +65,14 @@ TEST(Camera, RefusesAnUpVectorAlongTheView)
     ExpectRefused(smVec3d(0.0, 5.0, 0.0), smVec3d(0.0, 0.0, 0.0), smVec3d(0.0, 1.0, 0.0));
 }
 
+TEST(Camera, RefusesAnUpVectorThatOnlyRoundingLeadsOffTheView)
+{
+    const smVec3d view(0.1, 0.7, 0.3);
+    const smVec3d up = view * 1.1 * 1e6; // its cross product with the view is not quite zero
+    EXPECT_GT(up.Cross(view).Length(), 0.0);
+    ExpectRefused(view, smVec3d(0.0, 0.0, 0.0), up);
+}
+
 TEST(Camera, RefusesAnEyeOnTheTarget)
 {
     ExpectRefused(smVec3d(1.0, 2.0, 3.0), smVec3d(1.0, 2.0, 3.0), smVec3d(0.0, 1.0, 0.0));
@@ -81,6 +89,18 @@ TEST(Camera, RefusesNumbersThatAreNone)
     ExpectRefused(smVec3d(none, 2.0, 3.0), smVec3d(0.0, 0.0, 0.0), smVec3d(0.0, 1.0, 0.0));
     // The squares of these are beyond the largest double.
     ExpectRefused(smVec3d(1e200, 2.0, 3.0), smVec3d(0.0, 0.0, 0.0), smVec3d(0.0, 1.0, 0.0));
+}
+
+TEST(Camera, TakesAPixelToTheNearPlane)
+{
+    Open3DCamera camera;
+    camera.SetLookAt(smVec3d(0.0, 0.0, 5.0), smVec3d(0.0, 0.0, 0.0), smVec3d(0.0, 1.0, 0.0));
+    camera.SetSize(200, 100);
+    const double near = 0.1F;
+    const double high = near * std::tan(45.0 * (3.1415926535 / 180.0) / 2.0);
+    EXPECT_EQ(camera.ScreenToNearPlane(100, 50), smVec3d(0.0, 0.0, 5.0 - near));
+    ExpectNear(camera.ScreenToNearPlane(0, 0), smVec3d(-2.0 * high, high, 5.0 - near));
+    ExpectNear(camera.ScreenToNearPlane(150, 75), smVec3d(high, -high / 2.0, 5.0 - near));
 }
 
 TEST(Camera, TakesItsAspectFromTheSize)

@@ -22,6 +22,9 @@ public:
     ///         and the camera stays as it was.
     void SetLookAt(const smVec3d& position, const smVec3d& target, const smVec3d& up);
 
+    /// The point of the near plane under a pixel of the view, which must have an area.
+    smVec3d ScreenToNearPlane(int x, int y) const;
+
     /// Near plane; also the smallest distance of a zoom.
     float GetNear() const { return m_fNear; }
     void SetNear(float distance) { m_fNear = distance; }

@@ -6,6 +6,7 @@
 #include "MANSceneManager.h"
 #include "MarkDrawer.h"
 #include "Open3DFrame.h"
+#include "OverlayDrawer.h"
 #include "Platform.h"
 #include <GL/gl.h>
 #include <utility>
@@ -147,7 +148,19 @@ void Open3DView::Resize(int x, int y, int width, int height)
 
 void Open3DView::Redraw()
 {
-    DrawFrame(m_pSurface != nullptr && m_pSurface->IsWatched(), [] {});
+    DrawFrame(IsWatched(), [] {});
+}
+
+void Open3DView::RedrawUnder(const std::array<smVec3d, 4>& quad)
+{
+    DrawFrame(IsWatched(),
+              [&]
+              {
+                  if (IsWatched())
+                  {
+                      DrawQuad(quad);
+                  }
+              });
 }
 
 Image Open3DView::TakePicture()

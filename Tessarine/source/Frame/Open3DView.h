@@ -6,6 +6,7 @@
 #include "Open3DCamera.h"
 #include "smVec3d.h"
 #include "smVec3f.h"
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -70,6 +71,9 @@ public:
     /// Of a frame that nobody sees (GLSurface::IsWatched) only what outlives it is done: GL's state and the
     /// console's lines.
     void Redraw();
+
+    /// The same with the outline of a quadrilateral over it, for this frame.
+    void RedrawUnder(const std::array<smVec3d, 4>& quad);
 
     /// One whole frame, read before it is shown. Three components a pixel.
     ///
@@ -156,6 +160,7 @@ private:
     void ToggleShading(std::uint32_t flag, std::uint32_t other);
     bool HasFlag(std::uint32_t flag) const { return (m_nDisplayFlags & flag) != 0; }
 
+    bool IsWatched() const { return m_pSurface != nullptr && m_pSurface->IsWatched(); }
     void DrawFrame(bool isWatched, const std::function<void()>& beforeSwap);
     void DrawInContext(bool isWatched);
     void SayFrame() const;

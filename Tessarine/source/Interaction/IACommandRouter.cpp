@@ -1,5 +1,7 @@
 #include "IACommandRouter.h"
 #include "Failure.h"
+#include "IAMoveCommand.h"
+#include "IAMoveTool.h"
 #include "IAWorkbench.h"
 #include "Platform.h"
 #include "Resources.h"
@@ -56,6 +58,33 @@ constexpr Route SelectionType(int id)
                   });
 }
 
+/// Along an axis or the normal, until a click.
+void PushMoveTool(IAWorkbench& workbench, unsigned toolID, const smVec3d& direction)
+{
+    MANToolsManager& tools = workbench.GetToolsManager();
+    auto* tool = static_cast<IAMoveTool*>(tools.FindTool(toolID));
+    tool->SetDirection(direction);
+    tools.PushTool(tool);
+}
+
+enum class Way
+{
+    AlongX,
+    AlongY,
+    AlongZ,
+    AlongNormal
+};
+
+constexpr smVec3d kDirections[] = {
+    {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}, IAMoveCommand::kAlongNormal};
+
+template <unsigned toolID, Way way>
+constexpr Route Move(int id)
+{
+    return OfView(id, [](IAWorkbench& workbench)
+                  { PushMoveTool(workbench, toolID, kDirections[static_cast<int>(way)]); });
+}
+
 void PushDrawSplatTool(IAWorkbench& workbench)
 {
     MANToolsManager& tools = workbench.GetToolsManager();
@@ -82,6 +111,17 @@ constexpr Route kRoutes[] = {
     Tool<ToolID::Zoom>(ResourceID::ZoomTool),
     Tool<ToolID::Select>(ResourceID::SelectTool),
     OfView(ResourceID::DrawSplatTool, PushDrawSplatTool),
+    Move<ToolID::MoveVertex, Way::AlongX>(ResourceID::MoveVertexX),
+    Move<ToolID::MoveVertex, Way::AlongY>(ResourceID::MoveVertexY),
+    Move<ToolID::MoveVertex, Way::AlongZ>(ResourceID::MoveVertexZ),
+    Move<ToolID::MoveVertex, Way::AlongNormal>(ResourceID::MoveVertexNormal),
+    Move<ToolID::MoveFace, Way::AlongX>(ResourceID::MoveFaceX),
+    Move<ToolID::MoveFace, Way::AlongY>(ResourceID::MoveFaceY),
+    Move<ToolID::MoveFace, Way::AlongZ>(ResourceID::MoveFaceZ),
+    Move<ToolID::MoveFace, Way::AlongNormal>(ResourceID::MoveFaceNormal),
+    Move<ToolID::MoveSolid, Way::AlongX>(ResourceID::MoveSolidX),
+    Move<ToolID::MoveSolid, Way::AlongY>(ResourceID::MoveSolidY),
+    Move<ToolID::MoveSolid, Way::AlongZ>(ResourceID::MoveSolidZ),
     SelectionType<SelectType::Vertices>(ResourceID::SelectVertices),
     SelectionType<SelectType::Edges>(ResourceID::SelectEdges),
     SelectionType<SelectType::Faces>(ResourceID::SelectFaces),
@@ -143,8 +183,7 @@ const Route* FindRoute(int id)
     const std::string_view label = entry->label;
     const std::string name =
         "\"" + std::string(label.substr(0, label.find('\t'))) + "\" (" + std::to_string(id) + ")";
-    throw Failure(entry->comesLater ? name + " comes with a later version of Tessarine"
-                                    : name + " is disabled");
+    throw Failure(name + " is disabled");
 }
 
 bool IsFirstModelVisible(const IAController& controller)

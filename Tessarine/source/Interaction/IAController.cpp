@@ -76,13 +76,13 @@ void IAController::Redraw()
     m_pView->Redraw();
 }
 
-void IAController::ImportObj()
+bool IAController::ImportObj()
 {
     const auto path =
         GetPlatform().AskOpenFile({"Wavefront OBJ(*.obj)|*.obj||所有文件(*.*)|*.*||", kObjExtension});
     if (!path)
     {
-        return;
+        return false;
     }
     if (!HasObjExtension(path->filename().string()))
     {
@@ -91,6 +91,7 @@ void IAController::ImportObj()
     IOLoadObj reader(&m_SceneManager, &m_ElementManager);
     ResetModels();
     reader.Load(path->string());
+    return true;
 }
 
 void IAController::ExportObj()

@@ -41,8 +41,9 @@ public:
     /// Asks for an OBJ file and puts its model in the place of the current one. Nothing when the user
     /// cancels.
     ///
+    /// @return whether there is another model now
     /// Fails   A name that ends in neither ".obj" nor ".OBJ" gives a message box; the models are untouched.
-    void ImportObj();
+    bool ImportObj();
     /// Asks for a name and writes the visible solids there.
     ///
     /// Kept    The file lands in the folder that the dialog made the current one.

@@ -4,7 +4,10 @@
 #include "Console.h"
 #include "Failure.h"
 #include "File.h"
+#include "IAMoveTool.h"
+#include "IASelectTool.h"
 #include "Platform.h"
+#include <algorithm>
 #include <exception>
 #include <new>
 
@@ -150,6 +153,20 @@ int IAWorkbench::CreateView()
 
 bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
 {
+    ForgetPicks();
+    return RunOperation(operation, effect, action);
+}
+
+/// Whatever changes the model passes the boundary. So what the select tool keeps of it holds from one of its own
+/// events to the next, and no longer.
+void IAWorkbench::ForgetPicks()
+{
+    static_cast<IASelectTool*>(m_ToolsManager.FindTool(ToolID::Select))->ForgetModel();
+}
+
+bool IAWorkbench::RunOperation(const std::string& operation, Effect effect,
+                               const std::function<void()>& action)
+{
     BeginAssertionReports();
     const bool done = RunOrRestore(operation, effect, action);
     if (!done && effect != Effect::None)
@@ -198,7 +215,17 @@ void IAWorkbench::RedrawAfterFailure() noexcept
 
 bool IAWorkbench::SendEvent(const ToolEvent& event)
 {
-    return Perform(GetName(event.kind), Effect::None, [&] { PassToTool(event); });
+    if (!IsSelectToolOnTop())
+    {
+        ForgetPicks();
+    }
+    return RunOperation(GetName(event.kind), Effect::None, [&] { PassToTool(event); });
+}
+
+bool IAWorkbench::IsSelectToolOnTop() const
+{
+    const IATool* tool = m_ToolsManager.GetCurrentTool();
+    return tool != nullptr && tool->GetToolID() == ToolID::Select;
 }
 
 void IAWorkbench::PassToTool(const ToolEvent& event)
@@ -221,11 +248,32 @@ void IAWorkbench::NewDocument()
     auto controller = std::make_unique<IAController>();
     ConnectController(*controller);
     m_View.Redraw();
+    EndMoves(true); // nothing can fail any more, and the old model is still there
     m_pController = std::move(controller);
+}
+
+/// Takes the tools off the stack down to the lowest whose move is under way.
+void IAWorkbench::EndMoves(bool takeBack)
+{
+    const auto isUnderWay = [](IATool* tool)
+    {
+        const auto* move = dynamic_cast<IAMoveTool*>(tool);
+        return move != nullptr && move->IsUnderWay();
+    };
+    const std::vector<IATool*>& stack = m_ToolsManager.GetToolStack();
+    while (std::any_of(stack.begin(), stack.end(), isUnderWay))
+    {
+        if (isUnderWay(stack.back()))
+        {
+            static_cast<IAMoveTool*>(stack.back())->End(takeBack);
+        }
+        m_ToolsManager.PopTool();
+    }
 }
 
 void IAWorkbench::ConnectController(IAController& controller)
 {
+    ForgetPicks();
     controller.SetView(&m_View);
     controller.SetCommandManager(&m_CommandManager);
     controller.ClearModels();
@@ -233,11 +281,17 @@ void IAWorkbench::ConnectController(IAController& controller)
 
 void IAWorkbench::ImportObj()
 {
+    ForgetPicks();
+    bool isAnother = false;
     {
         const CurrentFolderGuard folder;
-        m_pController->ImportObj();
+        isAnother = m_pController->ImportObj();
     }
     m_pController->Redraw();
+    if (isAnother)
+    {
+        EndMoves(false); // what it moved is gone
+    }
 }
 
 void IAWorkbench::ExportObj()

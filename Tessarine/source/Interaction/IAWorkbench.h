@@ -48,16 +48,18 @@ public:
     /// @return whether it ran to its end
     bool Perform(const std::string& operation, Effect effect, const std::function<void()>& action);
 
-    /// Passes an event of the view to the tool on top, through Perform.
+    /// Passes an event of the view to the tool on top, through the same boundary.
     /// @return whether the tool ran to its end
     bool SendEvent(const ToolEvent& event);
 
     // What follows throws, and is to be run through Perform.
 
-    /// A fresh controller takes the place of the old one; camera, display flags and history stay.
+    /// A fresh controller takes the place of the old one; camera, display flags and history stay. A move that is
+    /// under way is taken back.
     void NewDocument();
 
-    /// Effect::ReplacesModel. The controller's ImportObj; the current folder is afterwards what it was.
+    /// Effect::ReplacesModel. The controller's ImportObj; the current folder is afterwards what it was. A move that
+    /// is under way ends where there is another model.
     void ImportObj();
     /// Effect::None. The same for ExportObj.
     void ExportObj();
@@ -70,6 +72,10 @@ public:
 
 private:
     void PassToTool(const ToolEvent& event);
+    bool IsSelectToolOnTop() const;
+    void ForgetPicks();
+    void EndMoves(bool takeBack);
+    bool RunOperation(const std::string& operation, Effect effect, const std::function<void()>& action);
     bool RunOrRestore(const std::string& operation, Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
     void RedrawAfterFailure() noexcept;

@@ -5,6 +5,11 @@
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
+#include "IADrawSplatCommand.h"
+#include "IAMoveFaceCommand.h"
+#include "IAMoveSolidCommand.h"
+#include "IAMoveVertexCommand.h"
+#include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
@@ -40,8 +45,8 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::CameraAround, "looking around", Make<IACameraAroundCommand>},
     {CommandID::SubLOOP, "Loop subdivision", Make<IASubLOOPCommand>},
     {CommandID::SubAdaptive, "adaptive subdivision", Make<IASubAdaptiveCommand>},
-    {CommandID::Select, "selecting elements", nullptr},
-    {CommandID::DrawSplat, "drawing a splat", nullptr},
+    {CommandID::Select, "selecting elements", Make<IASelectCommand>},
+    {CommandID::DrawSplat, "drawing a splat", Make<IADrawSplatCommand>},
     {CommandID::GenerateSplat, "generating splats", nullptr},
     {CommandID::Projection, "projection sampling", nullptr},
     {CommandID::Reconstruction, "building the initial mesh", nullptr},
@@ -51,9 +56,9 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
     {CommandID::Simplify, "simplification", nullptr},
     {CommandID::RefineMesh, "mesh optimisation", nullptr},
-    {CommandID::MoveVertex, "moving vertices", nullptr},
-    {CommandID::MoveFace, "moving faces", nullptr},
-    {CommandID::MoveSolid, "moving solids", nullptr},
+    {CommandID::MoveVertex, "moving vertices", Make<IAMoveVertexCommand>},
+    {CommandID::MoveFace, "moving faces", Make<IAMoveFaceCommand>},
+    {CommandID::MoveSolid, "moving solids", Make<IAMoveSolidCommand>},
     {CommandID::SetMaterial, "setting a material", Make<IASetMaterialCommand>},
 };
 }

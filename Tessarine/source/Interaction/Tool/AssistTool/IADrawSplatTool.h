@@ -4,18 +4,30 @@
 
 namespace tessarine
 {
-class IACommand;
+class IADrawSplatCommand;
 
-/// Draws a rectangle on the screen. Its command comes with a later version: until then Enter says so.
+/// Draws a splat: a line between two pixels, from where the left button goes down to where it comes up. While it
+/// is down the splat shows over the frame.
 class IADrawSplatTool : public IATool
 {
 public:
+    IADrawSplatTool();
     ~IADrawSplatTool() override;
-    /// Makes the command. Fails as MANCommandManager::CreateCommand does.
     void Enter() override;
     void Leave() override;
+    void OnLButtonDown(int x, int y, unsigned flags) override;
+    void OnLButtonUp(int x, int y, unsigned flags) override;
+    void OnMouseMove(int x, int y, unsigned flags) override;
 
 private:
-    std::unique_ptr<IACommand> m_pCommand;
+    enum class State
+    {
+        Idle,
+        Ready,
+        Dragging
+    };
+
+    State m_nState = State::Idle;
+    std::unique_ptr<IADrawSplatCommand> m_pCommand;
 };
 }

@@ -1,11 +1,41 @@
 #pragma once
+#include "FaceRuns.h"
 #include "IATool.h"
+#include <memory>
 
 namespace tessarine
 {
-/// The tool of the start, which shall pick and select what is under the mouse. Picking comes with a later
-/// version: until then it answers no event.
+class IASelectCommand;
+
+/// The tool of the start. What is under the mouse gets the hover mark with each motion; a left click selects it, or
+/// takes it out of the selection; a right click opens the pop-up menu of the selection's type.
+///
+/// A click goes by the last motion, not by its own position. The list of the hover mark stays when the tool
+/// leaves.
 class IASelectTool : public IATool
 {
+public:
+    IASelectTool();
+    ~IASelectTool() override;
+    void Enter() override;
+    void Leave() override;
+    /// Fails   An element that is gone by now gives a message box, and nothing is selected.
+    void OnLButtonDown(int x, int y, unsigned flags) override;
+    void OnRButtonDown(int x, int y, unsigned flags) override;
+    void OnMouseMove(int x, int y, unsigned flags) override;
+
+    /// Something may change the model: what was kept of it since the last motion goes.
+    void ForgetModel() { m_FaceRuns.Clear(); }
+
+private:
+    enum class State
+    {
+        Idle = 0,
+        Ready = 4
+    };
+
+    State m_nState = State::Idle;
+    FaceRuns m_FaceRuns;
+    std::unique_ptr<IASelectCommand> m_pCommand;
 };
 }
