@@ -31,11 +31,10 @@ TEST(DatasetImages, ComeBackByteForByte)
 
 TEST(DatasetImages, HaveThreeComponentsWhateverTheFileHas)
 {
-    const TemporaryCurrentFolder folder;
-    WriteImage({2, 1, 1, {7, 9}}, "grey.png");
-    WriteImage({1, 1, 4, {1, 2, 3, 100}}, "alpha.png");
-    EXPECT_THAT(ReadThreeComponents("grey.png").pixels, ElementsAre(7, 7, 7, 9, 9, 9));
-    EXPECT_THAT(ReadThreeComponents("alpha.png").pixels, ElementsAre(1, 2, 3));
+    EXPECT_THAT(WithThreeComponents({2, 1, 1, {7, 9}}).pixels, ElementsAre(7, 7, 7, 9, 9, 9));
+    EXPECT_THAT(WithThreeComponents({1, 1, 2, {7, 100}}).pixels, ElementsAre(7, 7, 7));
+    EXPECT_THAT(WithThreeComponents({1, 1, 4, {1, 2, 3, 100}}).pixels, ElementsAre(1, 2, 3));
+    EXPECT_THAT(WithThreeComponents({1, 1, 3, {1, 2, 3}}).pixels, ElementsAre(1, 2, 3));
 }
 
 TEST(DatasetImages, MustHaveTheSizeThatTheCameraFileSays)

@@ -10,6 +10,12 @@ std::string DescribeSize(int width, int height)
 {
     return std::to_string(width) + " x " + std::to_string(height);
 }
+}
+
+std::string GetDatasetImageName(const std::string& folder, int number)
+{
+    return folder + std::to_string(number) + ".bmp";
+}
 
 Image WithThreeComponents(Image image)
 {
@@ -30,22 +36,11 @@ Image WithThreeComponents(Image image)
     }
     return converted;
 }
-}
-
-std::string GetDatasetImageName(const std::string& folder, int number)
-{
-    return folder + std::to_string(number) + ".bmp";
-}
-
-Image ReadThreeComponents(const std::string& name)
-{
-    return WithThreeComponents(ReadImage(ResolveForReading(name)));
-}
 
 Image ReadDatasetImage(const std::string& folder, int number, int width, int height)
 {
     const std::string name = GetDatasetImageName(folder, number);
-    Image image = ReadThreeComponents(name);
+    Image image = WithThreeComponents(ReadImage(ResolveForReading(name)));
     if (image.width != width || image.height != height)
     {
         throw Failure(ResolveForReading(name).string() + " is " + DescribeSize(image.width, image.height) +

@@ -11,8 +11,8 @@ std::string GetDatasetImageName(const std::string& folder, int number);
 /// Throws FileError; Failure, naming both, where its size is not the one that the camera file tells.
 Image ReadDatasetImage(const std::string& folder, int number, int width, int height);
 
-/// Any image with three components. Throws FileError.
-Image ReadThreeComponents(const std::string& name);
+/// The image with three components: grey three times, and no alpha.
+Image WithThreeComponents(Image image);
 
 /// Throws FileError.
 void WriteDatasetImage(const Image& image, const std::string& folder, int number);

@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "IACommand.h"
+#include "IAProjectionCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
 #include "IOSaveObj.h"
@@ -146,7 +147,8 @@ void IAController::SubdivideAdaptive()
 
 void IAController::ProjectSamples()
 {
-    RunLater(CommandID::Projection);
+    Run<IAProjectionCommand>(CommandID::Projection,
+                             [this](IAProjectionCommand& command) { command.SetView(m_pView); });
 }
 
 void IAController::BuildInitialMesh()

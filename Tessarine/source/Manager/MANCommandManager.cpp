@@ -5,6 +5,7 @@
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
+#include "IAProjectionCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
 #include <algorithm>
@@ -41,7 +42,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::Select, "selecting elements", nullptr},
     {CommandID::DrawSplat, "drawing a splat", nullptr},
     {CommandID::GenerateSplat, "generating splats", nullptr},
-    {CommandID::Projection, "projection sampling", nullptr},
+    {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
     {CommandID::Reconstruction, "building the initial mesh", nullptr},
     {CommandID::Smooth, "hierarchical refinement", nullptr},
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
