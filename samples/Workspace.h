@@ -13,8 +13,8 @@ struct WorkspaceSize
 
 /// Writes a folder to work in, with everything that the reconstruction reads; the same bytes everywhere.
 ///
-/// box.obj, bunny.obj, dragon.obj, horse.obj, man.obj  closed models in the unit cube; the bunny is textured
-/// data/NAME.txta             points of the first four, in the same boxes
+/// NAME.obj                   closed models in the unit cube: box, bunny (textured), dragon, horse, man
+/// data/NAME.txta             points of all but the man, in the same boxes
 /// data/bunny                 cameras and silhouettes of 90 views, on a plane from -1.2 to 1.2
 /// data/man.data              labelled points, in a frame of their own, to be sampled into the folder data1
 /// data/man                   four silhouettes, three with the line of a cut, on a plane from -2 to 2
