@@ -29,7 +29,8 @@ std::string FormatPoint(const smVec3d& p)
     return Decimal(p.x) + ' ' + Decimal(p.y) + ' ' + Decimal(p.z) + '\n';
 }
 
-/// @param material  one that covers the model, from the library of the same name; empty for none
+/// @param material  one that covers the model, from the library of the same name; empty for none. It is named
+///                  for each face anew, as an import gives it to the first face behind a line alone
 std::string FormatObj(const ShapeMesh& mesh, const std::string& material)
 {
     std::string text = material.empty() ? "" : "mtllib " + material + ".mtl\n";
@@ -47,11 +48,10 @@ std::string FormatObj(const ShapeMesh& mesh, const std::string& material)
         {
             text += "vt " + Decimal(0.5 + 0.45 * point.x) + ' ' + Decimal(0.5 + 0.45 * point.y) + '\n';
         }
-        text += "usemtl " + material + '\n';
     }
     for (const auto& triangle : mesh.triangles)
     {
-        text += 'f';
+        text += (material.empty() ? "" : "usemtl " + material + '\n') + 'f';
         for (const int index : triangle)
         {
             const std::string number = std::to_string(index + 1);
