@@ -31,7 +31,7 @@ bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
 
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
 {
-    return run.Perform(Effect::None, [&run] { run.GetWorkbench().NewDocument(); });
+    return run.Perform(Effect::ReplacesDocument, [&run] { run.GetWorkbench().NewDocument(); });
 }
 
 bool RunImport(BatchRun& run, const Arguments& arguments)

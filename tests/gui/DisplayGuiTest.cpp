@@ -1,6 +1,7 @@
 #include "DisplayFlag.h"
 #include "GuiTest.h"
 #include "Image.h"
+#include "OCTNODE.h"
 #include "resource.h"
 #include <QAction>
 #include <algorithm>
@@ -47,7 +48,8 @@ TEST_F(DisplayGuiTest, SamplesWholeImagesWhateverItsSize)
     EXPECT_THAT(GetMessages(), testing::IsEmpty());
     const Image first = ReadImage("data1/1.bmp");
     EXPECT_EQ(first.width, 800);
-    EXPECT_EQ(std::count(first.pixels.begin(), first.pixels.end(), 255), 3 * 2 * 36); // two points of 6 x 6 pixels
+    EXPECT_EQ(std::count(first.pixels.begin(), first.pixels.end(), 255),
+              3 * 2 * 36); // two points of 6 x 6 pixels
     EXPECT_TRUE(m_Folder.Has("data1/90.bmp"));
     EXPECT_EQ(GrabView(), before);
 }
@@ -93,6 +95,19 @@ TEST_F(DisplayGuiTest, ReportsAnOctreeThatIsNotThereAndLeavesTheFlag)
     EXPECT_EQ(GetMessages().size(), 1U);
     EXPECT_EQ(Flags(), before);
     EXPECT_FALSE(Action(ResourceID::ShowOctree).isChecked());
+}
+
+TEST_F(DisplayGuiTest, ShowsAnOctreeAndItsCheckMark)
+{
+    const OCTNODE octree;
+    GLView().SetOctree(&octree);
+    const std::uint32_t before = Flags();
+    ChooseFromMenu(ResourceID::ShowOctree);
+    EXPECT_EQ(Flags(), before | DisplayFlag::Octree);
+    EXPECT_TRUE(Action(ResourceID::ShowOctree).isChecked());
+    ChooseFromMenu(ResourceID::ShowOctree);
+    EXPECT_EQ(Flags(), before);
+    GLView().SetOctree(nullptr);
 }
 
 TEST_F(DisplayGuiTest, ReportsProjectionLinesOfListsOfDifferentSize)

@@ -1,8 +1,8 @@
 #include "OffscreenBuffer.h"
 #include "Failure.h"
-#include <string>
 #include <GL/gl.h>
 #include <GL/glext.h>
+#include <string>
 
 namespace tessarine
 {
