@@ -56,9 +56,11 @@ void TakeFrom(std::uint8_t* layers, const std::uint8_t* others, std::size_t widt
 void TakeFromBothSides(const std::uint8_t* layers, std::uint8_t* spread, std::size_t step, std::size_t width)
 {
     const auto farther = static_cast<std::uint8_t>(step);
+    const std::uint8_t* left = layers - step; // in the margin, at first
+    const std::uint8_t* right = layers + step;
     for (std::size_t x = 0; x < width; ++x)
     {
-        const std::uint8_t nearest = std::min(layers[x - step], layers[x + step]);
+        const std::uint8_t nearest = std::min(left[x], right[x]);
         spread[x] = std::min(layers[x], static_cast<std::uint8_t>(nearest + farther));
     }
 }
