@@ -1,10 +1,13 @@
 #include "Operations.h"
 #include "ArgumentForm.h"
 #include "BatchRun.h"
+#include "Distance2D.h"
 #include "Dump.h"
 #include "Failure.h"
 #include "File.h"
 #include "IACommandRouter.h"
+#include "IODatasetImages.h"
+#include "ImageFilter.h"
 #include "PngCodec.h"
 #include "Report.h"
 #include "resource.h"
@@ -47,6 +50,11 @@ bool RunExport(BatchRun& run, const Arguments& arguments)
 bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().SubdivideLoop(); });
+}
+
+bool RunProjectSamples(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None, [&run] { run.GetWorkbench().GetController().ProjectSamples(); });
 }
 
 /// The numbers of an operation, whose form was checked before it ran.
@@ -192,6 +200,63 @@ bool RunRender(BatchRun& run, const Arguments& arguments)
                        });
 }
 
+/// A picture in the form of the silhouettes, filtered as every reconstruction does.
+/// @param hasMarker whether it had a marker before
+Image ReadFiltered(const std::string& name, bool& hasMarker)
+{
+    constexpr int kRunLength = 1;
+    constexpr bool kFillBackground = true;
+    Image image = WithThreeComponents(ReadImage(name));
+    hasMarker = FilterImage(image.width, image.height, image.pixels.data(), kRunLength, kFillBackground);
+    return image;
+}
+
+bool RunFilterImage(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           bool hasMarker = false;
+                           WriteImage(ReadFiltered(arguments[0], hasMarker), arguments[1]);
+                           run.WriteOutput(hasMarker ? "markers: true\n" : "markers: false\n");
+                       });
+}
+
+/// As little-endian bytes.
+void AppendInt32(std::string& bytes, std::int32_t value)
+{
+    for (unsigned shift = 0; shift < 32; shift += 8)
+    {
+        bytes += static_cast<char>(static_cast<std::uint32_t>(value) >> shift & 0xFFU);
+    }
+}
+
+std::string MakeDistanceFile(const Image& image)
+{
+    std::vector<std::int32_t> field(image.pixels.size() / 3);
+    BuildDistance2D(image.width, image.height, image.pixels.data(), field.data());
+    std::string bytes;
+    bytes.reserve(sizeof(std::int32_t) * (field.size() + 2));
+    AppendInt32(bytes, image.width);
+    AppendInt32(bytes, image.height);
+    for (const std::int32_t value : field)
+    {
+        AppendInt32(bytes, value);
+    }
+    return bytes;
+}
+
+bool RunDistance2D(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           bool hasMarker = false;
+                           const std::string bytes = MakeDistanceFile(ReadFiltered(arguments[0], hasMarker));
+                           WriteResult(run, arguments[1], [&bytes](const auto& sink) { sink(bytes); });
+                       });
+}
+
 constexpr Operation kOperations[] = {
     {"new", "", Group::Document, "starts an empty document", RunNew},
     {"import", "FILE", Group::Document, "replaces the document's model by the one of an .obj file",
@@ -210,7 +275,8 @@ constexpr Operation kOperations[] = {
     {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunLater},
     {"optimize", "MODE", Group::MenuCommand, "1 and 3: swaps diagonals; 2: removes edges without length",
      RunLater},
-    {"project-samples", "", Group::MenuCommand, "renders views of the model into images", RunLater},
+    {"project-samples", "", Group::MenuCommand, "renders labelled points from 90 directions into images",
+     RunProjectSamples},
     {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
      RunLater},
     {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
@@ -246,8 +312,8 @@ constexpr Operation kOperations[] = {
     {"solve", "A.mtx B.vec X.vec [ITOL TOL ITMAX]", Group::KeptCommand,
      "solves a sparse system by biconjugate gradients (3 1e-7 200)", RunLater},
     {"filter-image", "IN OUT", Group::KeptCommand, "filters an image by runs and fills its background",
-     RunLater},
-    {"distance-2d", "IMAGE OUT", Group::KeptCommand, "writes the distance field of an image", RunLater},
+     RunFilterImage},
+    {"distance-2d", "IMAGE OUT", Group::KeptCommand, "writes the distance field of an image", RunDistance2D},
 
     {"camera", "EX EY EZ TX TY TZ [UX UY UZ]", Group::ViewAndInput, "eye, target and up vector (0 1 0)",
      RunCamera},
@@ -290,9 +356,9 @@ bool LooksAtFrames(const Operation& operation, const std::vector<std::string>& a
     {
         long long id = 0;
         ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
-        return id == ResourceID::ShowTexture;
+        return id == ResourceID::ShowTexture || id == ResourceID::ProjectSamples;
     }
-    return operation.handler == &RunRender;
+    return operation.handler == &RunRender || operation.handler == &RunProjectSamples;
 }
 
 std::string GetUsage(const Operation& operation)

@@ -1,7 +1,6 @@
 #include "Pebble.h"
-#include "File.h"
+#include "TextFile.h"
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <map>
 #include <string>
@@ -84,19 +83,6 @@ private:
     std::vector<Point> m_Points;
     std::vector<std::array<int, 4>> m_Quads;
 };
-
-std::string Decimal(double value)
-{
-    char digits[32];
-    return {digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 6).ptr};
-}
-
-void WriteText(const std::filesystem::path& path, const std::string& text)
-{
-    ReplacingFile file(path);
-    file.Write(text);
-    file.Commit();
-}
 
 std::string FormatModel(const Stone& stone)
 {

@@ -1,4 +1,4 @@
-#include "Pebble.h"
+#include "Workspace.h"
 #include <cstdio>
 #include <exception>
 
@@ -11,7 +11,7 @@ int main(int argc, char** argv)
     }
     try
     {
-        tessarine::WritePebble(argv[1], 16);
+        tessarine::WriteWorkspace(argv[1]);
     }
     catch (const std::exception& error)
     {

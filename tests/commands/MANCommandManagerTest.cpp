@@ -119,7 +119,6 @@ TEST(CommandManager, MakesTheCommandsOfTheSelection)
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
     EXPECT_EQ(RefusalOf(0x5000003), "generating splats comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000001), "projection sampling comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000002), "building the initial mesh comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");

@@ -1,8 +1,10 @@
 #include "DisplayFlag.h"
 #include "GuiTest.h"
+#include "Image.h"
 #include "OCTNODE.h"
 #include "resource.h"
 #include <QAction>
+#include <algorithm>
 
 namespace tessarine
 {
@@ -33,6 +35,23 @@ TEST_F(DisplayGuiTest, FlipsEachFlagWithItsCheckMark)
         EXPECT_EQ((Flags() & flag) != 0, before) << id;
         EXPECT_EQ(Action(id).isChecked(), before) << id;
     }
+}
+
+/// The images come from a buffer of their own, and the window shows frame after frame; then its model again.
+TEST_F(DisplayGuiTest, SamplesWholeImagesWhateverItsSize)
+{
+    m_Folder.Write("data/man.data", "2\nleft -1 0 0\nright 1 0 0\n");
+    m_Folder.Write("data1/keep", "");
+    ImportTetrahedron();
+    const QImage before = GrabView();
+    ChooseFromMenu(ResourceID::ProjectSamples);
+    EXPECT_THAT(GetMessages(), testing::IsEmpty());
+    const Image first = ReadImage("data1/1.bmp");
+    EXPECT_EQ(first.width, 800);
+    EXPECT_EQ(std::count(first.pixels.begin(), first.pixels.end(), 255),
+              3 * 2 * 36); // two points of 6 x 6 pixels
+    EXPECT_TRUE(m_Folder.Has("data1/90.bmp"));
+    EXPECT_EQ(GrabView(), before);
 }
 
 TEST_F(DisplayGuiTest, FlipsAxesAndGridByTheirButtons)

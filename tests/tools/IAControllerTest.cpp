@@ -262,7 +262,6 @@ TEST_F(ControllerTest, SetsTheMaterialOfASelectedSolid)
 TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
 {
     const auto comesLater = EndsWith(" comes with a later version of Tessarine");
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.ProjectSamples(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.BuildInitialMesh(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineHierarchical(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineIncremental(); }), comesLater);

@@ -5,6 +5,7 @@
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
 #include "MarkDrawer.h"
+#include "OffscreenBuffer.h"
 #include "Open3DFrame.h"
 #include "OverlayDrawer.h"
 #include "Platform.h"
@@ -31,6 +32,16 @@ private:
     bool& m_Flag;
 };
 
+/// Puts the state of GL back at its end, but for matrices and arrays.
+class StateGuard
+{
+public:
+    StateGuard() { glPushAttrib(GL_ALL_ATTRIB_BITS); }
+    ~StateGuard() { glPopAttrib(); }
+    StateGuard(const StateGuard&) = delete;
+    StateGuard& operator=(const StateGuard&) = delete;
+};
+
 std::string GetText(GLenum name)
 {
     const auto* text = reinterpret_cast<const char*>(glGetString(name));
@@ -47,6 +58,8 @@ std::string FindModernPipeline()
 /// What the current context has drawn, in lines without gaps.
 void ReadFrame(Image& picture)
 {
+    picture.pixels.resize(std::size_t{3} * static_cast<unsigned>(picture.width) *
+                          static_cast<unsigned>(picture.height));
     glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, picture.width, picture.height, GL_RGB, GL_UNSIGNED_BYTE, picture.pixels.data());
@@ -166,17 +179,11 @@ void Open3DView::RedrawUnder(const std::array<smVec3d, 4>& quad)
 Image Open3DView::TakePicture()
 {
     Image picture{m_Camera.GetWidth(), m_Camera.GetHeight(), 3, {}};
-    if (m_pSurface == nullptr)
-    {
-        throw Failure("nothing can be drawn here: " +
-                      (m_strCreateError.empty() ? "the view has no surface" : m_strCreateError));
-    }
+    DemandSurface();
     if (picture.width <= 0 || picture.height <= 0)
     {
         throw Failure("the view has no area: there is nothing to take a picture of");
     }
-    picture.pixels.resize(std::size_t{3} * static_cast<unsigned>(picture.width) *
-                          static_cast<unsigned>(picture.height));
     bool isDrawn = false;
     DrawFrame(true,
               [&picture, &isDrawn]
@@ -189,6 +196,42 @@ Image Open3DView::TakePicture()
         throw Failure("the frame could not be drawn: its GL context cannot be used");
     }
     return picture;
+}
+
+void Open3DView::DrawApart(Image& picture, const std::function<void()>& draw)
+{
+    DemandSurface();
+    if (BeginContext() != 0)
+    {
+        throw Failure("the picture could not be drawn: its GL context cannot be used");
+    }
+    try
+    {
+        const StateGuard state;
+        const OffscreenBuffer buffer(picture.width, picture.height);
+        draw();
+        ReadFrame(picture);
+        if (m_pSurface->IsWatched())
+        {
+            buffer.CopyToSurface();
+            m_pSurface->SwapBuffers();
+        }
+    }
+    catch (...)
+    {
+        EndContext();
+        throw;
+    }
+    EndContext();
+}
+
+void Open3DView::DemandSurface() const
+{
+    if (m_pSurface == nullptr)
+    {
+        throw Failure("nothing can be drawn here: " +
+                      (m_strCreateError.empty() ? "the view has no surface" : m_strCreateError));
+    }
 }
 
 /// @param beforeSwap is called in the context, when the frame is complete

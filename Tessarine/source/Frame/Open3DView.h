@@ -80,6 +80,14 @@ public:
     /// Fails   Failure, where the machine has no surface or the view no area.
     Image TakePicture();
 
+    /// Runs `draw` in the context, in a buffer of the picture's size that is the view's in nothing else, and
+    /// reads what it has drawn. Where somebody watches, the view shows it as well. GL's state is afterwards
+    /// what it was, but for the matrices, which every frame sets.
+    ///
+    /// Fails   Failure, where the machine has no surface or no such buffer.
+    /// @param picture three components; of its pixels only the room is used
+    void DrawApart(Image& picture, const std::function<void()>& draw);
+
     /// Size of the client area in pixels. Nothing is redrawn. A height of 0 leaves the camera its aspect.
     void Resize(int x, int y, int width, int height);
 
@@ -163,6 +171,7 @@ private:
     bool IsWatched() const { return m_pSurface != nullptr && m_pSurface->IsWatched(); }
     void DrawFrame(bool isWatched, const std::function<void()>& beforeSwap);
     void DrawInContext(bool isWatched);
+    void DemandSurface() const;
     void SayFrame() const;
     void ShowCounters() const;
     const DSSolid* GetFirstSolid() const;

@@ -26,7 +26,7 @@ constexpr Route Command(int id, void (*run)(IAWorkbench& workbench))
     return {id, Effect::ChangesModel, run};
 }
 
-/// A tool, a switch or a selection type: what the model is made of stays.
+/// A tool, a switch, a selection type or a sampling: what the model is made of stays.
 constexpr Route OfView(int id, void (*run)(IAWorkbench& workbench))
 {
     return {id, Effect::None, run};
@@ -145,7 +145,7 @@ constexpr Route kRoutes[] = {
     Switch<&Open3DView::ToggleCutFaces>(ResourceID::ShowCutFaces),
     Command(ResourceID::SubdivideLoop, [](IAWorkbench& workbench) { workbench.GetController().SubdivideLoop(); }),
     {ResourceID::SubdivideAdaptive, Effect::ReplacesModel, [](IAWorkbench& workbench) { workbench.GetController().SubdivideAdaptive(); }},
-    Command(ResourceID::ProjectSamples, [](IAWorkbench& workbench) { workbench.GetController().ProjectSamples(); }),
+    OfView(ResourceID::ProjectSamples, [](IAWorkbench& workbench) { workbench.GetController().ProjectSamples(); }),
     Command(ResourceID::BuildInitialMesh, [](IAWorkbench& workbench) { workbench.GetController().BuildInitialMesh(); }),
     Command(ResourceID::RefineHierarchical, [](IAWorkbench& workbench) { workbench.GetController().RefineHierarchical(); }),
     Command(ResourceID::RefineIncremental, [](IAWorkbench& workbench) { workbench.GetController().RefineIncremental(); }),

@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "IACommand.h"
+#include "IAProjectionCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
@@ -155,7 +156,8 @@ void IAController::SubdivideAdaptive()
 
 void IAController::ProjectSamples()
 {
-    RunLater(CommandID::Projection);
+    Run<IAProjectionCommand>(CommandID::Projection,
+                             [this](IAProjectionCommand& command) { command.SetView(m_pView); });
 }
 
 void IAController::BuildInitialMesh()

@@ -9,6 +9,7 @@
 #include "IAMoveFaceCommand.h"
 #include "IAMoveSolidCommand.h"
 #include "IAMoveVertexCommand.h"
+#include "IAProjectionCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
@@ -48,7 +49,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::Select, "selecting elements", Make<IASelectCommand>},
     {CommandID::DrawSplat, "drawing a splat", Make<IADrawSplatCommand>},
     {CommandID::GenerateSplat, "generating splats", nullptr},
-    {CommandID::Projection, "projection sampling", nullptr},
+    {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
     {CommandID::Reconstruction, "building the initial mesh", nullptr},
     {CommandID::Smooth, "hierarchical refinement", nullptr},
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},

@@ -1,0 +1,117 @@
+#include "BatchProcess.h"
+#include "Image.h"
+#include "TemporaryFolder.h"
+#include <gmock/gmock.h>
+
+using namespace tessarine;
+using testing::HasSubstr;
+
+namespace
+{
+/// Five pixels by four, with a hole of one pixel; a marker where it is asked for.
+Image MakeHoledSquare(bool hasMarker)
+{
+    Image image{5, 4, 3, {}};
+    for (int i = 0; i < 20; ++i)
+    {
+        const bool isObject = i / 5 > 1 && i != 12;
+        const std::uint8_t first = isObject ? 200 : 0;
+        const std::uint8_t second = hasMarker && i == 0 ? 255 : first;
+        image.pixels.insert(image.pixels.end(), {first, second, first});
+    }
+    return image;
+}
+
+std::int32_t ReadInt32(const std::string& bytes, std::size_t index)
+{
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+    {
+        value |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes.at(4 * index + i))) << (8 * i);
+    }
+    return static_cast<std::int32_t>(value);
+}
+}
+
+TEST(FilterImageOperation, FillsShortRunsAndTellsOfMarkers)
+{
+    const TemporaryFolder folder;
+    WriteImage(MakeHoledSquare(false), folder / "in.bmp");
+    const ProcessResult result = RunBatch(folder, {"filter-image", "in.bmp", "out.png"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.output, "Filter image ok..\nmarkers: false\n");
+    Image expected = MakeHoledSquare(false);
+    std::fill_n(expected.pixels.begin() + 3 * 12, 3, std::uint8_t{255});
+    EXPECT_EQ(ReadImage(folder / "out.png").pixels, expected.pixels);
+}
+
+TEST(FilterImageOperation, TellsOfAMarkerInAFileOfAnyForm)
+{
+    const TemporaryFolder folder;
+    WriteImage(MakeHoledSquare(true), folder / "in.png");
+    EXPECT_EQ(RunBatch(folder, {"-q", "filter-image", "in.png", "out.bmp"}).output, "markers: true\n");
+}
+
+TEST(FilterImageOperation, FailsWithoutItsFileAndWithoutAnEndingThatItKnows)
+{
+    const TemporaryFolder folder;
+    const ProcessResult missing = RunBatch(folder, {"filter-image", "in.bmp", "out.bmp"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.errors, HasSubstr("tessarine-batch: filter-image: cannot open in.bmp"));
+    WriteImage(MakeHoledSquare(false), folder / "in.bmp");
+    EXPECT_EQ(RunBatch(folder, {"filter-image", "in.bmp", "out.xyz"}).status, 1);
+    EXPECT_FALSE(folder.Has("out.xyz"));
+}
+
+TEST(Distance2DOperation, WritesSizeAndLayersBottomRowFirst)
+{
+    const TemporaryFolder folder;
+    WriteImage(MakeHoledSquare(false), folder / "in.bmp");
+    EXPECT_EQ(RunBatch(folder, {"distance-2d", "in.bmp", "out.bin"}).status, 0);
+    const std::string bytes = folder.Read("out.bin");
+    ASSERT_EQ(bytes.size(), 4U * (2 + 20));
+    EXPECT_EQ(ReadInt32(bytes, 0), 5);
+    EXPECT_EQ(ReadInt32(bytes, 1), 4);
+    EXPECT_EQ(ReadInt32(bytes, 2), 30);         // the corner at the bottom
+    EXPECT_EQ(ReadInt32(bytes, 2 + 5 + 1), 1);  // below the outline
+    EXPECT_EQ(ReadInt32(bytes, 2 + 10 + 2), 0); // the hole is filled before
+    EXPECT_EQ(ReadInt32(bytes, 2 + 15 + 2), 1); // the border on the outline's other side
+}
+
+TEST(Distance2DOperation, WritesToStandardOutput)
+{
+    const TemporaryFolder folder;
+    WriteImage(MakeHoledSquare(false), folder / "in.bmp");
+    const ProcessResult result = RunBatch(folder, {"-q", "distance-2d", "in.bmp", "-"});
+    EXPECT_EQ(result.output.size(), 4U * (2 + 20));
+}
+
+TEST(ProjectSamplesOperation, NamesTheFolderThatIsMissing)
+{
+    const TemporaryFolder folder;
+    folder.Write("Data/man.data", "2\na 0 0 0\nb 1 1 1\n");
+    const ProcessResult result = RunBatch(folder, {"project-samples"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("tessarine-batch: project-samples: "));
+    EXPECT_THAT(result.errors, HasSubstr("data1/param.data"));
+    EXPECT_THAT(result.errors, HasSubstr("(working folder: " + folder.GetPath().string() + ")"));
+}
+
+TEST(ProjectSamplesOperation, ReportsMissingPointsAndNamesThem)
+{
+    const TemporaryFolder folder;
+    const ProcessResult result = RunBatch(folder, {"menu", "32805"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("cannot open Data/man.data: "));
+}
+
+TEST(ProjectSamplesOperation, WritesItsImagesInAViewOfAnySize)
+{
+    const TemporaryFolder folder;
+    folder.Write("data/man.data", "2\na 0 0 0\nb 1 1 1\n");
+    folder.Write("data1/keep", "");
+    const ProcessResult result = RunBatch(folder, {"--window", "64x48", "project-samples"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(ReadImage(folder / "data1/90.bmp").width, 800);
+    EXPECT_EQ(folder.Read("data1/param.data").substr(0, 10), "90800 600\n");
+}
