@@ -1,6 +1,7 @@
 #include "MANCommandManager.h"
 #include "Assert.h"
 #include "Failure.h"
+#include "IASimplifyCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
 #include <algorithm>
@@ -43,7 +44,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
-    {CommandID::Simplify, "simplification", nullptr},
+    {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},
     {CommandID::RefineMesh, "mesh optimisation", nullptr},
     {CommandID::MoveVertex, "moving vertices", nullptr},
     {CommandID::MoveFace, "moving faces", nullptr},
