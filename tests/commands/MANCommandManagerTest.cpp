@@ -74,6 +74,11 @@ TEST(CommandManager, MakesALoopSubdivision)
     EXPECT_EQ(RefusalOf(0x4000001), "");
 }
 
+TEST(CommandManager, MakesASimplification)
+{
+    EXPECT_EQ(RefusalOf(0x6000008), "");
+}
+
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
     EXPECT_EQ(RefusalOf(0x1000001), "panning the camera comes with a later version of Tessarine");
@@ -90,7 +95,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000008), "simplification comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000009), "mesh optimisation comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000001), "moving vertices comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000002), "moving faces comes with a later version of Tessarine");

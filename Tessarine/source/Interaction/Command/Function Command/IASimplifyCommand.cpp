@@ -52,7 +52,8 @@ void IASimplifyCommand::DemandRatio() const
 {
     if (!(m_fRatio >= 0.0F && m_fRatio <= 1.0F))
     {
-        throw Failure("the share of the faces that simplification removes must be a number from 0 to 1");
+        throw Failure("the share of the faces that simplification removes must be "
+                      "a number from 0 to 1");
     }
 }
 
@@ -62,7 +63,8 @@ void IASimplifyCommand::ReadSolid(const DSSolid& solid)
     ReadFaces(solid);
     if (m_FaceVertices.size() < 3 * static_cast<std::size_t>(m_nFaces))
     {
-        throw Failure("the model has faces with fewer than three corners, which cannot be simplified: remove "
+        throw Failure("the model has faces with fewer than three corners, which "
+                      "cannot be simplified: remove "
                       "them from the file and import again");
     }
 }
@@ -78,10 +80,10 @@ void IASimplifyCommand::ReadVertices(const DSSolid& solid)
         m_Vertices.push_back(ToSinglePrecision(pVertex->GetPosition()));
         if (!IsFinite(m_Vertices.back()))
         {
-            throw Failure(
-                "vertex " + std::to_string(m_Vertices.size()) +
-                " stands at a position that is not a finite number in single precision, which cannot be "
-                "simplified: mend it in the file and import again");
+            throw Failure("vertex " + std::to_string(m_Vertices.size()) +
+                          " stands at a position that is not a finite number in "
+                          "single precision, which cannot be "
+                          "simplified: mend it in the file and import again");
         }
     }
 }
@@ -170,9 +172,9 @@ void IASimplifyCommand::NumberRoots(const PairContraction& work, std::vector<std
         const smVec3f& position = work.GetPosition(static_cast<std::int32_t>(v));
         if (!IsFinite(position))
         {
-            throw Failure(
-                "simplification would move a vertex to a position that is not a finite number: scale the "
-                "model to smaller coordinates and try again");
+            throw Failure("simplification would move a vertex to a position that is "
+                          "not a finite number: scale the "
+                          "model to smaller coordinates and try again");
         }
         numbers[v] = sVertexes++;
         vList.emplace_back(position);

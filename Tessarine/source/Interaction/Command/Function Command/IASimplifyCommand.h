@@ -13,18 +13,18 @@ class MANBrepElementManager;
 class MANSceneManager;
 class PairContraction;
 
-/// Simplification of the current solid: contracts its edges, the cheapest first, until the share m_fRatio of its
-/// faces is booked as removed, and builds a new solid of what is left.
+/// Simplification of the current solid: contracts its edges, the cheapest first, until the share m_fRatio of
+/// its faces is booked as removed, and builds a new solid of what is left.
 ///
-/// Needs   A triangle mesh as the solid of the root's first child. Where faces have other numbers of corners, each
-///         three corners behind one another are taken for a face all the same.
-/// Leaves  The new solid, with normals, in a new leaf behind the root's other children. The input solid and its
-///         leaf are hidden, and otherwise as before, so that a second run starts from the same mesh. Of the new
-///         one materials and texture coordinates stay unset. It may have no face.
-/// Says    "sTriangles: ", "sVertexes: " and "fn.Size(): ", what the builder says, and an assertion for each vertex
-///         between faces that have folded over one another.
-/// Fails   Failure for a ratio outside 0 to 1, without a solid, with too few corners for the faces, and where a
-///         position is none that single precision can hold. What PairContraction throws.
+/// Needs   A triangle mesh as the solid of the root's first child. Where faces have other numbers of corners,
+///         each three corners behind one another are taken for a face all the same.
+/// Leaves  The new solid, with normals, in a new leaf behind the root's other children. The input solid and
+///         its leaf are hidden, and otherwise as before, so that a second run starts from the same mesh. Of the
+///         new one materials and texture coordinates stay unset. It may have no face.
+/// Says    "sTriangles: ", "sVertexes: " and "fn.Size(): ", what the builder says, and an assertion for each
+///         vertex between faces that have folded over one another.
+/// Fails   Failure for a ratio outside 0 to 1, without a solid, with too few corners for the faces, and where
+///         a position is none that single precision can hold. What PairContraction throws.
 /// Units   Single precision throughout.
 /// Cost    As PairContraction.
 class IASimplifyCommand : public IACommand

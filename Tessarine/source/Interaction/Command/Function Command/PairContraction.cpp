@@ -20,165 +20,91 @@ smVec3f Unit(smVec3f v)
 }
 }
 
-void PairContraction::LinkVertices()
-{
-    CollectUpperEnds();
-    DropRepeatedEnds();
-}
-
-/// Every side of a face, at its lower vertex, in the order of the faces.
-void PairContraction::CollectUpperEnds()
-{
-    const std::size_t corners = 3 * m_Mesh.normals.size();
-    m_FirstEnds.assign(m_Vertices.size() + 1, 0);
-    const auto forEachSide = [this](auto&& visit)
-    {
-        for (std::size_t face = 0; face < m_Mesh.normals.size(); ++face)
-        {
-            for (std::size_t i = 0; i < 3; ++i)
-            {
-                const std::int32_t a = GetCorner(face, i);
-                const std::int32_t b = GetCorner(face, i + 1);
-                visit(std::min(a, b), std::max(a, b));
-            }
-        }
-    };
-    forEachSide([this](std::int32_t lower, std::int32_t /*upper*/) { ++m_FirstEnds[Index(lower)]; });
-    std::exclusive_scan(m_FirstEnds.begin(), m_FirstEnds.end(), m_FirstEnds.begin(), 0);
-    m_UpperEnds.resize(corners);
-    forEachSide([this](std::int32_t lower, std::int32_t upper)
-                { m_UpperEnds[Index(m_FirstEnds[Index(lower)]++)] = upper; });
-}
-
-/// A vertex that has as many neighbours as corners of faces is closed.
-void PairContraction::DropRepeatedEnds()
-{
-    const std::size_t vertices = m_Vertices.size();
-    std::vector<std::int32_t> corners(vertices, 0);
-    for (const std::int32_t corner : m_Mesh.corners.first(3 * m_Mesh.normals.size()))
-    {
-        ++corners[Index(corner)];
-    }
-    std::vector<std::int32_t> lastLower(vertices, -1);
-    m_Valences.assign(vertices, 0);
-    m_IsOnRim.assign(vertices, 0);
-    std::int32_t nKept = 0;
-    std::int32_t nNext = 0;
-    for (std::size_t v = 0; v < vertices; ++v)
-    {
-        const auto lower = static_cast<std::int32_t>(v);
-        const std::int32_t nEnd = m_FirstEnds[v]; // the count has moved it to the next vertex's
-        m_FirstEnds[v] = nKept;
-        bool isOwnNeighbour = false;
-        for (; nNext < nEnd; ++nNext)
-        {
-            const std::int32_t upper = m_UpperEnds[Index(nNext)];
-            if (lastLower[Index(upper)] != lower)
-            {
-                lastLower[Index(upper)] = lower;
-                m_UpperEnds[Index(nKept++)] = upper;
-                ++m_Valences[v];
-                ++m_Valences[Index(upper)];
-                isOwnNeighbour = isOwnNeighbour || upper == lower;
-            }
-        }
-        m_IsOnRim[v] = corners[v] != m_Valences[v] - (isOwnNeighbour ? 1 : 0) ? 1 : 0;
-    }
-    m_FirstEnds[vertices] = nKept;
-    m_UpperEnds.resize(Index(nKept));
-}
-
-/// Each sum is in the order of the faces.
+/// Face by face: the sum of each vertex has the order of the faces all the same.
 void PairContraction::SumVertexQuadrics()
 {
+    m_Vertices.resize(m_Mesh.positions.size());
     for (std::size_t v = 0; v < m_Vertices.size(); ++v)
     {
-        m_Vertices[v].position = m_Mesh.positions[v];
+        m_Vertices[v].end.position = m_Mesh.positions[v];
     }
-    for (std::size_t face = 0; face < m_Mesh.normals.size(); ++face)
+    for (std::size_t face = 0; face < m_Mesh.CountFaces(); ++face)
     {
-        const smVec3f& normal = m_Mesh.normals[face];
-        const float d = -normal.Dot(m_Mesh.positions[Index(GetCorner(face, 0))]);
-        for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t corner = 0; corner < 3; ++corner)
         {
-            const std::int32_t v = GetCorner(face, i);
-            GetVertex(v).quadric.AddPlane(normal, d);
-            if (m_IsOnRim[Index(v)] != 0)
-            {
-                // A face that has a vertex twice is seen from the first of them.
-                const std::size_t first = GetCorner(face, 0) == v ? 0 : (GetCorner(face, 1) == v ? 1 : 2);
-                AddRimPlane(face, v, GetCorner(face, first + 2));
-                AddRimPlane(face, v, GetCorner(face, first + 1));
-            }
+            AddFacePlane(face, corner);
         }
+    }
+}
+
+void PairContraction::AddFacePlane(std::size_t face, std::size_t corner)
+{
+    const smVec3f& normal = m_Mesh.normals[face];
+    const std::int32_t nVertex = m_Mesh.GetCorner(face, corner);
+    const smVec3f& firstPosition = m_Mesh.positions[Index(m_Mesh.GetCorner(face, 0))];
+    GetVertex(nVertex).end.quadric.AddPlane(normal, -normal.Dot(firstPosition));
+    if (m_Links->IsOnRim(nVertex))
+    {
+        // A vertex that the face has twice is seen from its first corner there.
+        const std::size_t first = m_Mesh.GetCorner(face, 0) == nVertex   ? 0
+                                  : m_Mesh.GetCorner(face, 1) == nVertex ? 1
+                                                                         : 2;
+        AddRimPlane(face, nVertex, m_Mesh.GetCorner(face, first + 2));
+        AddRimPlane(face, nVertex, m_Mesh.GetCorner(face, first + 1));
     }
 }
 
 /// Through an edge between two rim vertices, upright on the face: it holds the rim in place.
+/// Kept: an edge inside between two rim vertices has one, too.
 void PairContraction::AddRimPlane(std::size_t face, std::int32_t nVertex, std::int32_t nNeighbour)
 {
-    if (m_IsOnRim[Index(nNeighbour)] == 0)
+    if (!m_Links->IsOnRim(nNeighbour))
     {
         return;
     }
-    const auto [lower, upper] = std::minmax(nVertex, nNeighbour);
-    const smVec3f edge = Unit(m_Mesh.positions[Index(lower)] - m_Mesh.positions[Index(upper)]);
-    const smVec3f across = Unit(edge.Cross(m_Mesh.normals[face]));
-    GetVertex(nVertex).quadric.AddPlane(across, -across.Dot(m_Mesh.positions[Index(nVertex)]));
-}
-
-PairContraction::Target PairContraction::FindTarget(std::int32_t nVertexA, std::int32_t nVertexB) const
-{
-    const Vertex& a = m_Vertices[Index(nVertexA)];
-    const Vertex& b = m_Vertices[Index(nVertexB)];
-    const Quadric sum = a.quadric + b.quadric;
-    Target target;
-    if (sum.FindMinimum(target.position))
-    {
-        target.cost = sum.Evaluate(target.position);
-        return target;
-    }
-    target = {a.position, sum.Evaluate(a.position)};
-    for (const smVec3f& candidate : {b.position, (a.position + b.position) / 2.0F})
-    {
-        const float cost = sum.Evaluate(candidate);
-        if (cost < target.cost)
-        {
-            target = {candidate, cost};
-        }
-    }
-    return target;
+    const smVec3f& lower = m_Mesh.positions[Index(std::min(nVertex, nNeighbour))];
+    const smVec3f& upper = m_Mesh.positions[Index(std::max(nVertex, nNeighbour))];
+    const smVec3f across = Unit(Unit(lower - upper).Cross(m_Mesh.normals[face]));
+    GetVertex(nVertex).end.quadric.AddPlane(across, -across.Dot(m_Mesh.positions[Index(nVertex)]));
 }
 
 void PairContraction::QueueEdgePairs()
 {
+    MakePairs();
+    m_Taken.resize(m_Pairs.size());
+    std::iota(m_Taken.begin(), m_Taken.end(), 0);
+    FindTargets(m_Taken, std::nullopt);
+    m_Heap.emplace(static_cast<std::int32_t>(m_Pairs.size()));
+    for (std::size_t i = 0; i < m_Pairs.size(); ++i)
+    {
+        m_Heap->Insert(&m_Pairs[i], -m_Costs[i]);
+    }
+}
+
+void PairContraction::MakePairs()
+{
+    m_Pairs.resize(m_Links->CountEdges());
     m_Lists.Reserve(m_Vertices.size() + m_Vertices.size() / 4);
+    m_IsOnRim.resize(m_Vertices.size());
     for (std::size_t v = 0; v < m_Vertices.size(); ++v)
     {
-        if (m_Valences[v] != 0)
-        {
-            m_Lists.Allocate(m_Vertices[v].pairs, m_Valences[v]);
-        }
+        m_Lists.Allocate(m_Vertices[v].pairs, m_Links->GetValence(v));
+        m_IsOnRim[v] = m_Links->IsOnRim(static_cast<std::int32_t>(v)) ? 1 : 0;
     }
-    m_Heap.emplace(static_cast<std::int32_t>(m_UpperEnds.size()));
-    m_Pairs.resize(m_UpperEnds.size());
-    for (std::int32_t v = 0; v < static_cast<std::int32_t>(m_Vertices.size()); ++v)
+    std::int32_t nPair = 0;
+    for (std::size_t v = 0; v < m_Vertices.size(); ++v)
     {
-        for (std::int32_t nPair = m_FirstEnds[Index(v)]; nPair < m_FirstEnds[Index(v) + 1]; ++nPair)
+        for (const std::int32_t nUpper : m_Links->GetUpperEnds(v))
         {
             PairRecord& pair = GetPair(nPair);
-            pair.vertexA = v;
-            pair.vertexB = m_UpperEnds[Index(nPair)];
-            const Target target = FindTarget(pair.vertexA, pair.vertexB);
-            pair.position = target.position;
-            m_Heap->Insert(&pair, -target.cost);
+            pair.vertexA = static_cast<std::int32_t>(v);
+            pair.vertexB = nUpper;
             Append(nPair, pair.vertexA, pair.nPlaceAtA);
             Append(nPair, pair.vertexB, pair.nPlaceAtB);
+            ++nPair;
         }
     }
-    m_FirstEnds = {};
-    m_UpperEnds = {};
-    m_Valences = {};
+    m_Links.reset();
 }
 
 void PairContraction::Append(std::int32_t nPair, std::int32_t nVertex, std::int32_t& nPlace)
@@ -188,11 +114,34 @@ void PairContraction::Append(std::int32_t nPair, std::int32_t nVertex, std::int3
     m_Lists.GetEntries(list)[nPlace] = nPair;
 }
 
+/// Of pairs that have a vertex in common, seen from there; of others, each seen from its vertexA.
+void PairContraction::FindTargets(std::span<const std::int32_t> pairs, std::optional<std::int32_t> common)
+{
+    m_Costs.resize(pairs.size());
+    for (std::size_t first = 0; first < pairs.size(); first += kPairsAtATime)
+    {
+        const std::size_t count = std::min<std::size_t>(kPairsAtATime, pairs.size() - first);
+        const PairEnd* ends[2][kPairsAtATime];
+        for (std::size_t i = 0; i < kPairsAtATime; ++i)
+        {
+            const PairRecord& pair = GetPair(pairs[first + std::min(i, count - 1)]);
+            const std::int32_t nFrom = common.value_or(pair.vertexA);
+            ends[0][i] = &GetVertex(nFrom).end;
+            ends[1][i] = &GetVertex(pair.GetFarEnd(nFrom)).end;
+        }
+        PairTarget targets[kPairsAtATime];
+        FindPairTargets(ends, targets);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            GetPair(pairs[first + i]).position = targets[i].position;
+            m_Costs[first + i] = targets[i].cost;
+        }
+    }
+}
+
 void PairContraction::ContractCheapestFirst(std::int32_t nFaceGoal)
 {
-    m_Parents.resize(m_Vertices.size());
-    std::iota(m_Parents.begin(), m_Parents.end(), 0);
-    m_LastNeighbourOf.assign(m_Vertices.size(), 0);
+    StartFromSingleVertices();
     std::int32_t nRemoved = 0;
     do
     {
@@ -201,31 +150,53 @@ void PairContraction::ContractCheapestFirst(std::int32_t nFaceGoal)
         {
             break;
         }
-        auto& pair = static_cast<PairRecord&>(*pTop->object);
-        const bool bothOnRim = m_IsOnRim[Index(pair.vertexA)] != 0 && m_IsOnRim[Index(pair.vertexB)] != 0;
-        nRemoved += bothOnRim ? 1 : 2; // booked, whatever happens to the faces
+        const auto& pair = static_cast<const PairRecord&>(*pTop->object);
+        nRemoved += BookContraction(pair);
         Contract(pair);
     } while (nRemoved < nFaceGoal);
     FindRoots();
 }
 
-void PairContraction::Contract(PairRecord& pair)
+void PairContraction::StartFromSingleVertices()
+{
+    m_Parents.resize(m_Vertices.size());
+    std::iota(m_Parents.begin(), m_Parents.end(), 0);
+    m_LastMeeting.assign(m_Vertices.size(), 0);
+}
+
+/// How many faces are taken to go with an edge: one on the rim, two inside.
+/// Kept: a booking only, never checked against the faces.
+int PairContraction::BookContraction(const PairRecord& pair)
+{
+    std::uint8_t& isRimA = m_IsOnRim[Index(pair.vertexA)];
+    const std::uint8_t isRimB = m_IsOnRim[Index(pair.vertexB)];
+    const int nFaces = isRimA != 0 && isRimB != 0 ? 1 : 2;
+    isRimA |= isRimB;
+    return nFaces;
+}
+
+void PairContraction::Contract(const PairRecord& pair)
 {
     const std::int32_t u = pair.vertexA;
     const std::int32_t v = pair.vertexB;
-    m_IsOnRim[Index(u)] |= m_IsOnRim[Index(v)];
-    GetVertex(u).position = GetVertex(v).position = pair.position;
-    m_Parents[Index(v)] = u;
-
+    const PairRecord* const pNext = GetNextPair();
     ++m_nContractions;
+    m_Parents[Index(v)] = u;
+    PrefetchPairsOf(u);
+    PrefetchPairsOf(v);
+
     TakeOwnPairs(u, pair);
     if (u != v)
     {
         TakePairsOf(v, u);
     }
+    PrefetchVertices(pNext);
     StoreTakenPairs(u, v);
-    GetVertex(u).quadric += GetVertex(v).quadric;
-    UpdateTakenPairs(u);
+    GetVertex(u).end.position = pair.position;
+    GetVertex(u).end.quadric += GetVertex(v).end.quadric;
+    FindTargets(m_Taken, u);
+    PrefetchLists(pNext);
+    UpdateTakenPairs();
 }
 
 void PairContraction::TakeOwnPairs(std::int32_t nVertex, const PairRecord& contracted)
@@ -236,47 +207,43 @@ void PairContraction::TakeOwnPairs(std::int32_t nVertex, const PairRecord& contr
     pEntries[contracted.nPlaceAtA] = PairLists::kHole;
     for (std::int32_t i = 0; i < list.nEntries; ++i)
     {
-        if (const std::int32_t nPair = pEntries[i]; nPair != PairLists::kHole)
+        if (pEntries[i] != PairLists::kHole)
         {
-            m_LastNeighbourOf[Index(GetPair(nPair).GetFarEnd(nVertex))] = m_nContractions;
-            m_Taken.push_back(nPair);
+            TakePair(pEntries[i], GetPair(pEntries[i]).GetFarEnd(nVertex));
         }
     }
 }
 
-/// Of two pairs with the same ends the older one of the vertex that stays survives.
+/// Of two pairs with the same ends the one survives that the vertex which stays has had.
 void PairContraction::TakePairsOf(std::int32_t nGone, std::int32_t nVertex)
 {
     const PairList& list = GetVertex(nGone).pairs;
     const std::int32_t* const pEntries = m_Lists.GetEntries(list);
     for (std::int32_t i = 0; i < list.nEntries; ++i)
     {
-        const std::int32_t nPair = pEntries[i];
-        if (nPair == PairLists::kHole)
+        // The contracted pair touches the vertex, and so does the second entry of a pair of the other with itself.
+        if (pEntries[i] == PairLists::kHole || GetPair(pEntries[i]).Touches(nVertex))
         {
             continue;
         }
-        PairRecord& pair = GetPair(nPair);
-        if (pair.vertexA == nVertex || pair.vertexB == nVertex)
-        {
-            continue; // the contracted one, or a second entry of a pair of the vertex with itself
-        }
-        pair.vertexA = pair.vertexA == nGone ? nVertex : pair.vertexA;
-        pair.vertexB = pair.vertexB == nGone ? nVertex : pair.vertexB;
+        PairRecord& pair = GetPair(pEntries[i]);
+        pair.Replace(nGone, nVertex);
         const std::int32_t nFarEnd = pair.GetFarEnd(nVertex);
         const bool isRepeated =
-            nFarEnd == nVertex ? !m_Taken.empty() : m_LastNeighbourOf[Index(nFarEnd)] == m_nContractions;
-        if (isRepeated)
-        {
-            DropPair(pair, nFarEnd, nVertex);
-            continue;
-        }
-        m_LastNeighbourOf[Index(nFarEnd)] = m_nContractions;
-        m_Taken.push_back(nPair);
+            nFarEnd == nVertex ? !m_Taken.empty() : m_LastMeeting[Index(nFarEnd)] == m_nContractions;
+        isRepeated ? DropPair(pair, nFarEnd, nVertex) : TakePair(pEntries[i], nFarEnd);
     }
 }
 
-void PairContraction::DropPair(PairRecord& pair, std::int32_t nFarEnd, std::int32_t nVertex)
+void PairContraction::TakePair(std::int32_t nPair, std::int32_t nFarEnd)
+{
+    m_LastMeeting[Index(nFarEnd)] = m_nContractions;
+    m_Taken.push_back(nPair);
+    __builtin_prefetch(&GetVertex(nFarEnd));
+    m_Heap->Prefetch(GetPair(nPair));
+}
+
+void PairContraction::DropPair(const PairRecord& pair, std::int32_t nFarEnd, std::int32_t nVertex)
 {
     m_Heap->Remove(pair.GetHeapPos());
     if (nFarEnd != nVertex)
@@ -306,34 +273,74 @@ void PairContraction::StoreTakenPairs(std::int32_t nVertex, std::int32_t nGone)
     }
     list.nEntries = nTaken;
     std::int32_t* const pEntries = m_Lists.GetEntries(list);
-    for (std::int32_t i = nTaken - 1; i >= 0; --i) // so that of two entries of one pair the first is noted
+    for (std::int32_t i = nTaken - 1; i >= 0; --i) // backwards: of two places of a pair the first is kept
     {
-        const std::int32_t nPair = m_Taken[Index(i)];
-        pEntries[i] = nPair;
-        PairRecord& pair = GetPair(nPair);
+        pEntries[i] = m_Taken[Index(i)];
+        PairRecord& pair = GetPair(pEntries[i]);
         (pair.vertexA == nVertex ? pair.nPlaceAtA : pair.nPlaceAtB) = i;
     }
 }
 
-void PairContraction::UpdateTakenPairs(std::int32_t nVertex)
+void PairContraction::UpdateTakenPairs()
 {
-    for (const std::int32_t nPair : m_Taken)
+    for (std::size_t i = 0; i < m_Taken.size(); ++i)
     {
-        PairRecord& pair = GetPair(nPair);
-        const Target target = FindTarget(nVertex, pair.GetFarEnd(nVertex));
-        pair.position = target.position;
-        m_Heap->Update(&pair, -target.cost);
+        m_Heap->Update(&GetPair(m_Taken[i]), -m_Costs[i]);
     }
 }
 
 void PairContraction::FindRoots()
 {
-    for (std::int32_t& parent : m_Parents)
+    for (std::int32_t& nParent : m_Parents)
     {
-        while (m_Parents[Index(parent)] != parent)
+        while (m_Parents[Index(nParent)] != nParent)
         {
-            parent = m_Parents[Index(parent)];
+            nParent = m_Parents[Index(nParent)];
         }
+    }
+}
+
+/// The pair that is the cheapest now will be contracted next, unless the updates make another one cheaper. What it
+/// needs is asked for step by step, each when what leads there has come.
+const PairContraction::PairRecord* PairContraction::GetNextPair() const
+{
+    if (m_Heap->GetSize() == 0)
+    {
+        return nullptr;
+    }
+    const auto* pNext = static_cast<const PairRecord*>(m_Heap->GetNode(0).object);
+    __builtin_prefetch(pNext);
+    return pNext;
+}
+
+void PairContraction::PrefetchPairsOf(std::int32_t nVertex)
+{
+    const PairList& list = GetVertex(nVertex).pairs;
+    const std::int32_t* const pEntries = m_Lists.GetEntries(list);
+    for (std::int32_t i = 0; i < list.nEntries; ++i)
+    {
+        if (pEntries[i] != PairLists::kHole)
+        {
+            __builtin_prefetch(&GetPair(pEntries[i]), 1);
+        }
+    }
+}
+
+void PairContraction::PrefetchVertices(const PairRecord* pNext)
+{
+    if (pNext != nullptr)
+    {
+        __builtin_prefetch(&GetVertex(pNext->vertexA));
+        __builtin_prefetch(&GetVertex(pNext->vertexB));
+    }
+}
+
+void PairContraction::PrefetchLists(const PairRecord* pNext)
+{
+    if (pNext != nullptr)
+    {
+        __builtin_prefetch(m_Lists.GetEntries(GetVertex(pNext->vertexA).pairs));
+        __builtin_prefetch(m_Lists.GetEntries(GetVertex(pNext->vertexB).pairs));
     }
 }
 }

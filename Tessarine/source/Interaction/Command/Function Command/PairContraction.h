@@ -1,23 +1,13 @@
 #pragma once
+#include "BlockAllocator.h"
 #include "CIndexedHeap.h"
 #include "PairLists.h"
-#include "Quadric.h"
-#include "smVec3f.h"
-#include <cstdint>
+#include "PairTargets.h"
+#include "VertexLinks.h"
 #include <optional>
-#include <span>
-#include <vector>
 
 namespace tessarine
 {
-/// A triangle mesh as flat lists, which it does not own: three places in `positions`, and a normal, for each face.
-struct FlatMesh
-{
-    std::span<const smVec3f> positions;
-    std::span<const std::int32_t> corners; ///< three times as many as normals, or more
-    std::span<const smVec3f> normals;
-};
-
 /// Contracts the edges of a triangle mesh, the cheapest first. An edge costs the sum of the squared distances from
 /// where its ends would meet to the planes of all faces that have gone into them.
 ///
@@ -25,18 +15,19 @@ struct FlatMesh
 /// Fails   CExcpDivideZero, behind the assertion of the vector type, for an edge between two rim vertices that has
 ///         no length, or lies in a face without area.
 /// Units   Single precision in every value and every operation.
-/// Cost    n log n where valences are small: a contraction finds the target of every edge anew that the vertex
-///         which stays has then.
+/// Cost    n log n where valences stay small: a contraction finds anew the target of every edge that the vertex which
+///         stays has then. Where costs are nothing but rounding, one vertex goes on swallowing others, and valences
+///         grow into the thousands.
 /// Kept    Nothing refuses a contraction that folds faces over or pinches the surface. Among equal costs the heap
 ///         decides, whose order is that of the edges and of all changes before.
 /// Source  M. Garland and P. Heckbert 1997.
 class PairContraction
 {
 public:
-    explicit PairContraction(const FlatMesh& mesh) : m_Mesh(mesh), m_Vertices(mesh.positions.size()) {}
+    explicit PairContraction(const FlatMesh& mesh) : m_Mesh(mesh) {}
 
     /// Finds the edges, and which vertices lie on a rim.
-    void LinkVertices();
+    void LinkVertices() { m_Links.emplace(m_Mesh); }
     void SumVertexQuadrics();
     void QueueEdgePairs();
     /// Until so many faces are booked as removed, or no edge is left; one edge at least.
@@ -45,14 +36,13 @@ public:
     /// The vertex that a vertex has gone into at last, itself where none took it in.
     std::int32_t GetRoot(std::int32_t nVertex) const { return m_Parents[Index(nVertex)]; }
     /// Of a root.
-    const smVec3f& GetPosition(std::int32_t nVertex) const { return m_Vertices[Index(nVertex)].position; }
+    const smVec3f& GetPosition(std::int32_t nVertex) const { return m_Vertices[Index(nVertex)].end.position; }
 
 private:
     /// All that a contraction asks of a neighbour, in one line of the cache.
     struct alignas(64) Vertex
     {
-        Quadric quadric;
-        smVec3f position;
+        PairEnd end;
         PairList pairs; ///< the edges
     };
 
@@ -62,55 +52,56 @@ private:
         std::int32_t vertexA = 0;
         std::int32_t vertexB = 0;
         smVec3f position;
-        std::int32_t nPlaceAtA = 0; ///< in the list of vertexA
+        std::int32_t nPlaceAtA = 0; ///< in the list of vertexA; of two places there the first
         std::int32_t nPlaceAtB = 0;
 
         std::int32_t GetFarEnd(std::int32_t nVertex) const { return vertexA ^ vertexB ^ nVertex; }
-    };
-
-    /// Where a pair would meet, and what that costs.
-    struct Target
-    {
-        smVec3f position;
-        float cost = 0.0F;
+        bool Touches(std::int32_t nVertex) const { return vertexA == nVertex || vertexB == nVertex; }
+        void Replace(std::int32_t nOld, std::int32_t nNew)
+        {
+            vertexA = vertexA == nOld ? nNew : vertexA;
+            vertexB = vertexB == nOld ? nNew : vertexB;
+        }
     };
 
     static std::size_t Index(std::int32_t i) { return static_cast<std::size_t>(i); }
     Vertex& GetVertex(std::int32_t nVertex) { return m_Vertices[Index(nVertex)]; }
     PairRecord& GetPair(std::int32_t nPair) { return m_Pairs[Index(nPair)]; }
-    std::int32_t GetCorner(std::size_t face, std::size_t corner) const
-    {
-        return m_Mesh.corners[3 * face + corner % 3];
-    }
 
-    void CollectUpperEnds();
-    void DropRepeatedEnds();
+    void AddFacePlane(std::size_t face, std::size_t corner);
     void AddRimPlane(std::size_t face, std::int32_t nVertex, std::int32_t nNeighbour);
-    Target FindTarget(std::int32_t nVertexA, std::int32_t nVertexB) const;
+    void MakePairs();
     void Append(std::int32_t nPair, std::int32_t nVertex, std::int32_t& nPlace);
+    void FindTargets(std::span<const std::int32_t> pairs, std::optional<std::int32_t> common);
 
-    void Contract(PairRecord& pair);
+    void StartFromSingleVertices();
+    int BookContraction(const PairRecord& pair);
+    void Contract(const PairRecord& pair);
     void TakeOwnPairs(std::int32_t nVertex, const PairRecord& contracted);
     void TakePairsOf(std::int32_t nGone, std::int32_t nVertex);
-    void DropPair(PairRecord& pair, std::int32_t nFarEnd, std::int32_t nVertex);
+    void TakePair(std::int32_t nPair, std::int32_t nFarEnd);
+    void DropPair(const PairRecord& pair, std::int32_t nFarEnd, std::int32_t nVertex);
     void StoreTakenPairs(std::int32_t nVertex, std::int32_t nGone);
-    void UpdateTakenPairs(std::int32_t nVertex);
+    void UpdateTakenPairs();
     void FindRoots();
 
+    const PairRecord* GetNextPair() const;
+    void PrefetchPairsOf(std::int32_t nVertex);
+    void PrefetchVertices(const PairRecord* pNext);
+    void PrefetchLists(const PairRecord* pNext);
+
     FlatMesh m_Mesh;
-    std::vector<Vertex> m_Vertices;
-    std::vector<std::uint8_t> m_IsOnRim; ///< of the vertices
-    std::vector<std::int32_t> m_Parents;
-    std::vector<std::int32_t> m_FirstEnds; ///< where the upper ends of the edges at each lower vertex begin
-    std::vector<std::int32_t> m_UpperEnds;
-    std::vector<std::int32_t> m_Valences;
-    std::vector<PairRecord> m_Pairs;
+    std::optional<VertexLinks> m_Links;
+    BlockVector<Vertex> m_Vertices;
+    BlockVector<PairRecord> m_Pairs;
     PairLists m_Lists;
     std::optional<CIndexedHeap> m_Heap;
-
-    std::vector<std::int32_t> m_Taken; ///< the pairs of the vertex that stays, in order
+    std::vector<std::uint8_t> m_IsOnRim; ///< of the vertices
+    std::vector<std::int32_t> m_Parents; ///< of the vertices: which one took it in, or itself
     std::vector<std::int32_t>
-        m_LastNeighbourOf; ///< by vertex: the last contraction that met it as a neighbour
+        m_LastMeeting; ///< of the vertices: the last contraction that met it as a far end
     std::int32_t m_nContractions = 0;
+    std::vector<std::int32_t> m_Taken; ///< the pairs of the vertex that stays, in order
+    std::vector<float> m_Costs;        ///< of the pairs whose targets were found last, in order
 };
 }

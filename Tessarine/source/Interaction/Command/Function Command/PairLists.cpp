@@ -10,6 +10,11 @@ std::size_t PairLists::GetSizeClass(std::int32_t nLines)
 
 void PairLists::Allocate(PairList& list, std::int32_t nEntries)
 {
+    if (nEntries == 0)
+    {
+        list = {};
+        return;
+    }
     const auto lines = static_cast<std::uint32_t>((nEntries + kEntriesALine - 1) / kEntriesALine);
     list = {0, static_cast<std::int32_t>(std::bit_ceil(lines)), 0};
     auto& free = m_FreeBlocks[GetSizeClass(list.nLines)];

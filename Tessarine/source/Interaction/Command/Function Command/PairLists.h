@@ -1,12 +1,13 @@
 #pragma once
+#include "BlockAllocator.h"
 #include <array>
 #include <cstdint>
 #include <vector>
 
 namespace tessarine
 {
-/// A list of pair numbers at a vertex. The numbers stand in PairLists; those of pairs that have left the list are
-/// holes.
+/// A list of pair numbers at a vertex. The numbers stand in PairLists; those of pairs that have left the list
+/// are holes.
 struct PairList
 {
     std::int32_t nFirstLine = 0;
@@ -23,7 +24,7 @@ public:
     /// Makes room for so many lists of one line.
     void Reserve(std::size_t lists) { m_Lines.reserve(lists); }
 
-    /// Gives a list a place of its own, for so many entries at least. What it held is lost.
+    /// Gives a list a place of its own, for so many entries at least; none for none. What it held is lost.
     void Allocate(PairList& list, std::int32_t nEntries);
 
     std::int32_t* GetEntries(const PairList& list)
@@ -46,7 +47,7 @@ private:
 
     static std::size_t GetSizeClass(std::int32_t nLines);
 
-    std::vector<Line> m_Lines;
+    BlockVector<Line> m_Lines;
     std::array<std::vector<std::int32_t>, 32> m_FreeBlocks; ///< first lines, by the logarithm of their number
 };
 }

@@ -5,8 +5,8 @@
 
 namespace tessarine
 {
-/// The place of each vertex in the list of its solid. As long as nothing but a builder made the solid, that is the
-/// id less the first vertex's.
+/// The place of each vertex in the list of its solid. As long as nothing but a builder made the solid, that is
+/// the id less the first vertex's.
 class VertexPlaces
 {
 public:
@@ -25,8 +25,7 @@ private:
     static constexpr std::int32_t kNoPlace = -1;
 
     std::uint32_t m_nLowestID = 0;
-    std::uint32_t m_nIDs = 0; ///< from the lowest to the highest
-    std::vector<std::int32_t>
-        m_Places; ///< by id from the lowest; empty where ids and places run side by side
+    std::uint32_t m_nIDs = 0;           ///< from the lowest to the highest
+    std::vector<std::int32_t> m_Places; ///< by id from the lowest; empty where ids and places are in step
 };
 }
