@@ -6,6 +6,7 @@
 #include "File.h"
 #include "IACommandRouter.h"
 #include "PngCodec.h"
+#include "QualityText.h"
 #include "Report.h"
 #include "resource.h"
 #include <algorithm>
@@ -46,6 +47,29 @@ bool RunExport(BatchRun& run, const Arguments& arguments)
 bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().SubdivideLoop(); });
+}
+
+bool RunSimplify(BatchRun& run, const Arguments& arguments)
+{
+    double ratio = 0.0;
+    ReadNumber(arguments[0], ratio);
+    return run.Perform(Effect::ChangesModel, [&run, ratio]
+                       { run.GetWorkbench().GetController().Simplify(static_cast<float>(ratio)); });
+}
+
+bool RunTriangleQuality(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None,
+                       [&run]
+                       {
+                           const auto& scene = run.GetWorkbench().GetController().GetSceneManager();
+                           const DSSolid* solid = scene.GetCurrentSolid();
+                           if (solid == nullptr)
+                           {
+                               throw Failure("there is no model to measure: import one first");
+                           }
+                           run.WriteOutput(MakeQualityText(*solid));
+                       });
 }
 
 bool RunMenu(BatchRun& run, const Arguments& arguments)
@@ -182,7 +206,7 @@ constexpr Operation kOperations[] = {
     {"subdivide-loop", "", Group::MenuCommand, "one Loop subdivision of the current model", RunSubdivideLoop},
     {"subdivide-adaptive", "AREA", Group::MenuCommand, "splits the faces with an area measure above AREA",
      RunLater},
-    {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunLater},
+    {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunSimplify},
     {"optimize", "MODE", Group::MenuCommand, "1 and 3: swaps diagonals; 2: removes edges without length",
      RunLater},
     {"project-samples", "", Group::MenuCommand, "renders views of the model into images", RunLater},
@@ -213,7 +237,7 @@ constexpr Operation kOperations[] = {
     {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
     {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
     {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
-     RunLater},
+     RunTriangleQuality},
     {"make-eigen-table", "FILE [NMAX]", Group::KeptCommand,
      "writes the loop evaluation data up to valence NMAX (50)", RunLater},
     {"limit-point", "FACE V W", Group::KeptCommand,

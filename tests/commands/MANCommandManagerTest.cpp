@@ -93,6 +93,11 @@ TEST(CommandManager, MakesTheCameraCommands)
     EXPECT_TRUE(Makes<IACameraAroundCommand>(0x1000004));
 }
 
+TEST(CommandManager, MakesASimplification)
+{
+    EXPECT_EQ(RefusalOf(0x6000008), "");
+}
+
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
     EXPECT_EQ(RefusalOf(0x4000002), "adaptive subdivision comes with a later version of Tessarine");
@@ -105,7 +110,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000008), "simplification comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000009), "mesh optimisation comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000001), "moving vertices comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000002), "moving faces comes with a later version of Tessarine");

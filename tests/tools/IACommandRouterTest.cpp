@@ -77,9 +77,9 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
         {32821, "mesh optimisation" + later},
         {32840, "mesh optimisation" + later},
         {32841, "mesh optimisation" + later},
-        {32802, "simplification" + later},
-        {32803, "simplification" + later},
-        {32804, "simplification" + later},
+        {32802, "simplification needs a model: import one first"},
+        {32803, "simplification needs a model: import one first"},
+        {32804, "simplification needs a model: import one first"},
         {32833, "setting a material" + later},
         {32839, "generating splats" + later},
     };

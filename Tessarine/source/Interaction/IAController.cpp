@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "IACommand.h"
+#include "IASimplifyCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
 #include "IOSaveObj.h"
@@ -179,9 +180,15 @@ void IAController::OptimizeMesh(int /*mode*/)
     RunLater(CommandID::RefineMesh);
 }
 
-void IAController::Simplify(float /*ratio*/)
+void IAController::Simplify(float ratio)
 {
-    RunLater(CommandID::Simplify);
+    Run<IASimplifyCommand>(CommandID::Simplify,
+                           [this, ratio](IASimplifyCommand& command)
+                           {
+                               command.SetElementManager(&m_ElementManager);
+                               command.SetSceneManager(&m_SceneManager);
+                               command.SetRatio(ratio);
+                           });
 }
 
 void IAController::SetMaterialOfSelection()

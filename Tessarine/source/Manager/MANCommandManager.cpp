@@ -5,6 +5,7 @@
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
+#include "IASimplifyCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
 #include <algorithm>
@@ -47,7 +48,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
-    {CommandID::Simplify, "simplification", nullptr},
+    {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},
     {CommandID::RefineMesh, "mesh optimisation", nullptr},
     {CommandID::MoveVertex, "moving vertices", nullptr},
     {CommandID::MoveFace, "moving faces", nullptr},
