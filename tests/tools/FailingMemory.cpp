@@ -79,6 +79,17 @@ void* operator new(std::size_t size, std::align_val_t alignment)
     return tessarine::Allocate(size, static_cast<std::size_t>(alignment));
 }
 
+// For the libraries that ask like this: what they get is freed by the operators below.
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+{
+    return tessarine::MustFail() ? nullptr : std::malloc(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+{
+    return tessarine::MustFail() ? nullptr : std::malloc(size);
+}
+
 void operator delete(void* bytes) noexcept
 {
     std::free(bytes);
