@@ -19,6 +19,11 @@ target_compile_options(HouseWarnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wnon-virtual-dtor -Woverloaded-virtual
   -Wformat=2 -Werror)
 
+# Several files are compiled as one, which takes a fifth of the time; fixtures in unnamed namespaces are meant there.
+if(CMAKE_UNITY_BUILD)
+  target_compile_options(HouseWarnings INTERFACE -Wno-subobject-linkage)
+endif()
+
 if(TESSARINE_SANITIZED)
   target_sources(HouseWarnings INTERFACE
     "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/Sanitized.cpp>")

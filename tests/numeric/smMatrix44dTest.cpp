@@ -146,7 +146,7 @@ private:
     std::uniform_real_distribution<double> m_Distribution{-3.0, 3.0};
 };
 
-constexpr int kRounds = 200;
+constexpr int kMatrixRounds = 200;
 constexpr double kTight = 1e-14;
 
 // ---- making, reading, writing
@@ -285,7 +285,7 @@ TEST(smMatrix44d, RefusesAMinorWithoutARowOrColumnThatItHas)
 TEST(smMatrix44d, AddsSubtractsAndScalesElementByElement)
 {
     RandomTables random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kMatrixRounds; ++round)
     {
         const Table a = random();
         const Table b = random();
@@ -341,7 +341,7 @@ TEST(smMatrix44d, MultipliesRowsByColumns)
 TEST(smMatrix44d, MultipliesAsTheNaiveProductDoes)
 {
     RandomTables random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kMatrixRounds; ++round)
     {
         const Table a = random();
         const Table b = random();
@@ -399,7 +399,7 @@ TEST(smMatrix44d, InvertsAsTheCofactorsDo)
 {
     RandomTables random;
     int nCompared = 0;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kMatrixRounds; ++round)
     {
         const Table a = random();
         if (std::abs(Determinant(a)) < 1.0) // badly conditioned: both roads lose digits
@@ -412,7 +412,7 @@ TEST(smMatrix44d, InvertsAsTheCofactorsDo)
         EXPECT_TRUE(IsNear(inverse, InverseByCofactors(a), 1e-10));
         EXPECT_TRUE(IsNear(MatrixOf(a) * inverse, kIdentity, 1e-11));
     }
-    EXPECT_GT(nCompared, kRounds / 2);
+    EXPECT_GT(nCompared, kMatrixRounds / 2);
 }
 
 /// The elimination once more, in the order of its steps, on a plain table: the same bits must come out.
@@ -470,7 +470,7 @@ bool LiteralInverse(const Table& source, Table& target)
 TEST(smMatrix44d, InvertsBitForBitAsTheStepsWrittenOut)
 {
     RandomTables random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kMatrixRounds; ++round)
     {
         const Table a = random();
         Table expected{};
@@ -614,7 +614,7 @@ TEST(smMatrix44d, RotatesByAThirdOfATurnAboutTheSpaceDiagonal)
 TEST(smMatrix44d, RotatesAboutAnAxisAsRodriguesDoes)
 {
     RandomTables random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kMatrixRounds; ++round)
     {
         const smVec3d axis(random.Number(), random.Number(), random.Number());
         const smVec3d v(random.Number(), random.Number(), random.Number());
@@ -728,7 +728,7 @@ TEST(smMatrix44d, DividesByTheResultingWInTheFourComponentForm)
 TEST(smMatrix44d, ReckonsTheRowFormsAsTheNaiveProductDoes)
 {
     RandomTables random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kMatrixRounds; ++round)
     {
         const Table m = random();
         const smVec4d v(random.Number(), random.Number(), random.Number(), random.Number());

@@ -174,7 +174,7 @@ private:
     std::uniform_real_distribution<double> m_Distribution{-10.0, 10.0};
 };
 
-constexpr int kRounds = 200;
+constexpr int kVectorRounds = 200;
 
 // ---- what all vectors have
 
@@ -217,7 +217,7 @@ TYPED_TEST(AnyVector, RefusesAnIndexOutsideItsComponents)
 TYPED_TEST(AnyVector, AddsAndSubtractsComponentByComponent)
 {
     RandomNumbers random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kVectorRounds; ++round)
     {
         const auto a = random.Vector<TypeParam>();
         const auto b = random.Vector<TypeParam>();
@@ -238,7 +238,7 @@ TYPED_TEST(AnyVector, AddsAndSubtractsComponentByComponent)
 TYPED_TEST(AnyVector, ScalesFromEitherSide)
 {
     RandomNumbers random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kVectorRounds; ++round)
     {
         const auto v = random.Vector<TypeParam>();
         const auto t = random.Number<NumberOf<TypeParam>>();
@@ -254,7 +254,7 @@ TYPED_TEST(AnyVector, ScalesFromEitherSide)
 TYPED_TEST(AnyVector, DividesEachComponent)
 {
     RandomNumbers random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kVectorRounds; ++round)
     {
         const auto v = random.Vector<TypeParam>();
         const auto t = random.Number<NumberOf<TypeParam>>();
@@ -270,7 +270,7 @@ TYPED_TEST(AnyVector, DividesEachComponent)
 TYPED_TEST(AnyVector, SumsTheProductsFromTheLeft)
 {
     RandomNumbers random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kVectorRounds; ++round)
     {
         const auto a = random.Vector<TypeParam>();
         const auto b = random.Vector<TypeParam>();
@@ -368,7 +368,7 @@ TYPED_TEST(CheckedVector, DividesByTheFirstNumberBeyondTheThreshold)
 TYPED_TEST(CheckedVector, NormalizesToLengthOne)
 {
     RandomNumbers random;
-    for (int round = 0; round < kRounds; ++round)
+    for (int round = 0; round < kVectorRounds; ++round)
     {
         const auto v = random.Vector<TypeParam>();
         const auto length = v.Length();

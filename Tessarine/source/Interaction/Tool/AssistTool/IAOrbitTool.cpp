@@ -6,7 +6,7 @@ namespace tessarine
 {
 namespace
 {
-constexpr double kUnitsAPixel = 0.5;
+constexpr double kDeltaAPixel = 0.5;
 }
 
 IAOrbitTool::IAOrbitTool() : IACameraTool(CommandID::CameraOrbit, "res\\Orbit.CUR") {}
@@ -17,7 +17,7 @@ void IAOrbitTool::OnMouseMove(int x, int y, unsigned /*flags*/)
     {
         return;
     }
-    GetCommand<IACameraOrbitCommand>().SetDelta(GetWayRight(x) * kUnitsAPixel, GetWayUp(y) * kUnitsAPixel);
+    GetCommand<IACameraOrbitCommand>().SetDelta(GetWayRight(x) * kDeltaAPixel, GetWayUp(y) * kDeltaAPixel);
     RunStep(x, y);
 }
 }

@@ -6,7 +6,7 @@ namespace tessarine
 {
 namespace
 {
-constexpr double kUnitsAPixel = 0.03333333333333333;
+constexpr double kDistanceAPixel = 0.03333333333333333;
 }
 
 IAZoomTool::IAZoomTool() : IACameraTool(CommandID::CameraZoom, "res\\Zoom.CUR") {}
@@ -17,7 +17,7 @@ void IAZoomTool::OnMouseMove(int /*x*/, int y, unsigned /*flags*/)
     {
         return;
     }
-    GetCommand<IACameraZoomCommand>().SetDistance(GetWayUp(y) * kUnitsAPixel);
+    GetCommand<IACameraZoomCommand>().SetDistance(GetWayUp(y) * kDistanceAPixel);
     RunStep(m_nX, y);
 }
 }
