@@ -1,22 +1,15 @@
-#include "Capture.h"
 #include "IASimplifyCommand.h"
-#include "IASubLOOPCommand.h"
-#include "LinksHold.h"
 #include "LiteralSimplify.h"
-#include "MANSceneManager.h"
 #include "RandomMeshes.h"
-#include "RecordDump.h"
+#include "TrialModel.h"
 #include <cmath>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <random>
-#include <typeinfo>
 
 namespace tessarine
 {
 namespace
 {
-using Step = void (*)(MANBrepElementManager&, MANSceneManager&, float ratio);
-
 void SimplifyByCommand(MANBrepElementManager& elements, MANSceneManager& scene, float ratio)
 {
     IASimplifyCommand command;
@@ -26,103 +19,20 @@ void SimplifyByCommand(MANBrepElementManager& elements, MANSceneManager& scene, 
     command.Execute();
 }
 
-/// What a run leaves.
-struct Outcome
-{
-    std::string failure;
-    std::string console;
-    std::vector<std::string> assertions;
-    std::string records;
-    std::string scene;
-};
-
-std::string DescribeScene(const MANSceneManager& scene)
-{
-    std::string text;
-    for (const MANSceneNode* node : scene.GetRootGroup()->GetChildren())
-    {
-        const DSSolid* solid = static_cast<const MANSceneLeaf*>(node)->GetSolid();
-        text += std::to_string(node->GetID()) + (node->IsVisible() ? " visible " : " hidden ") +
-                std::to_string(solid->GetID()) +
-                (node->GetParent() == scene.GetRootGroup() ? "\n" : " stray\n");
-    }
-    return text;
-}
-
-/// Stores with one model, which is the second solid of its manager where that is asked.
-class Model
-{
-public:
-    Model(const IndexedMesh& mesh, bool isSecond)
-    {
-        if (isSecond)
-        {
-            LoadQuietly(m_Elements, QuadCube());
-        }
-        m_pSolid = LoadQuietly(m_Elements, mesh);
-        const AssertionCapture assertions;
-        const ConsoleCapture console;
-        m_pSolid->CalcNormals();
-        MANSceneLeaf* leaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(leaf);
-        leaf->SetParent(m_Scene.GetRootGroup());
-        leaf->SetSolid(m_pSolid);
-    }
-
-    /// Afterwards ids and places are no longer side by side.
-    void Subdivide()
-    {
-        const ConsoleCapture console;
-        IASubLOOPCommand command;
-        command.SetElementManager(&m_Elements);
-        command.SetSceneManager(&m_Scene);
-        command.Execute();
-    }
-
-    Outcome Run(Step step, float ratio)
-    {
-        Outcome outcome;
-        const AssertionCapture assertions;
-        ConsoleCapture console;
-        try
-        {
-            step(m_Elements, m_Scene, ratio);
-        }
-        catch (const IException& exception)
-        {
-            outcome.failure = typeid(exception).name() + (" " + exception.GetMessage());
-        }
-        outcome.console = console.GetText();
-        outcome.assertions = assertions.GetExpressions();
-        outcome.records = DumpRecords(m_Elements);
-        outcome.scene = DescribeScene(m_Scene);
-        return outcome;
-    }
-
-private:
-    MANBrepElementManager m_Elements;
-    MANSceneManager m_Scene;
-    DSSolid* m_pSolid = nullptr;
-};
-
 /// @return whether the runs came to their ends
-bool ExpectSame(Model& first, Model& second, float ratio, const std::string& name)
+bool ExpectSameSimplification(TrialModel& first, TrialModel& second, float ratio, const std::string& name)
 {
-    const Outcome literal = first.Run(SimplifyLiterally, ratio);
-    const Outcome command = second.Run(SimplifyByCommand, ratio);
-    EXPECT_EQ(command.failure, literal.failure) << name;
-    EXPECT_EQ(command.console, literal.console) << name;
-    EXPECT_EQ(command.assertions, literal.assertions) << name;
-    EXPECT_EQ(command.scene, literal.scene) << name;
-    EXPECT_TRUE(command.records == literal.records) << name << " at " << ratio << ": the records differ";
-    return literal.failure.empty();
+    return ExpectSameOutcome(
+        first, [ratio](auto& elements, auto& scene) { SimplifyLiterally(elements, scene, ratio); }, second,
+        [ratio](auto& elements, auto& scene) { SimplifyByCommand(elements, scene, ratio); },
+        name + " at " + std::to_string(ratio));
 }
 
-bool ExpectSame(const IndexedMesh& mesh, float ratio, const std::string& name)
+bool ExpectSameSimplification(const IndexedMesh& mesh, float ratio, const std::string& name)
 {
-    Model first(mesh, true);
-    Model second(mesh, true);
-    return ExpectSame(first, second, ratio, name);
+    TrialModel first(mesh, true);
+    TrialModel second(mesh, true);
+    return ExpectSameSimplification(first, second, ratio, name);
 }
 
 /// @return whether all runs came to their ends
@@ -131,7 +41,7 @@ bool ExpectSameAtAllRatios(const IndexedMesh& mesh, const std::string& name)
     bool good = true;
     for (const float ratio : {0.0F, 0.2F, 0.5F, 0.8F, 1.0F})
     {
-        good = ExpectSame(mesh, ratio, name) && good;
+        good = ExpectSameSimplification(mesh, ratio, name) && good;
     }
     return good;
 }
@@ -229,20 +139,20 @@ TEST(SimplifyAgainstLiteral, GivesTheSameAfterASubdivision)
 {
     for (const IndexedMesh& mesh : {Shaken(Sphere(1), 7), Shaken(Grid(4), 8)})
     {
-        Model first(mesh, false);
-        Model second(mesh, false);
+        TrialModel first(mesh, false);
+        TrialModel second(mesh, false);
         first.Subdivide();
         second.Subdivide();
-        EXPECT_TRUE(ExpectSame(first, second, 0.5F, "subdivided"));
+        EXPECT_TRUE(ExpectSameSimplification(first, second, 0.5F, "subdivided"));
     }
 }
 
 TEST(SimplifyAgainstLiteral, GivesTheSameTwice)
 {
-    Model first(Shaken(Sphere(2), 9), false);
-    Model second(Shaken(Sphere(2), 9), false);
-    EXPECT_TRUE(ExpectSame(first, second, 0.5F, "first run"));
-    EXPECT_TRUE(ExpectSame(first, second, 0.3F, "second run"));
+    TrialModel first(Shaken(Sphere(2), 9), false);
+    TrialModel second(Shaken(Sphere(2), 9), false);
+    EXPECT_TRUE(ExpectSameSimplification(first, second, 0.5F, "first run"));
+    EXPECT_TRUE(ExpectSameSimplification(first, second, 0.3F, "second run"));
 }
 
 class SimplifyAgainstLiteralTest : public testing::TestWithParam<unsigned>

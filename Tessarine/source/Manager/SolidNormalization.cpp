@@ -10,7 +10,7 @@ namespace tessarine
 {
 namespace
 {
-struct Box
+struct CornerBox
 {
     smVec3d low;
     smVec3d high;
@@ -35,10 +35,10 @@ bool FitsSinglePrecision(const smVec3d& p)
         "mend them in the file and import again");
 }
 
-Box FindBox(const DSSolid& solid)
+CornerBox FindBox(const DSSolid& solid)
 {
     const smVec3d& first = solid.GetVertexList()[0]->GetPosition();
-    Box box{first, first};
+    CornerBox box{first, first};
     for (const DSVertex* pVertex : solid.GetVertexList())
     {
         ASSERT(pVertex != nullptr);
@@ -51,7 +51,7 @@ Box FindBox(const DSSolid& solid)
     return box;
 }
 
-float MoveAndScale(double value, double centre, double scale)
+float RoundMoveAndScale(double value, double centre, double scale)
 {
     const auto rounded = static_cast<float>(value);
     const auto moved = static_cast<float>(rounded - centre);
@@ -65,7 +65,7 @@ void NormalizeSolid(DSSolid& solid)
     {
         return;
     }
-    const Box box = FindBox(solid);
+    const CornerBox box = FindBox(solid);
     const smVec3d centre = (box.high + box.low) / 2.0;
     const smVec3d extent = box.high - box.low;
     const double longest = std::max({extent.x, extent.y, extent.z});
@@ -77,8 +77,8 @@ void NormalizeSolid(DSSolid& solid)
     for (DSVertex* pVertex : solid.GetVertexList())
     {
         const smVec3d& p = pVertex->GetPosition();
-        pVertex->SetPosition(MoveAndScale(p.x, centre.x, scale), MoveAndScale(p.y, centre.y, scale),
-                             MoveAndScale(p.z, centre.z, scale));
+        pVertex->SetPosition(RoundMoveAndScale(p.x, centre.x, scale), RoundMoveAndScale(p.y, centre.y, scale),
+                             RoundMoveAndScale(p.z, centre.z, scale));
     }
 }
 }

@@ -24,7 +24,7 @@ smVec3f ToSinglePrecision(const smVec3d& v)
     return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
 }
 
-std::size_t Index(std::int32_t i)
+std::size_t ToIndex(std::int32_t i)
 {
     return static_cast<std::size_t>(i);
 }
@@ -146,7 +146,7 @@ void IASimplifyCommand::NumberSurvivors(const PairContraction& work)
     forEachSurvivor(
         [&](std::int32_t a, std::int32_t b, std::int32_t c)
         {
-            numbers[Index(a)] = numbers[Index(b)] = numbers[Index(c)] = 0;
+            numbers[ToIndex(a)] = numbers[ToIndex(b)] = numbers[ToIndex(c)] = 0;
             ++sTriangles;
         });
     NumberRoots(work, numbers);
@@ -154,7 +154,7 @@ void IASimplifyCommand::NumberSurvivors(const PairContraction& work)
     fv.reserve(3 * static_cast<std::size_t>(sTriangles));
     forEachSurvivor(
         [&](std::int32_t a, std::int32_t b, std::int32_t c) {
-            fv.insert(fv.end(), {numbers[Index(a)] + 1, numbers[Index(b)] + 1, numbers[Index(c)] + 1});
+            fv.insert(fv.end(), {numbers[ToIndex(a)] + 1, numbers[ToIndex(b)] + 1, numbers[ToIndex(c)] + 1});
         });
 }
 
