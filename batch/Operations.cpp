@@ -27,6 +27,21 @@ bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
                        [] { throw Failure("this operation comes with a later version of Tessarine"); });
 }
 
+/// The numbers of an operation, whose form was checked before it ran.
+double NumberAt(const Arguments& arguments, std::size_t index)
+{
+    double value = 0.0;
+    ReadNumber(arguments[index], value);
+    return value;
+}
+
+int IntegerAt(const Arguments& arguments, std::size_t index)
+{
+    long long value = 0;
+    ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
+    return static_cast<int>(value);
+}
+
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::None, [&run] { run.GetWorkbench().NewDocument(); });
@@ -51,10 +66,16 @@ bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
 
 bool RunSimplify(BatchRun& run, const Arguments& arguments)
 {
-    double ratio = 0.0;
-    ReadNumber(arguments[0], ratio);
+    const double ratio = NumberAt(arguments, 0);
     return run.Perform(Effect::ChangesModel, [&run, ratio]
                        { run.GetWorkbench().GetController().Simplify(static_cast<float>(ratio)); });
+}
+
+bool RunOptimize(BatchRun& run, const Arguments& arguments)
+{
+    const int mode = IntegerAt(arguments, 0);
+    return run.Perform(Effect::ChangesModel,
+                       [&run, mode] { run.GetWorkbench().GetController().OptimizeMesh(mode); });
 }
 
 bool RunTriangleQuality(BatchRun& run, const Arguments& /*arguments*/)
@@ -77,21 +98,6 @@ bool RunMenu(BatchRun& run, const Arguments& arguments)
     long long id = 0;
     ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
     return IACommandRouter(run.GetWorkbench()).Run(run.GetOperationName(), static_cast<int>(id));
-}
-
-/// The numbers of an operation, whose form was checked before it ran.
-double NumberAt(const Arguments& arguments, std::size_t index)
-{
-    double value = 0.0;
-    ReadNumber(arguments[index], value);
-    return value;
-}
-
-int IntegerAt(const Arguments& arguments, std::size_t index)
-{
-    long long value = 0;
-    ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
-    return static_cast<int>(value);
 }
 
 smVec3d VectorAt(const Arguments& arguments, std::size_t index)
@@ -208,7 +214,7 @@ constexpr Operation kOperations[] = {
      RunLater},
     {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunSimplify},
     {"optimize", "MODE", Group::MenuCommand, "1 and 3: swaps diagonals; 2: removes edges without length",
-     RunLater},
+     RunOptimize},
     {"project-samples", "", Group::MenuCommand, "renders views of the model into images", RunLater},
     {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
      RunLater},

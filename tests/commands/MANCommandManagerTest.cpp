@@ -93,9 +93,10 @@ TEST(CommandManager, MakesTheCameraCommands)
     EXPECT_TRUE(Makes<IACameraAroundCommand>(0x1000004));
 }
 
-TEST(CommandManager, MakesASimplification)
+TEST(CommandManager, MakesASimplificationAndAnOptimisation)
 {
     EXPECT_EQ(RefusalOf(0x6000008), "");
+    EXPECT_EQ(RefusalOf(0x6000009), "");
 }
 
 TEST(CommandManager, RefusesByNameWhatComesLater)
@@ -110,7 +111,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000009), "mesh optimisation comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000001), "moving vertices comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000002), "moving faces comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x7000004), "moving solids comes with a later version of Tessarine");

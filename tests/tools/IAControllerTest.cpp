@@ -237,7 +237,6 @@ TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineIncremental(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineTwoStep(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineEnergy(); }), comesLater);
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.OptimizeMesh(1); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.SetMaterialOfSelection(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.GenerateSplats(); }), comesLater);
     EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 0U);

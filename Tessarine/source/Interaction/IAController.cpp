@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "IACommand.h"
+#include "IARefineMeshCommand.h"
 #include "IASimplifyCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
@@ -175,9 +176,15 @@ void IAController::RefineEnergy()
     RunLater(CommandID::ReconstructionSmoothEnergyFunction);
 }
 
-void IAController::OptimizeMesh(int /*mode*/)
+void IAController::OptimizeMesh(int mode)
 {
-    RunLater(CommandID::RefineMesh);
+    Run<IARefineMeshCommand>(CommandID::RefineMesh,
+                             [this, mode](IARefineMeshCommand& command)
+                             {
+                                 command.SetElementManager(&m_ElementManager);
+                                 command.SetSceneManager(&m_SceneManager);
+                                 command.SetMode(mode);
+                             });
 }
 
 void IAController::Simplify(float ratio)

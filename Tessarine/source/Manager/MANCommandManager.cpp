@@ -5,6 +5,7 @@
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
+#include "IARefineMeshCommand.h"
 #include "IASimplifyCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
@@ -49,7 +50,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
     {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},
-    {CommandID::RefineMesh, "mesh optimisation", nullptr},
+    {CommandID::RefineMesh, "mesh optimisation", Make<IARefineMeshCommand>},
     {CommandID::MoveVertex, "moving vertices", nullptr},
     {CommandID::MoveFace, "moving faces", nullptr},
     {CommandID::MoveSolid, "moving solids", nullptr},
