@@ -176,9 +176,9 @@ int RunTessarine(int argc, char** argv)
                                          : "tessarine " TESSARINE_VERSION "\n");
         return kDone;
     }
-    if (!IsDisplayThere())
+    if (const std::string problem = FindDisplayProblem(argc, argv); !problem.empty())
     {
-        Complain("there is no display to show a window on (DISPLAY); tessarine-batch works without one");
+        Complain(problem);
         return kNoWindow;
     }
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);

@@ -32,6 +32,7 @@ QString TakeFile(const QStringList& words, QString& error)
 StartOptions ParseStartOptions(const QStringList& words)
 {
     QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions); // as Qt's own
     const QCommandLineOption import("import", QString(), "MODEL");
     const QCommandLineOption help(QStringList{"h", "help"});
     const QCommandLineOption version(QStringList{"v", "version"});

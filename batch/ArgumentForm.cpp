@@ -60,11 +60,11 @@ constexpr ArgumentForm kForms[] = {
     {"AREA", kAnyNumber, IsNumber},
     {"RATIO", "a number from 0 to 1", IsRatio},
     {"MODE", kWholeNumber, IsAnyInteger},
-    {"LEVEL", "a whole number from 0", IsIndex},
+    {"LEVEL", kAnyNumber, IsNumber},
     {"N|all", "a whole number from 1, or all", IsCountOrAll},
     {"NMAX", "a whole number from 3", IsInteger<3, kMostInteger>},
     {"FACE", "a whole number from 0", IsIndex},
-    {"ITOL", "a whole number from 1 to 4", IsInteger<1, 4>},
+    {"ITOL", kWholeNumber, IsAnyInteger},
     {"TOL", kAnyNumber, IsNumber},
     {"ITMAX", "a whole number from 1", IsCount},
     {"ID", "a whole number from 0", IsIndex},
@@ -95,8 +95,19 @@ const ArgumentForm& FindArgumentForm(std::string_view name)
     return *found;
 }
 
+namespace
+{
+/// A plus is taken as the C library takes it.
+std::string_view WithoutPlus(std::string_view word)
+{
+    const bool hasPlus = word.size() > 1 && word[0] == '+' && word[1] != '-';
+    return hasPlus ? word.substr(1) : word;
+}
+}
+
 bool ReadInteger(std::string_view word, long long least, long long most, long long& value)
 {
+    word = WithoutPlus(word);
     const char* const end = word.data() + word.size();
     const auto [stop, error] = std::from_chars(word.data(), end, value);
     return error == std::errc() && stop == end && value >= least && value <= most;
@@ -104,6 +115,7 @@ bool ReadInteger(std::string_view word, long long least, long long most, long lo
 
 bool ReadNumber(std::string_view word, double& value)
 {
+    word = WithoutPlus(word);
     const char* const end = word.data() + word.size();
     const auto [stop, error] = std::from_chars(word.data(), end, value);
     return error == std::errc() && stop == end && std::isfinite(value);

@@ -44,7 +44,7 @@ int IntegerAt(const Arguments& arguments, std::size_t index)
 
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
 {
-    return run.Perform(Effect::None, [&run] { run.GetWorkbench().NewDocument(); });
+    return run.Perform(Effect::ReplacesDocument, [&run] { run.GetWorkbench().NewDocument(); });
 }
 
 bool RunImport(BatchRun& run, const Arguments& arguments)

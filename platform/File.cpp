@@ -409,6 +409,12 @@ void SetCurrentFolder(const fs::path& folder)
     }
 }
 
+void TrySetCurrentFolder(const fs::path& folder) noexcept
+{
+    std::error_code error;
+    fs::current_path(folder, error);
+}
+
 CurrentFolderGuard::CurrentFolderGuard() : m_nFolder(::open(".", O_PATH | O_DIRECTORY | O_CLOEXEC))
 {
     if (m_nFolder < 0) // once left, it could not be entered again

@@ -66,6 +66,11 @@ std::filesystem::path GetCurrentFolder();
 /// Throws FileError.
 void SetCurrentFolder(const std::filesystem::path& folder);
 
+/// The same for the folder of a file that is going to be opened, which will say what is wrong with it.
+///
+/// Fails   The folder stays the one that it was.
+void TrySetCurrentFolder(const std::filesystem::path& folder) noexcept;
+
 /// Makes the current folder of its construction current again at its end, also one that was moved or removed.
 class CurrentFolderGuard
 {

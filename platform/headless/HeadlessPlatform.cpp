@@ -24,13 +24,12 @@ void HeadlessPlatform::ShowFailure(const std::string& operation, const std::stri
     PrintErrorLine("tessarine-batch: " + operation + ": " + reason);
 }
 
-/// A file to open may be missing with its folder: whoever opens it says so.
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)
 {
     auto choice = TakeFileAnswer(question);
-    if (choice && std::filesystem::is_directory(choice->parent_path()))
+    if (choice)
     {
-        SetCurrentFolder(choice->parent_path());
+        TrySetCurrentFolder(choice->parent_path());
     }
     return choice;
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
+#include <string_view>
 
 namespace tessarine
 {
@@ -16,6 +17,33 @@ bool IsLocaleUtf8()
     RestoreNumberForm();
     return isUtf8;
 }
+
+/// The word behind the last such option, which Qt takes with one dash or two; null where there is none.
+const char* FindOption(int argc, const char* const* argv, std::string_view option)
+{
+    const char* found = nullptr;
+    for (int i = 1; i + 1 < argc; ++i)
+    {
+        const std::string_view word = argv[i];
+        if (word == option || (word.starts_with("--") && word.substr(1) == option))
+        {
+            found = argv[++i];
+        }
+    }
+    return found;
+}
+
+/// @param name null for the one that the environment names
+bool IsDisplayThere(const char* name)
+{
+    Display* display = XOpenDisplay(name);
+    if (display == nullptr)
+    {
+        return false;
+    }
+    XCloseDisplay(display);
+    return true;
+}
 }
 
 void PrepareForDisplay()
@@ -27,15 +55,17 @@ void PrepareForDisplay()
     }
 }
 
-bool IsDisplayThere()
+std::string FindDisplayProblem(int argc, const char* const* argv)
 {
-    Display* display = XOpenDisplay(nullptr);
-    if (display == nullptr)
+    if (FindOption(argc, argv, "-platform") != nullptr)
     {
-        return false;
+        return "the window is drawn on an X display alone; leave out -platform";
     }
-    XCloseDisplay(display);
-    return true;
+    if (!IsDisplayThere(FindOption(argc, argv, "-display")))
+    {
+        return "there is no display to show a window on (DISPLAY); tessarine-batch works without one";
+    }
+    return "";
 }
 
 void RestoreNumberForm()

@@ -154,7 +154,7 @@ std::optional<std::filesystem::path> QtPlatform::TakeFileAnswer()
 {
     const std::filesystem::path choice = GetCurrentFolder() / *m_FileAnswer;
     m_FileAnswer.reset();
-    SetCurrentFolder(choice.parent_path());
+    TrySetCurrentFolder(choice.parent_path());
     return choice;
 }
 

@@ -52,8 +52,11 @@ TEST(ArgumentForm, TakesWholeNumbersWithinTheirRange)
     EXPECT_TRUE(Accepts("X", "-5")); // a captured mouse leaves the window
     EXPECT_TRUE(Accepts("NMAX", "3"));
     EXPECT_FALSE(Accepts("NMAX", "2"));
-    EXPECT_TRUE(Accepts("ITOL", "4"));
-    EXPECT_FALSE(Accepts("ITOL", "5"));
+    EXPECT_TRUE(Accepts("ITOL", "5")); // a test that the solver does not know, and says so
+    EXPECT_TRUE(Accepts("X", "+5"));
+    EXPECT_FALSE(Accepts("X", "+-5"));
+    EXPECT_FALSE(Accepts("X", "++5"));
+    EXPECT_FALSE(Accepts("X", "+"));
 }
 
 TEST(ArgumentForm, TakesAllWhereACountMayBeAll)

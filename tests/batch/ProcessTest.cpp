@@ -3,6 +3,7 @@
 #include "File.h"
 #include <cmath>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -185,6 +186,21 @@ TEST_F(BatchProcess, SaysOnTheConsoleThatAFileInAMissingFolderCannotBeOpened)
                 AllOf(HasSubstr("missing/a.obj: no such f"), HasSubstr("tessarine-batch: import: ")));
 
     EXPECT_THAT(Run({"import", "missing/a.txt"}).errors, HasSubstr("不能导入此类型文件!"));
+}
+
+TEST_F(BatchProcess, SaysTheSameOfAFolderThatCannotBeLookedInto)
+{
+    std::filesystem::create_symlink("second", m_Folder.GetPath() / "first");
+    std::filesystem::create_symlink("first", m_Folder.GetPath() / "second");
+    m_Folder.Write("file", "");
+    for (const std::string& folder : {std::string("first"), std::string(300, 'a'), std::string("file")})
+    {
+        const ProcessResult result = Run({"import", folder + "/a.obj", "status"});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.output, "Cannot open file!!\n") << folder;
+        EXPECT_THAT(result.errors, HasSubstr("tessarine-batch: import: cannot ")) << folder;
+        EXPECT_THAT(result.errors, Not(HasSubstr("filesystem error"))) << folder;
+    }
 }
 
 TEST_F(BatchProcess, TakesTheWordBehindTwoDashesForAFile)
@@ -466,6 +482,24 @@ TEST_F(BatchProcess, FailsToSimplifyWithoutAModel)
     EXPECT_EQ(result.errors, "tessarine-batch: simplify: simplification needs a model: import one first\n");
 }
 
+TEST_F(BatchProcess, OptimizesInEveryMode)
+{
+    const ProcessResult run = Run({"-q", "import", "tetra.obj", "subdivide-loop", "optimize", "1", "optimize",
+                                   "2", "optimize", "3", "export", "out.obj"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    EXPECT_THAT(m_Folder.Read("out.obj"), HasSubstr("# 16 faces in this object "));
+}
+
+TEST_F(BatchProcess, FailsToOptimizeAModelWithARim)
+{
+    m_Folder.Write("open.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    const ProcessResult run = Run({"-q", "import", "open.obj", "optimize", "1"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.errors, AllOf(StartsWith("tessarine-batch: optimize: "), HasSubstr("3 sides of faces")));
+    EXPECT_EQ(Run({"-q", "import", "open.obj", "optimize", "2"}).status, 0);
+}
+
 TEST_F(BatchProcess, PrintsTheQualityOfTheTriangles)
 {
     // Edges of 2 root 2 everywhere: 8 over twice the area of 2 root 3, which is 2 / root 3.
@@ -601,6 +635,23 @@ TEST_F(BatchProcess, DoesTheSameDragTwiceAlike)
                                             "left-up", "0",         "0",          "report",   "-"};
     EXPECT_EQ(Run(words).output, Run(words).output);
     EXPECT_THAT(Run(words).output, HasSubstr("Size of current tool stack: 1\n"));
+}
+
+TEST_F(BatchProcess, TakesTheSamePictureAfterTheSameDrag)
+{
+    const auto draw = [this](const std::string& picture)
+    {
+        EXPECT_EQ(Run({"import", "tetra.obj", "tool", "67108867", "left-down", "10", "10", "mouse-move",
+                       "-30", "77", "left-up", "0", "0", "render", picture})
+                      .status,
+                  0);
+        return m_Folder.Read(picture);
+    };
+    const std::string first = draw("a.png");
+    EXPECT_THAT(first, testing::StartsWith("\x89PNG"));
+    EXPECT_TRUE(first == draw("b.png"));
+    EXPECT_EQ(Run({"import", "tetra.obj", "render", "undragged.png"}).status, 0);
+    EXPECT_FALSE(first == m_Folder.Read("undragged.png"));
 }
 
 TEST_F(BatchProcess, SendsEveryMouseOperationToTheSelectToolToo)

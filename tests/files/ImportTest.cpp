@@ -399,6 +399,18 @@ TEST(Import, ReadsEachLibraryAtItsLine)
     EXPECT_EQ(import.GetSolid().GetFaceList()[0]->GetMaterial()->m_Diffuse.y, 1.0F);
 }
 
+TEST(Import, BindsAMaterialWhoseNameEndsInACarriageReturnOnBothSides)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("a.mtl", "newmtl a\r\nKd 0 1 0\r\n");
+    Import import;
+    import.LoadText(
+        "mtllib a.mtl \r\nv 0 0 0\r\nusemtl a\r\nf 1 1 1\r\n"); // the blank ends the library's name
+    const DSMaterial* material = import.elements.GetMaterialManager().GetMaterialList().at(0).get();
+    EXPECT_EQ(material->m_Name, "a\r");
+    EXPECT_EQ(import.GetSolid().GetFaceList()[0]->GetMaterial(), material);
+}
+
 TEST(Import, MakesWhatItCanOfBinaryFiles)
 {
     std::string bytes;

@@ -1,5 +1,6 @@
 #include "DisplayFlag.h"
 #include "GuiTest.h"
+#include "OCTNODE.h"
 #include "resource.h"
 #include <QAction>
 
@@ -75,6 +76,19 @@ TEST_F(DisplayGuiTest, ReportsAnOctreeThatIsNotThereAndLeavesTheFlag)
     EXPECT_EQ(GetMessages().size(), 1U);
     EXPECT_EQ(Flags(), before);
     EXPECT_FALSE(Action(ResourceID::ShowOctree).isChecked());
+}
+
+TEST_F(DisplayGuiTest, ShowsAnOctreeAndItsCheckMark)
+{
+    const OCTNODE octree;
+    GLView().SetOctree(&octree);
+    const std::uint32_t before = Flags();
+    ChooseFromMenu(ResourceID::ShowOctree);
+    EXPECT_EQ(Flags(), before | DisplayFlag::Octree);
+    EXPECT_TRUE(Action(ResourceID::ShowOctree).isChecked());
+    ChooseFromMenu(ResourceID::ShowOctree);
+    EXPECT_EQ(Flags(), before);
+    GLView().SetOctree(nullptr);
 }
 
 TEST_F(DisplayGuiTest, ReportsProjectionLinesOfListsOfDifferentSize)

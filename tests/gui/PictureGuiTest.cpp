@@ -45,6 +45,23 @@ TEST_F(PictureGuiTest, IsTheSameInTheWindowAndOffScreen)
               RenderOffScreen(import + QStringList{"menu", "32782", "menu", "32781", "menu", "32819"}));
 }
 
+TEST_F(PictureGuiTest, IsTheSameInTheWindowAndOffScreenInPointsAndTextures)
+{
+    m_Folder.Write("squares.ppm", "P3\n2 2\n255\n255 0 0 0 255 0 0 0 255 255 255 0\n");
+    m_Folder.Write("squares.mtl", "newmtl squares\nKd 1 1 1\nmap_Kd squares.ppm\n");
+    m_Folder.Write("square.obj", "mtllib squares.mtl\nv -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\n"
+                                 "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nusemtl squares\nf 1/1 2/2 3/3 4/4\n");
+    AnswerFileDialog("square.obj");
+    ChooseFromMenu(ResourceID::ImportObj);
+    const QStringList import{"import", "square.obj"};
+    ChooseFromMenu(ResourceID::ShowPoints);
+    EXPECT_EQ(GrabView(), RenderOffScreen(import + QStringList{"menu", "32799"}));
+    ChooseFromMenu(ResourceID::ShowTexture);
+    const QImage textured = GrabView();
+    EXPECT_EQ(textured, RenderOffScreen(import + QStringList{"menu", "32792"}));
+    EXPECT_NE(textured, RenderOffScreen(import));
+}
+
 TEST_F(PictureGuiTest, StaysWhenItIsPaintedAgain)
 {
     ImportTetrahedron();

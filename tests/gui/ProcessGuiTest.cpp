@@ -121,6 +121,37 @@ TEST_F(ProcessGuiTest, SaysThatThereIsNoDisplay)
     EXPECT_EQ(RunProgram({}, m_Environment).status, 1);
 }
 
+TEST_F(ProcessGuiTest, LooksForTheDisplayThatItIsToldToUse)
+{
+    for (const char* option : {"-display", "--display"})
+    {
+        const Outcome outcome = RunProgram({option, ":32767"}, m_Environment);
+        EXPECT_EQ(outcome.status, 1) << option;
+        EXPECT_THAT(outcome.errors, HasSubstr("there is no display")) << option;
+    }
+    const QString display = m_Environment.value("DISPLAY");
+    m_Environment.remove("DISPLAY");
+    EXPECT_EQ(RunProgram({"-display", display, "--nonsense"}, m_Environment).status,
+              2); // it came past the display
+}
+
+TEST_F(ProcessGuiTest, RefusesPlatformsThatItCannotDrawOn)
+{
+    for (const char* platform : {"offscreen", "nonsense"})
+    {
+        const Outcome outcome = RunProgram({"-platform", platform}, m_Environment);
+        EXPECT_EQ(outcome.status, 1) << platform;
+        EXPECT_THAT(outcome.errors, HasSubstr("leave out -platform")) << platform;
+    }
+}
+
+TEST_F(ProcessGuiTest, NamesAWordBehindOneDashWhole)
+{
+    const Outcome outcome = RunProgram({"-nonsense"}, m_Environment);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.errors, HasSubstr("nonsense"));
+}
+
 TEST_F(ProcessGuiTest, RefusesWordsThatItDoesNotKnow)
 {
     const Outcome outcome = RunProgram({"--nonsense"}, m_Environment);
@@ -129,12 +160,11 @@ TEST_F(ProcessGuiTest, RefusesWordsThatItDoesNotKnow)
     EXPECT_THAT(outcome.errors, HasSubstr("--help"));
 }
 
-/// The boxes are closed by the display's own keys.
-TEST_F(ProcessGuiTest, SaysWhatIsMissingWithoutOpenGL)
+/// Without a word; its boxes are closed by the display's own keys.
+Outcome RunAndCloseBoxes(const QProcessEnvironment& environment)
 {
-    m_Environment.insert("QT_XCB_GL_INTEGRATION", "none");
     QProcess process;
-    process.setProcessEnvironment(m_Environment);
+    process.setProcessEnvironment(environment);
     process.start(TESSARINE_PROGRAM, QStringList());
     const auto closeABox = [&process]
     {
@@ -144,10 +174,24 @@ TEST_F(ProcessGuiTest, SaysWhatIsMissingWithoutOpenGL)
         return process.state() == QProcess::NotRunning;
     };
     EXPECT_TRUE(QTest::qWaitFor(closeABox, 20000));
-    const Outcome outcome = Finish(process);
+    return Finish(process);
+}
+
+TEST_F(ProcessGuiTest, SaysWhatIsMissingWithoutOpenGL)
+{
+    m_Environment.insert("QT_XCB_GL_INTEGRATION", "none");
+    const Outcome outcome = RunAndCloseBoxes(m_Environment);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.errors, HasSubstr("Tessarine cannot draw: "));
     EXPECT_THAT(outcome.errors, HasSubstr("OpenGL"));
+}
+
+TEST_F(ProcessGuiTest, SaysWhatIsMissingWithoutTheCompatibilityProfile)
+{
+    m_Environment.insert("MESA_GL_VERSION_OVERRIDE", "3.1FC");
+    const Outcome outcome = RunAndCloseBoxes(m_Environment);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("compatibility profile"));
 }
 }
 }

@@ -1,8 +1,8 @@
-#include "CExcp.h"
 #include "Capture.h"
 #include "LinksHold.h"
 #include "Meshes.h"
 #include <gtest/gtest.h>
+#include <stdexcept>
 
 namespace tessarine
 {
@@ -192,7 +192,7 @@ TEST_F(Building, RefusesCornersBeyondThePositions)
     {
         IndexedMesh mesh = SingleTriangle();
         mesh.indices[1] = number;
-        EXPECT_THROW(Build(mesh), CExcpInvalidIndex) << number;
+        EXPECT_THROW(Build(mesh), std::out_of_range) << number;
         EXPECT_TRUE(IsUntouched());
     }
     EXPECT_EQ(m_Console.GetText(), "");
@@ -204,7 +204,7 @@ TEST_F(Building, RefusesAFaceWithoutCorners)
     {
         IndexedMesh mesh = SingleTriangle();
         mesh.faceSizes = {3, size};
-        EXPECT_THROW(Build(mesh), CExcpInvalidIndex);
+        EXPECT_THROW(Build(mesh), std::out_of_range);
         EXPECT_TRUE(IsUntouched());
     }
 }
@@ -213,7 +213,7 @@ TEST_F(Building, RefusesFacesWithMoreCornersThanNumbers)
 {
     IndexedMesh mesh = SingleTriangle();
     mesh.faceSizes = {2, 2};
-    EXPECT_THROW(Build(mesh), CExcpInvalidIndex);
+    EXPECT_THROW(Build(mesh), std::out_of_range);
     EXPECT_TRUE(IsUntouched());
 }
 
@@ -248,14 +248,14 @@ TEST_F(Building, TexturedTellsNothingOfTheEdges)
 TEST_F(Building, RefusesTextureNumbersBeyondTheCoordinates)
 {
     const TexCoordList texCoords(2);
-    EXPECT_THROW(BuildTextured(SingleTriangle(), texCoords, {1, 2, 3}), CExcpInvalidIndex);
-    EXPECT_THROW(BuildTextured(SingleTriangle(), texCoords, {1, 0, 1}), CExcpInvalidIndex);
+    EXPECT_THROW(BuildTextured(SingleTriangle(), texCoords, {1, 2, 3}), std::out_of_range);
+    EXPECT_THROW(BuildTextured(SingleTriangle(), texCoords, {1, 0, 1}), std::out_of_range);
     EXPECT_TRUE(IsUntouched());
 }
 
 TEST_F(Building, RefusesFewerTextureNumbersThanCorners)
 {
-    EXPECT_THROW(BuildTextured(SingleTriangle(), TexCoordList(2), {1, 2}), CExcpInvalidIndex);
+    EXPECT_THROW(BuildTextured(SingleTriangle(), TexCoordList(2), {1, 2}), std::out_of_range);
     EXPECT_TRUE(IsUntouched());
 }
 

@@ -149,12 +149,6 @@ TEST_F(BoundaryTest, NamesASingularMatrix)
     EXPECT_EQ(GetReasonFor(CExcpSingularMatrix()), "a matrix that has no inverse; the model is as it was");
 }
 
-TEST_F(BoundaryTest, NamesAnIndexOutOfRange)
-{
-    EXPECT_EQ(GetReasonFor(CExcpInvalidIndex()),
-              "an index beyond the end of its list; the model is as it was");
-}
-
 TEST_F(BoundaryTest, SaysOfOtherExceptionsThatTheyHaveNoDescription)
 {
     EXPECT_EQ(GetReasonFor(CExcpUnknown()), "an error that has no description; the model is as it was");
@@ -280,7 +274,7 @@ TEST_F(BoundaryTest, KeepsStaleIdsSelectedOverAReplacement)
 
 TEST_F(BoundaryTest, KeepsTheOldDocumentWhenANewOneFails)
 {
-    EXPECT_FALSE(m_Bench.Perform("new", Effect::None,
+    EXPECT_FALSE(m_Bench.Perform("new", Effect::ReplacesDocument,
                                  [this]
                                  {
                                      const FailingMemory memory(0, FailingMemory::Mode::Once);
@@ -288,6 +282,37 @@ TEST_F(BoundaryTest, KeepsTheOldDocumentWhenANewOneFails)
                                  }));
     EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
     EXPECT_EQ(m_Platform.GetOnlyReason(), "not enough memory; the model is as it was");
+}
+
+/// A machine whose status bar cannot be written, once it is told so.
+class FailingPanes : public RecordingPlatform
+{
+public:
+    void Fail() { m_bFails = true; }
+
+    void SetPaneText(int pane, const std::string& text) override
+    {
+        if (m_bFails)
+        {
+            throw std::bad_alloc();
+        }
+        RecordingPlatform::SetPaneText(pane, text);
+    }
+
+private:
+    bool m_bFails = false;
+};
+
+TEST_F(BoundaryTest, KeepsTheOverlaysWhenTheFrameOfANewDocumentFails)
+{
+    DSSolid* pMesh = Show(Tetrahedron());
+    Open3DView& view = m_Bench.GetView();
+    view.SetNewMesh(pMesh);
+    FailingPanes platform;
+    platform.Fail();
+    EXPECT_FALSE(m_Bench.Perform("new", Effect::ReplacesDocument, [this] { m_Bench.NewDocument(); }));
+    EXPECT_EQ(view.GetNewMesh(), pMesh);
+    EXPECT_EQ(platform.GetOnlyReason(), "not enough memory; the model is as it was");
 }
 
 /// Runs an operation over and over, each time with the next of its allocations failing, until none is left to

@@ -1,4 +1,5 @@
 #include "Capture.h"
+#include "OCTNODE.h"
 #include "ViewTest.h"
 #include <GL/gl.h>
 #include <gmock/gmock.h>
@@ -127,6 +128,62 @@ TEST_F(UnwatchedFrameTest, CountsAndSaysTheSame)
     EXPECT_THAT(DrawCounters(), ElementsAre("顶点数: 4", "面片数: 1"));
     EXPECT_THAT(console.GetLines(),
                 ElementsAre("Ambient:(0,0,0)", "Texture Name:1", "Error:GL_INVALID_ENUM"));
+}
+
+TEST_F(UnwatchedFrameTest, ReportsOverlaysThatCannotBeDrawn)
+{
+    m_View.GetPointCloud().resize(2);
+    OCTNODE octree;
+    octree.SetLeaf(false);
+    m_View.SetOctree(&octree);
+    m_View.SetDisplayFlags(DisplayFlag::Octree | DisplayFlag::ProjectionLines);
+    const auto getReports = [this](bool watched)
+    {
+        const AssertionCapture assertions;
+        GetTestPlatform().SetWatched(watched);
+        m_View.Redraw();
+        return assertions.GetExpressions();
+    };
+    const std::vector<std::string> unseen = getReports(false);
+    EXPECT_EQ(unseen.size(), 9U); // a report a child, and the lists
+    EXPECT_EQ(unseen, getReports(true));
+    m_View.Destroy();
+    EXPECT_EQ(unseen, getReports(true)); // nowhere to draw
+    m_View.SetOctree(nullptr);
+}
+
+TEST_F(UnwatchedFrameTest, LeavesTheErrorOfAShininessThatIsRefused)
+{
+    const auto getError = [this](bool watched)
+    {
+        GetTestPlatform().SetWatched(watched);
+        m_View.Redraw();
+        EXPECT_EQ(m_View.BeginContext(), 0);
+        const GLenum error = glGetError();
+        m_View.EndContext();
+        return error;
+    };
+    m_View.SetDisplayFlags(DisplayFlag::FlatShading);
+    EXPECT_EQ(getError(false), GLenum{GL_NO_ERROR});
+    m_pMaterial->m_fShininess = 200.0F; // GL takes 128 at most
+    m_pSolid->SetMaterial(m_pMaterial);
+    ShowSquare(0.5)->SetMaterial(m_Elements.GetMaterialManager().NewMaterial());
+    EXPECT_EQ(getError(false), GLenum{GL_INVALID_VALUE});
+    EXPECT_EQ(getError(true), GLenum{GL_INVALID_VALUE});
+}
+
+TEST_F(UnwatchedFrameTest, PrintsNothingWhereNothingIsSaid)
+{
+    int writes = 0;
+    const auto kept = DebugConsole().SetSink([&writes](std::string_view) { ++writes; });
+    m_View.SetDisplayFlags(0xC);
+    for (const bool watched : {false, true})
+    {
+        GetTestPlatform().SetWatched(watched);
+        m_View.Redraw();
+    }
+    DebugConsole().SetSink(kept);
+    EXPECT_EQ(writes, 0);
 }
 
 TEST_F(UnwatchedFrameTest, DoesNotConcernAPicture)

@@ -1,7 +1,6 @@
 #include "DSBrep.h"
 #include "Console.h"
 #include "CycleGuard.h"
-#include "ErrorLine.h"
 #include "NormalSums.h"
 #include "VertexWalk.h"
 #include <cmath>
@@ -101,20 +100,6 @@ void DSSolid::SetMaterial(DSMaterial* material)
     m_pMaterial = material;
 }
 
-namespace
-{
-void SayCutWalks(std::size_t count)
-{
-    if (count != 0)
-    {
-        PrintErrorLine(
-            "the faces around " + std::to_string(count) +
-            " vertices run against their neighbours, and lead on and on: the normals there take in "
-            "a part of them; turn the faces of the model the same way round");
-    }
-}
-}
-
 void DSSolid::CalcNormals()
 {
     for (DSFace* pFace : m_FaceList)
@@ -133,7 +118,7 @@ void DSSolid::CalcNormals()
         }
     }
     sums.Finish();
-    SayCutWalks(sums.CountCutWalks());
+    sums.SayCutWalks();
 }
 
 namespace

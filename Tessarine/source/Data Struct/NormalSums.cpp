@@ -1,4 +1,5 @@
 #include "NormalSums.h"
+#include "ErrorLine.h"
 
 namespace tessarine
 {
@@ -76,5 +77,16 @@ bool NormalSums::Advance()
         isWalking = true;
     }
     return isWalking;
+}
+
+void NormalSums::SayCutWalks() const
+{
+    if (m_nCutWalks != 0)
+    {
+        PrintErrorLine(
+            "the faces around " + std::to_string(m_nCutWalks) +
+            " vertices run against their neighbours, and lead on and on: the normals there take in "
+            "a part of them; turn the faces of the model the same way round");
+    }
 }
 }

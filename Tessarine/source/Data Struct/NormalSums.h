@@ -34,6 +34,8 @@ public:
 
     /// How many walks the limit has cut short.
     std::size_t CountCutWalks() const { return m_nCutWalks; }
+    /// Tells on standard error how many walks the limit has cut short, if it has any.
+    void SayCutWalks() const;
 
 private:
     struct Walk

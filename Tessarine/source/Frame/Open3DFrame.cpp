@@ -1,4 +1,5 @@
 #include "Open3DFrame.h"
+#include "Assert.h"
 #include "FrameSetup.h"
 #include "FrameTextures.h"
 #include "GridAndAxes.h"
@@ -25,8 +26,24 @@ bool Open3DFrame::HasFlag(std::uint32_t flag) const
     return (m_View.GetDisplayFlags() & flag) != 0;
 }
 
+void Open3DFrame::Say() const
+{
+    SayLights(m_Scene.GetLightList());
+    if (HasFlag(DisplayFlag::Octree) && m_View.GetOctree() != nullptr)
+    {
+        CheckOctree(*m_View.GetOctree());
+    }
+    if (HasFlag(DisplayFlag::ProjectionLines))
+    {
+        const auto& points = m_View.GetPointCloud();
+        const auto& projections = m_View.GetProjectedPoints();
+        ASSERT_VALUE(projections.size() == points.size());
+    }
+}
+
 void Open3DFrame::Draw(FrameTextures& textures) const
 {
+    Say();
     SetUp();
     DrawScene(textures);
     if (m_bWatched && HasFlag(DisplayFlag::CutFaces))
@@ -38,7 +55,6 @@ void Open3DFrame::Draw(FrameTextures& textures) const
 void Open3DFrame::SetUp() const
 {
     SetCamera(*m_View.GetCamera());
-    SayLights(m_Scene.GetLightList());
     SetLights(m_Scene.GetLightList());
     if (m_bWatched)
     {
@@ -77,7 +93,8 @@ void Open3DFrame::DrawOverlays() const
     {
         DrawProjectedPoints(m_View.GetProjectedPoints());
     }
-    if (HasFlag(DisplayFlag::ProjectionLines))
+    if (HasFlag(DisplayFlag::ProjectionLines) &&
+        m_View.GetProjectedPoints().size() == m_View.GetPointCloud().size())
     {
         DrawProjectionLines(m_View.GetPointCloud(), m_View.GetProjectedPoints());
     }

@@ -14,13 +14,16 @@ class Open3DView;
 
 /// One frame of a view: what is drawn, and in which order.
 ///
-/// Needs   A current context.
+/// Needs   A current context, to be drawn.
 class Open3DFrame
 {
 public:
     /// @param isWatched whether somebody sees it; otherwise only what outlives it is done
     Open3DFrame(const Open3DView& view, const MANSceneManager& scene, const MANBrepElementManager& elements,
                 bool isWatched);
+
+    /// Says alone what a frame says, of its lights and of overlays that cannot be drawn. Needs no context.
+    void Say() const;
 
     /// @param textures are those of this frame while it is drawn
     void Draw(FrameTextures& textures) const;

@@ -188,7 +188,7 @@ void Open3DView::DrawFrame(bool isWatched, const std::function<void()>& beforeSw
     const FlagGuard drawing(m_bDrawing);
     if (m_pSurface == nullptr || BeginContext() != 0)
     {
-        SayLightsAlone();
+        SayFrame();
         ShowCounters();
         return;
     }
@@ -216,11 +216,11 @@ void Open3DView::DrawInContext(bool isWatched)
 }
 
 /// Where nothing can be drawn.
-void Open3DView::SayLightsAlone() const
+void Open3DView::SayFrame() const
 {
     if (m_pSceneManager != nullptr)
     {
-        SayLights(m_pSceneManager->GetLightList());
+        Open3DFrame(*this, *m_pSceneManager, *m_pElementManager, false).Say();
     }
 }
 

@@ -158,7 +158,7 @@ private:
 
     void DrawFrame(bool isWatched, const std::function<void()>& beforeSwap);
     void DrawInContext(bool isWatched);
-    void SayLightsAlone() const;
+    void SayFrame() const;
     void ShowCounters() const;
     const DSSolid* GetFirstSolid() const;
     const DSSolid* GetLastMarkedSolid(const std::vector<std::uint32_t>& ids) const;

@@ -64,7 +64,6 @@ void AddLeaves(VertexRun<PlainCorner>& run, const OCTNODE& node)
     }
     for (const OCTNODE* pChild : node.GetChildren())
     {
-        ASSERT_VALUE(pChild != nullptr);
         if (pChild != nullptr)
         {
             AddLeaves(run, *pChild);
@@ -88,6 +87,22 @@ void DrawPoints(const std::vector<smVec3d>& points, float red, float green, floa
     glPopAttrib();
     glEnable(GL_LIGHTING);
 }
+}
+
+void CheckOctree(const OCTNODE& root)
+{
+    if (root.IsLeaf())
+    {
+        return;
+    }
+    for (const OCTNODE* pChild : root.GetChildren())
+    {
+        ASSERT_VALUE(pChild != nullptr);
+        if (pChild != nullptr)
+        {
+            CheckOctree(*pChild);
+        }
+    }
 }
 
 void DrawOctree(const OCTNODE& root)
@@ -123,11 +138,6 @@ void DrawProjectedPoints(const std::vector<smVec3d>& points)
 
 void DrawProjectionLines(const std::vector<smVec3d>& points, const std::vector<smVec3d>& projections)
 {
-    ASSERT_VALUE(projections.size() == points.size());
-    if (projections.size() != points.size())
-    {
-        return;
-    }
     const LineState state(1.0F, 1.0F, 0.0F, 0.0F);
     glLineStipple(1, kEveryOtherPixel);
     glEnable(GL_LINE_STIPPLE);

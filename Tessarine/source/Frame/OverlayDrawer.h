@@ -10,9 +10,10 @@ class OCTNODE;
 /// What the commands leave to be shown over the scene. Each operation needs a current context, and turns
 /// lighting on at its end.
 
-/// The boxes of the leaves.
-///
-/// Fails   A child that is null reports its assertion and is passed over.
+/// Reports the assertion of every child that is null.
+void CheckOctree(const OCTNODE& root);
+
+/// The boxes of the leaves. A child that is null is passed over.
 void DrawOctree(const OCTNODE& root);
 
 void DrawPointCloud(const std::vector<smVec3d>& points);
@@ -24,7 +25,7 @@ void DrawProjectedPoints(const std::vector<smVec3d>& points);
 
 /// A stippled line from each point to its projection.
 ///
-/// Fails   Lists of different size report their assertion, and nothing is drawn.
+/// Needs   Lists of one size.
 void DrawProjectionLines(const std::vector<smVec3d>& points, const std::vector<smVec3d>& projections);
 
 /// A quadrilateral by its outline.

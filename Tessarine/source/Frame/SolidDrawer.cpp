@@ -5,6 +5,7 @@
 #include "LookAhead.h"
 #include "MANMaterialManager.h"
 #include "VertexRun.h"
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -302,6 +303,11 @@ void SolidDrawer::DrawSurface(const DSSolid& solid) const
 void SolidDrawer::ApplyLastMaterial(const DSSolid& solid) const
 {
     const auto& faces = solid.GetFaceList();
+    const auto isRefused = [this](const DSFace* face) { return !IsShininessTaken(GetMaterial(*face)); };
+    if (const auto refused = std::find_if(faces.begin(), faces.end(), isRefused); refused != faces.end())
+    {
+        ApplyMaterial(GetMaterial(**refused)); // for GL's error, which a later frame tells
+    }
     for (std::size_t place = faces.size(); place-- > 0;)
     {
         const DSMaterial& material = GetMaterial(*faces[place]);

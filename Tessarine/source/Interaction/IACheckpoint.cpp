@@ -18,6 +18,10 @@ IACheckpoint::IACheckpoint(IAController& controller, Open3DView& view, MANComman
         return;
     }
     m_Overlays.emplace(view.Save());
+    if (effect == Effect::ReplacesDocument)
+    {
+        return;
+    }
     m_Scene.emplace(controller.GetSceneManager().Save());
     if (effect == Effect::ChangesModel)
     {

@@ -10,9 +10,10 @@ namespace tessarine
 /// What an operation may do to the model: how much has to be kept to go back to.
 enum class Effect
 {
-    None,         ///< the model stays
-    ChangesModel, ///< anything in the stores may change
-    ReplacesModel ///< changes nothing before it has called IAController::ResetModels
+    None,          ///< the model stays
+    ChangesModel,  ///< anything in the stores may change
+    ReplacesModel, ///< changes nothing before it has called IAController::ResetModels
+    ReplacesDocument ///< leaves this controller and its model alone, and has the view forget what it shows over it
 };
 
 /// The model, the view's overlays and the history as they were before an operation.

@@ -63,7 +63,7 @@ void PushDrawSplatTool(IAWorkbench& workbench)
 
 // clang-format off
 constexpr Route kRoutes[] = {
-    {ResourceID::FileNew, Effect::None, [](IAWorkbench& workbench) { workbench.NewDocument(); }},
+    {ResourceID::FileNew, Effect::ReplacesDocument, [](IAWorkbench& workbench) { workbench.NewDocument(); }},
     {ResourceID::FileOpen, Effect::None, [](IAWorkbench& workbench) { workbench.OpenDocument(); }},
     {ResourceID::FileSave, Effect::None, [](IAWorkbench& workbench) { workbench.SaveDocument(); }},
     {ResourceID::FileSaveAs, Effect::None, [](IAWorkbench& workbench) { workbench.SaveDocument(); }},

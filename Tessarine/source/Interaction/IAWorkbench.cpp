@@ -25,10 +25,6 @@ std::string DescribeByClass(const IException& exception)
     {
         return "a matrix that has no inverse";
     }
-    if (dynamic_cast<const CExcpOutOfRange*>(&exception) != nullptr)
-    {
-        return "an index beyond the end of its list";
-    }
     return "an error that has no description";
 }
 

@@ -95,7 +95,7 @@ public:
     /// the place of the second.
     ///
     /// Says    "Number of halfedge: " and what it finds wrong with the edges.
-    /// Fails   Index numbers out of range throw CExcpInvalidIndex; nothing was made then.
+    /// Fails   Index numbers out of range throw std::out_of_range; nothing was made then.
     DSSolid* BuildSolid(const PositionList& positions, const IndexList& indices, const IndexList& faceSizes,
                         bool reversed);
 

@@ -1,18 +1,9 @@
 #include "SolidBuilder.h"
-#include "CExcp.h"
+#include <stdexcept>
+#include <string>
 
 namespace tessarine
 {
-namespace
-{
-[[noreturn]] void ThrowInvalidIndex(const std::string& reason)
-{
-    CExcpInvalidIndex failure;
-    failure.AddContext(reason);
-    throw failure;
-}
-}
-
 SolidBuilder::SolidBuilder(MANBrepElementManager& manager, const Lists& lists, bool reversed)
     : m_Manager(manager), m_Lists(lists), m_bReversed(reversed)
 {
@@ -30,7 +21,7 @@ void SolidBuilder::CheckFaceSizes()
     {
         if (m_Lists.faceSizes[i] < 1)
         {
-            ThrowInvalidIndex("face " + std::to_string(i + 1) + " has no corners");
+            throw std::out_of_range("face " + std::to_string(i + 1) + " has no corners");
         }
         m_nCorners += static_cast<std::size_t>(m_Lists.faceSizes[i]);
     }
@@ -40,15 +31,15 @@ void SolidBuilder::CheckNumbers(const IndexList& numbers, std::size_t limit, con
 {
     if (numbers.size() < m_nCorners)
     {
-        ThrowInvalidIndex("the faces have " + std::to_string(m_nCorners) + " corners, but there are " +
-                          std::to_string(numbers.size()) + " " + what + " numbers");
+        throw std::out_of_range("the faces have " + std::to_string(m_nCorners) + " corners, but there are " +
+                                std::to_string(numbers.size()) + " " + what + " numbers");
     }
     for (std::size_t corner = 0; corner < m_nCorners; ++corner)
     {
         if (numbers[corner] < 1 || static_cast<std::size_t>(numbers[corner]) > limit)
         {
-            ThrowInvalidIndex("corner " + std::to_string(corner + 1) + " names " + what + " " +
-                              std::to_string(numbers[corner]) + " of " + std::to_string(limit));
+            throw std::out_of_range("corner " + std::to_string(corner + 1) + " names " + what + " " +
+                                    std::to_string(numbers[corner]) + " of " + std::to_string(limit));
         }
     }
 }

@@ -22,7 +22,7 @@ public:
         bool HasTexCoords() const { return pTexIndices != nullptr && !pTexIndices->empty(); }
     };
 
-    /// Throws CExcpInvalidIndex when the lists do not fit one another; nothing was made then.
+    /// Throws std::out_of_range when the lists do not fit one another; nothing was made then.
     SolidBuilder(MANBrepElementManager& manager, const Lists& lists, bool reversed);
 
     std::size_t CountCorners() const { return m_nCorners; }

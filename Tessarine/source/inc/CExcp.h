@@ -4,8 +4,8 @@
 /// The tree of exceptions below IException. No class adds a field, and every one starts with an empty
 /// message.
 ///
-/// Thrown by the value types are CExcpDivideZero and CExcpSingularMatrix; the rest of the tree gives names to
-/// failures of storage, class registry and transactions.
+/// Thrown are CExcpDivideZero and CExcpSingularMatrix, by the value types and what computes with them; the rest of
+/// the tree gives names to failures of storage, class registry and transactions.
 namespace tessarine
 {
 // clang-format off

@@ -334,6 +334,7 @@ void LoopStep::FinishNormals()
         }
     }
     sums.Finish();
+    sums.SayCutWalks();
 }
 
 void LoopStep::CutLoop(const DSLoop& loop)
