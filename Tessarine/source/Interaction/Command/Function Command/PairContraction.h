@@ -4,6 +4,7 @@
 #include "PairLists.h"
 #include "PairTargets.h"
 #include "VertexLinks.h"
+#include <memory>
 #include <optional>
 
 namespace tessarine
@@ -27,7 +28,7 @@ public:
     explicit PairContraction(const FlatMesh& mesh) : m_Mesh(mesh) {}
 
     /// Finds the edges, and which vertices lie on a rim.
-    void LinkVertices() { m_Links.emplace(m_Mesh); }
+    void LinkVertices() { m_Links = std::make_unique<VertexLinks>(m_Mesh); }
     void SumVertexQuadrics();
     void QueueEdgePairs();
     /// Until so many faces are booked as removed, or no edge is left; one edge at least.
@@ -91,7 +92,7 @@ private:
     void PrefetchLists(const PairRecord* pNext);
 
     FlatMesh m_Mesh;
-    std::optional<VertexLinks> m_Links;
+    std::unique_ptr<VertexLinks> m_Links; ///< until the pairs are made
     BlockVector<Vertex> m_Vertices;
     BlockVector<PairRecord> m_Pairs;
     PairLists m_Lists;
