@@ -176,9 +176,10 @@ int RunTessarine(int argc, char** argv)
                                          : "tessarine " TESSARINE_VERSION "\n");
         return kDone;
     }
-    if (const std::string problem = FindDisplayProblem(argc, argv); !problem.empty())
+    const DisplayConnection display(argc, argv);
+    if (!display.GetProblem().empty())
     {
-        Complain(problem);
+        Complain(display.GetProblem());
         return kNoWindow;
     }
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);

@@ -19,7 +19,7 @@ tessarine-batch does the same work without one.
 )";
 
 /// Files count from the folder where the program was started.
-QString TakeFile(const QStringList& words, QString& error)
+QString TakeOne(const QStringList& words, QString& error)
 {
     if (words.size() > 1)
     {
@@ -46,8 +46,8 @@ StartOptions ParseStartOptions(const QStringList& words)
     }
     options.help = parser.isSet(help);
     options.version = parser.isSet(version);
-    options.importModel = parser.value(import);
-    options.file = TakeFile(parser.positionalArguments(), options.error);
+    options.importModel = TakeOne(parser.values(import), options.error);
+    options.file = TakeOne(parser.positionalArguments(), options.error);
     return options;
 }
 

@@ -31,7 +31,7 @@ std::string ReasonOf(int error)
     case EACCES:
     case EPERM: return "permission denied";
     case EISDIR: return "it is a folder";
-    case ENOTDIR: return "a part of its path is no folder";
+    case ENOTDIR: return "a part of its path is a file";
     case ELOOP: return "its symbolic links form a circle";
     case ENAMETOOLONG: return "its name is too long";
     case ENXIO: return "it is no ordinary file";
@@ -400,6 +400,10 @@ fs::path GetCurrentFolder()
 
 void SetCurrentFolder(const fs::path& folder)
 {
+    if (folder.empty())
+    {
+        throw FileError("cannot enter a folder without a name");
+    }
     std::error_code error;
     fs::current_path(folder, error);
     if (error)

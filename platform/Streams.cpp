@@ -33,6 +33,7 @@ void PrepareStreams()
     OccupyIfClosed(STDOUT_FILENO, O_RDONLY);
     OccupyIfClosed(STDERR_FILENO, O_RDONLY);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 void WriteStandardOutput(std::string_view text)

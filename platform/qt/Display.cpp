@@ -32,18 +32,6 @@ const char* FindOption(int argc, const char* const* argv, std::string_view optio
     }
     return found;
 }
-
-/// @param name null for the one that the environment names
-bool IsDisplayThere(const char* name)
-{
-    Display* display = XOpenDisplay(name);
-    if (display == nullptr)
-    {
-        return false;
-    }
-    XCloseDisplay(display);
-    return true;
-}
 }
 
 void PrepareForDisplay()
@@ -55,17 +43,20 @@ void PrepareForDisplay()
     }
 }
 
-std::string FindDisplayProblem(int argc, const char* const* argv)
+DisplayConnection::DisplayConnection(int argc, const char* const* argv)
 {
     if (FindOption(argc, argv, "-platform") != nullptr)
     {
-        return "the window is drawn on an X display alone; leave out -platform";
+        m_strProblem = "the window is drawn on an X display alone; leave out -platform";
     }
-    if (!IsDisplayThere(FindOption(argc, argv, "-display")))
+    else if (Display* display = XOpenDisplay(FindOption(argc, argv, "-display")))
     {
-        return "there is no display to show a window on (DISPLAY); tessarine-batch works without one";
+        m_pDisplay = std::shared_ptr<void>(display, [display](void*) { XCloseDisplay(display); });
     }
-    return "";
+    else
+    {
+        m_strProblem = "there is no display to show a window on (DISPLAY); tessarine-batch works without one";
+    }
 }
 
 void RestoreNumberForm()

@@ -19,6 +19,30 @@ namespace tessarine
 {
 namespace
 {
+/// A text that fits into a box: its lines break within long names, and of a very long one the middle is left out.
+QString MakeBreakable(const QString& text)
+{
+    constexpr qsizetype kMostLetters = 1000;
+    constexpr qsizetype kMostOfAWord = 40;
+    constexpr QChar kBreak(0x200B); // has no width
+    const QString kept = text.size() <= kMostLetters
+                             ? text
+                             : text.left(kMostLetters / 2) + " ... " + text.right(kMostLetters / 2);
+    QString breakable;
+    qsizetype length = 0;
+    for (const QChar letter : kept)
+    {
+        length = letter.isSpace() ? 0 : length + 1;
+        if (length > kMostOfAWord && !letter.isLowSurrogate())
+        {
+            breakable += kBreak;
+            length = 1;
+        }
+        breakable += letter;
+    }
+    return breakable;
+}
+
 /// The cursors that a command put over all others are away while a dialog is open.
 class OrdinaryCursors
 {
@@ -78,7 +102,7 @@ void QtPlatform::ShowMessage(const std::string& title, const std::string& text)
     box.setIcon(QMessageBox::Warning);
     box.setWindowTitle(QString::fromStdString(title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(QString::fromStdString(text));
+    box.setText(MakeBreakable(QString::fromStdString(text)));
     Show(box);
 }
 
@@ -93,7 +117,7 @@ void QtPlatform::ShowFailure(const std::string& operation, const std::string& re
     box.setWindowTitle("Tessarine");
     box.setTextFormat(Qt::PlainText);
     box.setText(QString("“%1”未能完成。").arg(QString::fromStdString(operation)));
-    box.setInformativeText(QString::fromStdString(reason));
+    box.setInformativeText(MakeBreakable(QString::fromStdString(reason)));
     Show(box);
 }
 

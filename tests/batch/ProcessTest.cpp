@@ -437,6 +437,39 @@ TEST_F(BatchProcess, TellsOfAFileThatGivesNoVertex)
     EXPECT_THAT(result.errors, HasSubstr("wide.obj: no line gives a vertex, so the model is empty"));
 }
 
+TEST_F(BatchProcess, TellsOfTheFirstCoordinateThatIsNoNumber)
+{
+    for (const char* vertex : {"v nan 0 0", "v 0 inf 0", "v 0 0 x", "v 1,5 0 0", "v 0 0 1e+5"})
+    {
+        m_Folder.Write("odd.obj", std::string("# a\nv 0 0 0\n") + vertex + "\n" + vertex + "\n");
+        const ProcessResult result = Run({"import", "odd.obj"});
+        EXPECT_EQ(result.status, 0) << vertex;
+        EXPECT_THAT(result.errors, HasSubstr("odd.obj, line 3: a coordinate is no plain decimal number"))
+            << vertex;
+        EXPECT_THAT(result.errors, Not(HasSubstr("line 4"))) << vertex;
+    }
+    m_Folder.Write("plain.obj", "v 0 -1.5 .5e-2\r\nv 1 2\t3 \nv 1 2 3 4\nv 1 2");
+    EXPECT_THAT(Run({"import", "plain.obj"}).errors, Not(HasSubstr("coordinate")));
+}
+
+TEST_F(BatchProcess, TellsOfAPictureOfAnEndingThatItDoesNotKnow)
+{
+    m_Folder.Write("a.mtl", "newmtl a\nmap_Kd bark.webp\n");
+    m_Folder.Write("a.obj", "mtllib a.mtl\nv 0 0 0\n");
+    EXPECT_THAT(Run({"import", "a.obj"}).errors,
+                HasSubstr("cannot open bark.webp: its ending is none of .ppm, "));
+}
+
+TEST_F(BatchProcess, SaysWhenItsStandardOutputMayNotGrow)
+{
+    m_Folder.Write("tetra.obj", kTetrahedron);
+    const std::string command =
+        "ulimit -f 1; \"" TESSARINE_BATCH "\" -q import tetra.obj dump - >grown.json 2>why.txt";
+    const int status = std::system(("cd '" + m_Folder.GetPath().string() + "'; " + command).c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+    EXPECT_THAT(m_Folder.Read("why.txt"), HasSubstr("cannot write to standard output: File too large"));
+}
+
 TEST_F(BatchProcess, TellsOfAByteOrderMark)
 {
     m_Folder.Write("marked.obj", "\xEF\xBB\xBFv 9 9 9\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");

@@ -324,7 +324,8 @@ TEST(IOLoadObj, TakesFacesInFrontOfTheirVertices)
 TEST(IOLoadObj, NamesTheLineOfAVertexNumberZero)
 {
     EXPECT_EQ(Parsed("v 0 0 0\nf 1 0 1").failureText,
-              "model.obj, line 2: the vertex number of a corner is 0 or missing; numbers start at 1");
+              "model.obj, line 2: the vertex number of a corner is 0 or missing; numbers start at 1, and a "
+              "corner is written 1, 1/1, 1//1 or 1/1/1");
 }
 
 TEST(IOLoadObj, NamesRelativeNumbersAsWhatTheyAre)
@@ -338,13 +339,14 @@ TEST(IOLoadObj, NamesRelativeNumbersAsWhatTheyAre)
 TEST(IOLoadObj, NamesTheLineOfAVertexNumberBeyond32Bits)
 {
     EXPECT_EQ(Parsed("v 0 0 0\nf 1 1 4294967297").failureText,
-              "model.obj, line 2: there is no vertex 2147483647, the file has 1");
+              "model.obj, line 2: there is no vertex 2147483647 or above, the file has 1");
 }
 
 TEST(IOLoadObj, NamesTheLineOfTheFaceAndNotOfItsContinuation)
 {
     EXPECT_EQ(Parsed("v 0 0 0\nf \\\nf 1 1\n\nf \\\n1 1 2").failureText,
-              "model.obj, line 2: the vertex number of a corner is 0 or missing; numbers start at 1");
+              "model.obj, line 2: the vertex number of a corner is 0 or missing; numbers start at 1, and a "
+              "corner is written 1, 1/1, 1//1 or 1/1/1");
     EXPECT_EQ(Parsed("v 0 0 0\nf \\\n1 1 1\n\nf \\\n1 1 2").failureText,
               "model.obj, line 5: there is no vertex 2, the file has 1");
 }

@@ -3,7 +3,9 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSettings>
 #include <QTimer>
 
@@ -100,6 +102,34 @@ TEST_F(FilesGuiTest, TellsInOneBoxWhyAModelCannotBeRead)
     ASSERT_EQ(GetMessages().size(), 1U);
     EXPECT_THAT(GetMessages()[0], StartsWith("Tessarine|“导入 ( .Obj )”未能完成。|"));
     EXPECT_THAT(GetMessages()[0], HasSubstr("a.obj"));
+}
+
+TEST_F(FilesGuiTest, FitsLongNamesIntoItsBoxes)
+{
+    const auto expectAFit = [this](const std::string& reason)
+    {
+        WhenDialogOpens(
+            [](QDialog& dialog)
+            {
+                EXPECT_LE(dialog.width(), dialog.screen()->size().width());
+                EXPECT_LE(dialog.height(), dialog.screen()->size().height());
+                for (const QLabel* label : dialog.findChildren<QLabel*>())
+                {
+                    EXPECT_TRUE(dialog.rect().contains(label->geometry()));
+                    EXPECT_LE(label->minimumSizeHint().width(), label->width())
+                        << label->text().toStdString();
+                }
+                QTest::keyClick(dialog.windowHandle(), Qt::Key_Return);
+            });
+        GetPlatform().ShowFailure("import", reason, false);
+    };
+    expectAFit("cannot open " + std::string(250, 'a') + ".obj: no such file");
+    std::string folders;
+    for (int i = 0; i < 3000; ++i)
+    {
+        folders += "a/";
+    }
+    expectAFit("cannot open " + folders + "b.obj: its name is too long");
 }
 
 TEST_F(FilesGuiTest, ExportsWithTheEndingAddedIntoTheChosenFolder)

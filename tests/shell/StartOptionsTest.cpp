@@ -46,7 +46,9 @@ TEST(StartOptions, KnowHelpAndVersion)
 TEST(StartOptions, SayWhatIsWrong)
 {
     EXPECT_EQ(Parse({"a.obj", "b.obj"}).error, "one file at a time: a.obj b.obj");
+    EXPECT_EQ(Parse({"--import", "a.obj", "--import", "b.obj"}).error, "one file at a time: a.obj b.obj");
     EXPECT_TRUE(Parse({"--nonsense"}).error.contains("nonsense"));
+    EXPECT_TRUE(Parse({"-nonsense"}).error.contains("nonsense"));
     EXPECT_TRUE(Parse({"--import"}).error.contains("import"));
 }
 }

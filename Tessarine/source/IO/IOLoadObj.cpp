@@ -71,6 +71,14 @@ void IOLoadObj::TellOddities(const std::string& fileName, const std::string& tex
     {
         PrintErrorLine(fileName + ": a byte-order mark hides the first line; save the file without it");
     }
+    if (m_nFirstOddPosition >= 0)
+    {
+        const std::size_t line =
+            IOObjCheck(fileName, text).GetLineOfPosition(static_cast<std::size_t>(m_nFirstOddPosition));
+        PrintErrorLine(
+            fileName + ", line " + std::to_string(line) +
+            ": a coordinate is no plain decimal number, and is read as far as it is one; is it meant?");
+    }
     if (m_Positions.empty())
     {
         PrintErrorLine(fileName + ": no line gives a vertex, so the model is empty; is it a plain OBJ text?");
@@ -113,7 +121,7 @@ void IOLoadObj::ParseVertexLine(IOLineCursor& line)
 {
     switch (line.Peek(1))
     {
-    case ' ': m_Positions.push_back(ReadVector(line)); return;
+    case ' ': return AddPosition(line);
     case 'n':
     case 'N':
         m_Normals.push_back(ReadVector(line));
@@ -129,6 +137,17 @@ void IOLoadObj::ParseVertexLine(IOLineCursor& line)
         return;
     }
     default: return ReportUnknownToken();
+    }
+}
+
+void IOLoadObj::AddPosition(IOLineCursor& line)
+{
+    m_Positions.push_back(ReadVector(line));
+    const char next = line.Peek();
+    const bool isOdd = next != '\0' && next != ' ' && next != '\t' && next != '\r';
+    if (isOdd && m_nFirstOddPosition < 0)
+    {
+        m_nFirstOddPosition = static_cast<std::ptrdiff_t>(m_Positions.size()) - 1;
     }
 }
 

@@ -61,6 +61,7 @@ public:
 private:
     void ParseLine(IOTextLines& lines, IOLineCursor& line);
     void ParseVertexLine(IOLineCursor& line);
+    void AddPosition(IOLineCursor& line);
     void ParseFaceLine(IOTextLines& lines, const IOLineCursor& line);
     std::int32_t ParseCorners(IOLineCursor& corners);
     void OpenMaterialGroup(IOLineCursor& line);
@@ -97,6 +98,8 @@ private:
     std::size_t m_nLibraryBytes = 0; ///< of all libraries so far
     int m_nLine = 0;
     std::int32_t m_nGroup = 0;
+    /// The first position, from 0, with a coordinate that is not a number to its end; -1 while there is none.
+    std::ptrdiff_t m_nFirstOddPosition = -1;
     /// The first face, from 0, with a corner that has no texture number; -1 while there is none.
     std::ptrdiff_t m_nFirstUnevenFace = -1;
 };

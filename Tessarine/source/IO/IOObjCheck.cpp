@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace tessarine
 {
@@ -55,14 +56,18 @@ std::string Refuse(const std::string& what, std::int32_t number, std::size_t cou
 {
     if (number == 0)
     {
-        return "the " + what + " number of a corner is 0 or missing; numbers start at 1";
+        return "the " + what +
+               " number of a corner is 0 or missing; numbers start at 1, and a corner is written 1, 1/1, "
+               "1//1 or 1/1/1";
     }
     if (number < 0)
     {
         return "the relative " + what + " number " + std::to_string(number) +
                " is not understood; number from the start of the file";
     }
-    return "there is no " + what + " " + std::to_string(number) + ", the file has " + std::to_string(count);
+    const bool isCut = number == std::numeric_limits<std::int32_t>::max();
+    return "there is no " + what + " " + std::to_string(number) + (isCut ? " or above" : "") +
+           ", the file has " + std::to_string(count);
 }
 }
 
@@ -95,6 +100,11 @@ void IOObjCheck::CheckNumbers(const std::string& what, const IndexList& numbers,
     {
         FailAt(FindFace(FindFaceOfCorner(faceSizes, wrong - numbers.begin())), Refuse(what, *wrong, count));
     }
+}
+
+std::size_t IOObjCheck::GetLineOfPosition(std::size_t index) const
+{
+    return IOTextLines(m_strText).GetNumberOf(FindPosition(index));
 }
 
 void IOObjCheck::FailAtUnevenFace(std::size_t face) const

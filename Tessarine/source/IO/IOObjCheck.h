@@ -30,6 +30,8 @@ public:
     void CheckNumbers(const std::string& what, const IndexList& numbers, const IndexList& faceSizes,
                       std::size_t count) const;
 
+    std::size_t GetLineOfPosition(std::size_t index) const;
+
     /// Fails: this face has corners without a texture number, or gives the first one after such corners.
     [[noreturn]] void FailAtUnevenFace(std::size_t face) const;
 
