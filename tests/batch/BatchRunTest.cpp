@@ -140,8 +140,4 @@ TEST(BatchOperations, OfALaterVersionAreKnownWithTheirArgumentsAndFail)
             EXPECT_THAT(result.errors, HasSubstr("comes with a later version")) << operation.name;
         }
     }
-<<<<<<< HEAD
-    EXPECT_EQ(later, 25); // of 44
-=======
->>>>>>> main
 }
