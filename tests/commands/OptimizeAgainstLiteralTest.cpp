@@ -107,6 +107,8 @@ TEST(OptimizeAgainstLiteral, GivesTheSameOnWholeMeshes)
         EXPECT_TRUE(ExpectSameOptimisation(TriangleCube(), mode, "cube"));
         EXPECT_TRUE(ExpectSameOptimisation(QuadCube(), mode, "cube of quads"));
         EXPECT_TRUE(ExpectSameOptimisation(Sphere(2), mode, "sphere"));
+        // Of its edges that are alike the gains differ by the last bits, which those of the start do not keep.
+        EXPECT_TRUE(ExpectSameOptimisation(Torus(16, 9), mode, "torus"));
     }
 }
 
