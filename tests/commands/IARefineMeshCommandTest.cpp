@@ -6,6 +6,7 @@
 #include "RandomMeshes.h"
 #include "RecordDump.h"
 #include "Vectors.h"
+#include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
@@ -127,6 +128,45 @@ TEST_F(MeshOptimisation, MeasuresNothingInAModeThatDoesNotSwap)
     EXPECT_NE(m_Command.EdgeSwapGain(solid->GetEdgeList()[0]), 0.0);
 }
 
+TEST_F(MeshOptimisation, TakesTheNeighboursNormalsAsTheyAreStored)
+{
+    DSSolid* solid = Show(Sphere(0));
+    DSEdge* edge = solid->GetEdgeList()[3];
+    const DSHalfEdge* h1 = edge->GetHalfEdge1();
+    const DSHalfEdge* h2 = edge->GetHalfEdge2();
+    const auto faceOf = [](const DSHalfEdge* h) { return h->GetLoop()->GetFace(); };
+    double expected = m_Command.EdgeSwapGain(edge);
+    // A neighbour's normal has a dot product of 1 / 3 with that of the face beside it, and of -1 / sqrt 3 with that of
+    // the new one. The unit vector to the end of the edge that is a corner of both has 1 / sqrt 3 and 0.
+    const double change = ((std::acos(1.0 / std::numbers::sqrt3) - std::numbers::pi / 2) -
+                           (std::acos(1.0 / 3.0) - std::acos(-1.0 / std::numbers::sqrt3))) *
+                          std::numbers::sqrt2;
+    const smVec3d& a = h1->GetVertex()->GetPosition();
+    const smVec3d& b = h2->GetVertex()->GetPosition();
+    for (const auto& [side, stale] : {std::pair(h1->GetPrev(), a), std::pair(h1->GetNext(), b),
+                                      std::pair(h2->GetPrev(), b), std::pair(h2->GetNext(), a)})
+    {
+        faceOf(side->GetTwin())->GetNormal() = stale;
+        expected += change;
+        EXPECT_NEAR(m_Command.EdgeSwapGain(edge), expected, 1e-14);
+    }
+    faceOf(h1)->GetNormal() = a; // those of its own faces are computed
+    faceOf(h2)->GetNormal() = b;
+    EXPECT_NEAR(m_Command.EdgeSwapGain(edge), expected, 1e-14);
+}
+
+TEST_F(MeshOptimisation, TakesAGainForNoneThatSinglePrecisionRoundsToZero)
+{
+    for (const double gain : {1e-50, 0x1p-150, 0.0, -1e-50, -1.0, std::numeric_limits<double>::quiet_NaN()})
+    {
+        EXPECT_FALSE(IARefineMeshCommand::IsWorthASwap(gain)) << gain;
+    }
+    for (const double gain : {std::nextafter(0x1p-150, 1.0), 1e-40, 1e-10, 1.0})
+    {
+        EXPECT_TRUE(IARefineMeshCommand::IsWorthASwap(gain)) << gain; // the least float is 0x1p-149
+    }
+}
+
 TEST_F(MeshOptimisation, GainsNothingInAFlatQuadAndLeavesItsEdge)
 {
     DSSolid* solid = Show(TriangleCube());
@@ -197,6 +237,36 @@ TEST_F(MeshOptimisation, PutsTheNewEdgeBetweenTheOppositeCorners)
               (std::set<DSVertex*>{const_cast<DSVertex*>(c), const_cast<DSVertex*>(d)}));
     EXPECT_EQ(m_Elements.GetEdgeArray()[gone & 0x7FFFFFFF], nullptr);
     EXPECT_EQ(solid->GetFaceList().size(), 8U);
+    EXPECT_TRUE(LinksHold(*solid));
+}
+
+TEST_F(MeshOptimisation, DoublesAnEdgeWhereTheBestSwapJoinsNeighbours)
+{
+    // A tetrahedron whose last two faces, both of them beside the edge 3-4, have got a vertex in their middle each. The
+    // swap of 1-2 joins 3 and 4, and leaves valences above 3 to these two alone.
+    IndexedMesh mesh;
+    mesh.positions = {smVec3d(0, 0, 0), smVec3d(-1, 2, 0), smVec3d(1, 1, -1),
+                      smVec3d(0, 1, 0), smVec3d(2, -3, 1), smVec3d(0, 1, 2)};
+    mesh.indices = {1, 2, 3, 2, 1, 4, 1, 3, 5, 3, 4, 5, 4, 1, 5, 3, 2, 6, 2, 4, 6, 4, 3, 6};
+    mesh.faceSizes.assign(8, 3);
+    const DSSolid* solid = Show(mesh);
+    const auto countEdges = [&](std::size_t from, std::size_t to)
+    {
+        const std::set<const DSVertex*> ends{solid->GetVertexList()[from - 1],
+                                             solid->GetVertexList()[to - 1]};
+        const auto& edges = solid->GetEdgeList();
+        return std::count_if(edges.begin(), edges.end(),
+                             [&](const DSEdge* edge)
+                             {
+                                 return std::set<const DSVertex*>{edge->GetHalfEdge1()->GetVertex(),
+                                                                  edge->GetHalfEdge2()->GetVertex()} == ends;
+                             });
+    };
+    EXPECT_EQ(countEdges(1, 2), 1);
+    EXPECT_EQ(countEdges(3, 4), 1);
+    Run(1);
+    EXPECT_EQ(countEdges(1, 2), 0);
+    EXPECT_EQ(countEdges(3, 4), 2);
     EXPECT_TRUE(LinksHold(*solid));
 }
 

@@ -36,6 +36,19 @@ IndexedMesh Icosahedron()
     return mesh;
 }
 
+/// Four triangles; the narrow waist is the edge between the first two vertices.
+IndexedMesh HourGlass()
+{
+    IndexedMesh mesh;
+    mesh.positions = {smVec3d(0, 0.01, 0), smVec3d(0, -0.01, 0), smVec3d(-1, 1, 0),
+                      smVec3d(-1, -1, 0),  smVec3d(1, -1, 0),    smVec3d(1, 1, 0)};
+    mesh.AddFace({1, 3, 4});
+    mesh.AddFace({1, 4, 2});
+    mesh.AddFace({1, 2, 5});
+    mesh.AddFace({1, 5, 6});
+    return mesh;
+}
+
 class Simplification : public testing::Test
 {
 protected:
@@ -152,13 +165,29 @@ TEST_F(Simplification, CountsOneFaceForAPairOnTheRim)
     EXPECT_EQ(Simplify(0.5F).GetFaceList().size(), 1U);
 }
 
-TEST_F(Simplification, CountsOneFaceForAPairOnTheRimEvenWhenNoneGoes)
+TEST_F(Simplification, CountsOneFaceForEachPairOnTheRim)
 {
     // Two triangles without anything in common: of each goal of one, one pair.
     Show(Beside(SingleTriangle(), SingleTriangle()));
     EXPECT_EQ(Simplify(0.5F).GetFaceList().size(), 1U);
     EXPECT_EQ(Simplify(0.9F).GetFaceList().size(), 1U); // 1.8 is truncated
     EXPECT_EQ(Simplify(1.0F).GetFaceList().size(), 0U);
+}
+
+TEST_F(Simplification, CountsOneFaceForAPairOnTheRimEvenWhenNoneGoes)
+{
+    // Both pairs of the small triangle are cheaper than any of the large one. The first takes the face with it.
+    Show(Beside(Placed(SingleTriangle(), 0.01, smVec3d(5, 0, 0)), SingleTriangle()));
+    EXPECT_EQ(Simplify(0.5F).GetFaceList().size(), 1U);
+    EXPECT_EQ(Simplify(1.0F).GetFaceList().size(), 1U);
+}
+
+TEST_F(Simplification, CountsOneFaceForAPairOnTheRimEvenWhenTwoGo)
+{
+    // The edge across the waist lies between two faces, and is by far the cheapest. All vertices lie on the rim.
+    Show(HourGlass());
+    EXPECT_EQ(Simplify(0.25F).GetFaceList().size(), 2U);
+    EXPECT_EQ(Simplify(0.5F).GetFaceList().size(), 1U); // the goal is two, so that a second pair goes
 }
 
 TEST_F(Simplification, LeavesAboutTheShareThatTheMenuNames)

@@ -4,7 +4,6 @@
 #include "RandomMeshes.h"
 #include "TrialModel.h"
 #include <gtest/gtest.h>
-#include <random>
 
 namespace tessarine
 {
@@ -40,19 +39,6 @@ bool ExpectSameOptimisation(const IndexedMesh& mesh, int mode, const std::string
     TrialModel first(mesh, true);
     TrialModel second(mesh, true);
     return ExpectSameOptimisation(first, second, mode, name);
-}
-
-/// Pulls some corners onto one beside them.
-IndexedMesh Pinched(IndexedMesh mesh, int count, unsigned seed)
-{
-    std::mt19937 random(seed);
-    for (int i = 0; i < count; ++i)
-    {
-        const std::size_t corner = random() % (mesh.indices.size() / 3) * 3;
-        mesh.positions[static_cast<std::size_t>(mesh.indices[corner] - 1)] =
-            mesh.positions[static_cast<std::size_t>(mesh.indices[corner + 1] - 1)];
-    }
-    return mesh;
 }
 
 class OptimizeAgainstLiteralTest : public testing::TestWithParam<unsigned>
@@ -107,6 +93,8 @@ TEST(OptimizeAgainstLiteral, GivesTheSameOnWholeMeshes)
         EXPECT_TRUE(ExpectSameOptimisation(TriangleCube(), mode, "cube"));
         EXPECT_TRUE(ExpectSameOptimisation(QuadCube(), mode, "cube of quads"));
         EXPECT_TRUE(ExpectSameOptimisation(Sphere(2), mode, "sphere"));
+        // Of its edges that are alike the gains differ by the last bits, which those of the start do not keep.
+        EXPECT_TRUE(ExpectSameOptimisation(Torus(16, 9), mode, "torus"));
     }
 }
 

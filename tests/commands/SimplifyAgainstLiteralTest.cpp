@@ -147,6 +147,20 @@ TEST(SimplifyAgainstLiteral, GivesTheSameAfterASubdivision)
     }
 }
 
+TEST(SimplifyAgainstLiteral, TakesNormalsAsTheyAreStored)
+{
+    for (const IndexedMesh& mesh : {Shaken(Sphere(2), 12), Shaken(Grid(6), 12)})
+    {
+        TrialModel first(mesh, true);
+        TrialModel second(mesh, true);
+        for (TrialModel* model : {&first, &second})
+        {
+            model->GetSolid().GetFaceList()[7]->GetNormal() = smVec3d(0, 0.6, 0.8);
+        }
+        EXPECT_TRUE(ExpectSameSimplification(first, second, 0.5F, "one normal set by hand"));
+    }
+}
+
 TEST(SimplifyAgainstLiteral, GivesTheSameTwice)
 {
     TrialModel first(Shaken(Sphere(2), 9), false);

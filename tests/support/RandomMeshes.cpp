@@ -51,6 +51,18 @@ IndexedMesh Shaken(IndexedMesh mesh, unsigned seed)
     return mesh;
 }
 
+IndexedMesh Pinched(IndexedMesh mesh, int count, unsigned seed)
+{
+    std::mt19937 random(seed);
+    for (int i = 0; i < count; ++i)
+    {
+        const std::size_t corner = random() % (mesh.indices.size() / 3) * 3;
+        mesh.positions[static_cast<std::size_t>(mesh.indices[corner] - 1)] =
+            mesh.positions[static_cast<std::size_t>(mesh.indices[corner + 1] - 1)];
+    }
+    return mesh;
+}
+
 namespace
 {
 std::vector<std::int32_t> FaceOf(const IndexedMesh& mesh, std::size_t face, std::size_t offset)

@@ -15,6 +15,9 @@ IndexedMesh Beside(IndexedMesh mesh, const IndexedMesh& other);
 /// Moves every position by up to a tenth along each axis.
 IndexedMesh Shaken(IndexedMesh mesh, unsigned seed);
 
+/// Pulls some corners of triangles onto one beside them.
+IndexedMesh Pinched(IndexedMesh mesh, int count, unsigned seed);
+
 /// Turns some faces over, doubles some and leaves some out.
 IndexedMesh Spoilt(const IndexedMesh& mesh, unsigned seed);
 

@@ -188,7 +188,7 @@ void IARefineMeshCommand::SwapByPriority()
     m_Valences.emplace(*m_pSolid);
     InitializeEdgeStack();
     std::uint64_t nSwapsLeft = kMostSwapsAnEdge * m_EdgeStack.GetSize();
-    while (!m_EdgeStack.IsEmpty() && static_cast<float>(m_EdgeStack.GetTopGain()) > 0.0F)
+    while (!m_EdgeStack.IsEmpty() && IsWorthASwap(m_EdgeStack.GetTopGain()))
     {
         if (nSwapsLeft-- == 0)
         {

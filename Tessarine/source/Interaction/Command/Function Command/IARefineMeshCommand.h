@@ -49,6 +49,9 @@ public:
     /// Fails   Failure for a new triangle without area.
     double EdgeSwapGain(DSEdge* pEdge);
 
+    /// Whether an edge with this gain is swapped: when it is more than 0 in single precision.
+    static bool IsWorthASwap(double gain) { return static_cast<float>(gain) > 0.0F; }
+
     /// Takes the edge out of the quadrilateral of its two triangles, and puts in the other diagonal.
     ///
     /// Needs   Two different opposite corners (asserted).
