@@ -45,6 +45,17 @@ protected:
 };
 }
 
+TEST_F(BatchRuns, EndAMoveWhereASubdivisionBuildsAnotherModel)
+{
+    ASSERT_TRUE(Run({"import", "tetra.obj", "menu", "32786"}));
+    m_Run.GetWorkbench().GetController().GetElementManager().ToggleSelect(0);
+    ASSERT_TRUE(Run({"menu", "32806", "mouse-move", "0", "0", "mouse-move", "10", "0"}));
+    ASSERT_TRUE(Run({"subdivide-adaptive", "0"}));
+    const std::string before = Dump();
+    EXPECT_TRUE(Run({"right-down", "1", "1"})); // nothing to take back
+    EXPECT_EQ(Dump(), before);
+}
+
 TEST_F(BatchRuns, LeaveTheModelAsItWasWhenAnImportFails)
 {
     m_Folder.Write("bad.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n");

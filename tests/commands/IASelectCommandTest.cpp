@@ -196,6 +196,64 @@ TEST_F(SelectCommand, MissesTheFacesThatHaveACornerOnTheRayAndReportsNothing)
     EXPECT_TRUE(m_Command.HasHit());
 }
 
+// A pixel is 0.0414 wide at depth 5: the square ends 24 pixels from the middle, its hole 6 pixels.
+TEST_F(SelectCommand, SumsTheAnglesFromLoopToLoopAndLooksBehindEach)
+{
+    m_Stage.JoinFaces(*m_Stage.Show(SquareAndHole()), FaceID(0), FaceID(1));
+    Pick(ElementKind::Face, 65, 50);
+    ExpectHit(FaceID(0));
+    Pick(ElementKind::Face); // a whole turn behind the first loop; the hole takes it back too late
+    ExpectHit(FaceID(0));
+    Pick(ElementKind::Face, 75, 50);
+    ExpectNoHit();
+}
+
+TEST_F(SelectCommand, SeesThroughAHoleThatIsTheFirstLoop)
+{
+    m_Stage.JoinFaces(*m_Stage.Show(SquareAndHole()), FaceID(1), FaceID(0));
+    Pick(ElementKind::Face); // a turn back, then one forth: none
+    ExpectNoHit();
+    Pick(ElementKind::Face, 65, 50);
+    ExpectHit(FaceID(1));
+}
+
+TEST_F(SelectCommand, FindsVerticesAndEdgesOfAllLoops)
+{
+    m_Stage.JoinFaces(*m_Stage.Show(SquareAndHole()), FaceID(0), FaceID(1));
+    Pick(ElementKind::Vertex, 53, 47);
+    ExpectHit(6); // of the hole, up right
+    Pick(ElementKind::Vertex, 68, 32);
+    ExpectHit(2); // of the square, up right
+    Pick(ElementKind::Edge, 59, 50);
+    EXPECT_EQ(FoundEnds(), std::make_pair(5U, 6U));
+    Pick(ElementKind::Edge, 70, 50);
+    EXPECT_EQ(FoundEnds(), std::make_pair(1U, 2U));
+}
+
+TEST_F(SelectCommand, FindsNoVertexFurtherThanAHundredThousandFromTheRay)
+{
+    m_Stage.Show(Placed(SquareAt(0), 70710, smVec3d())); // times the root of 2: corners 99999 away
+    Pick(ElementKind::Vertex);
+    EXPECT_TRUE(m_Command.HasHit());
+    m_Stage.Show(Placed(SquareAt(0), 70712, smVec3d())); // 100002 away
+    Pick(ElementKind::Vertex);
+    ExpectNoHit();
+    Pick(ElementKind::Face);
+    ExpectHit(FaceID(1));
+}
+
+TEST_F(SelectCommand, FindsNoEdgeFurtherThanAHundredThousandFromTheRay)
+{
+    m_Stage.Show(Placed(SquareAt(0), 99999, smVec3d()));
+    Pick(ElementKind::Edge);
+    EXPECT_TRUE(m_Command.HasHit());
+    m_Stage.Show(Placed(SquareAt(0), 100001, smVec3d()));
+    Pick(ElementKind::Edge);
+    ExpectNoHit();
+    Pick(ElementKind::Face);
+    ExpectHit(FaceID(1));
+}
+
 TEST_F(SelectCommand, PassesOverWhatIsNotVisible)
 {
     MANSceneGroup* group = m_Stage.m_Scene.NewGroup();

@@ -151,6 +151,19 @@ TEST_F(SettingAMaterial, FollowsNoIdThatIsGone)
     EXPECT_EQ(CountDialogs(), m_nDialogsBefore);
 }
 
+TEST_F(SettingAMaterial, FollowsNoFaceThatIsGone)
+{
+    DSFace* pFace = m_pSolid->GetFaceList()[2];
+    m_Elements.ToggleSelect(pFace->GetID());
+    m_Elements.DeleteFace(pFace);
+    const MessageCapture messages;
+    const AssertionCapture assertions;
+    EXPECT_THROW(Run(ElementKind::Face), AssertionFailure);
+    EXPECT_THAT(messages.GetTexts(), ElementsAre("The face doesnot exsit!"));
+    EXPECT_THAT(assertions.GetExpressions(), ElementsAre("pFace != nullptr"));
+    EXPECT_EQ(CountDialogs(), m_nDialogsBefore);
+}
+
 TEST_F(SettingAMaterial, NeedsTheElementManager)
 {
     const AssertionCapture assertions;

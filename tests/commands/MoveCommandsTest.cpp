@@ -1,3 +1,4 @@
+#include "ACTEuler.h"
 #include "Capture.h"
 #include "Failure.h"
 #include "IAMoveFaceCommand.h"
@@ -148,6 +149,32 @@ TEST_F(MoveVertices, GoBackToWhereTheyWereKept)
     EXPECT_EQ(GetPositions(), before);
 }
 
+TEST_F(MoveVertices, TakeForTheMarkerWhatIsNextToItInEachComponent)
+{
+    Load(SingleTriangle());
+    Select(SelectType::Vertices, {1});
+    const auto wayAlong = [this](const smVec3d& direction)
+    {
+        IAMoveVertexCommand command;
+        Prepare(command, direction);
+        const smVec3d before = GetPositions()[1];
+        Run(command, 1.0);
+        return GetPositions()[1] - before;
+    };
+    constexpr double kInside = 0.9e-10;
+    constexpr double kOutside = 1.1e-10;
+    const smVec3d marker = IAMoveCommand::kAlongNormal;
+    // All three off by so much are further from the marker than 1e-10 together.
+    EXPECT_EQ(wayAlong(marker + smVec3d(kInside, -kInside, kInside)), smVec3d(0, 0, 1));
+    for (const double off : {kOutside, -kOutside})
+    {
+        for (const smVec3d& axis : {smVec3d(1, 0, 0), smVec3d(0, 1, 0), smVec3d(0, 0, 1)})
+        {
+            EXPECT_NEAR((wayAlong(marker + axis * off) - marker).Length(), 0.0, 1e-9);
+        }
+    }
+}
+
 TEST_F(MoveFaces, MoveTheirCornersAlongAnAxisAndSharedOnesTwice)
 {
     Load(QuadCube());
@@ -186,6 +213,30 @@ TEST_F(MoveFaces, AreRefusedWhereANormalIsNoNumberAndStay)
     const auto before = GetPositions();
     EXPECT_THAT(GetRefusal(command, 0.5), HasSubstr("no normal"));
     EXPECT_EQ(GetPositions(), before);
+}
+
+TEST_F(MoveFaces, MoveAndRestoreTheCornersOfAllTheirLoops)
+{
+    IndexedMesh mesh = SingleTriangle();
+    const IndexedMesh ring = Placed(SingleTriangle(), 0.1, smVec3d(0.2, 0.3, 0));
+    mesh.positions.insert(mesh.positions.end(), ring.positions.begin(), ring.positions.end());
+    mesh.AddFace({4, 6, 5});
+    Load(mesh);
+    ACTEuler(&m_Elements).KFMRH(0xE0000000, 0xC0000000, 0xC0000001);
+    Select(SelectType::Faces, {0xC0000000});
+    const auto before = GetPositions();
+    for (const smVec3d& direction : {smVec3d(0, 0, 1), IAMoveCommand::kAlongNormal}) // the normal is the same
+    {
+        IAMoveFaceCommand command;
+        Prepare(command, direction);
+        Run(command, 0.5);
+        for (std::size_t i = 0; i < before.size(); ++i)
+        {
+            EXPECT_EQ(GetPositions()[i], before[i] + smVec3d(0, 0, 0.5)) << i;
+        }
+        command.Undo();
+        EXPECT_EQ(GetPositions(), before);
+    }
 }
 
 TEST_F(MoveFaces, RestoreAllCornersExactly)
@@ -227,6 +278,41 @@ TEST_F(MoveSolids, StayWhereAPositionWouldBeNoNumber)
     EXPECT_EQ(GetPositions(), before);
 }
 
+/// The list of a selection that has outlived a model: its solid and that of the next have the same id.
+class MoveASolidListedTwice : public MoveCommands
+{
+protected:
+    MoveASolidListedTwice()
+    {
+        Load(SingleTriangle());
+        Select(SelectType::Solids, {0xE0000000});
+        m_Elements.Clear();
+        m_pSolid = Load(SingleTriangle());
+        m_Elements.ToggleSelect(0xE0000000);
+        EXPECT_THAT(m_Elements.GetSelectList(), ElementsAre(0xE0000000, 0xE0000000));
+    }
+
+    DSSolid* m_pSolid = nullptr;
+};
+
+TEST_F(MoveASolidListedTwice, GoesTwiceAsFar)
+{
+    IAMoveSolidCommand command;
+    Prepare(command, kAlongX);
+    Run(command, 0.25);
+    EXPECT_THAT(GetPositions(), ElementsAre(smVec3d(0.5, 0, 0), smVec3d(1.5, 0, 0), smVec3d(0.5, 1, 0)));
+}
+
+TEST_F(MoveASolidListedTwice, StaysWhereTheSecondTimeWouldLeaveTheNumbers)
+{
+    m_pSolid->GetVertexList()[2]->SetPosition(1e308, 0, 0); // 1.5e308 is a number, 2e308 is none
+    IAMoveSolidCommand command;
+    Prepare(command, kAlongX);
+    const auto before = GetPositions();
+    EXPECT_THAT(GetRefusal(command, 0.5e308), HasSubstr("further than numbers reach"));
+    EXPECT_EQ(GetPositions(), before);
+}
+
 TEST_F(MoveCommands, DoNothingWithAnEmptySelection)
 {
     Load(SingleTriangle());
@@ -258,6 +344,42 @@ TEST_F(MoveCommands, AssertThatWhatIsSelectedIsStillThere)
     m_Elements.Clear(); // the selection stays
     IAMoveVertexCommand command;
     EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+}
+
+TEST_F(MoveVertices, AssertThatNoneWasDeleted)
+{
+    Load(SingleTriangle());
+    Select(SelectType::Vertices, {2});
+    IAMoveVertexCommand command;
+    Prepare(command, kAlongX);
+    m_Elements.DeleteVertex(m_Elements.GetVertex(2));
+    EXPECT_THROW(Run(command, 1), AssertionFailure);
+    EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+    EXPECT_THAT(m_Assertions.GetExpressions(), ElementsAre("pVertex != nullptr", "pVertex != nullptr"));
+}
+
+TEST_F(MoveFaces, AssertThatNoneWasDeleted)
+{
+    DSSolid* solid = Load(SingleTriangle());
+    Select(SelectType::Faces, {0xC0000000});
+    IAMoveFaceCommand command;
+    Prepare(command, kAlongX);
+    m_Elements.DeleteFace(solid->GetFaceList()[0]);
+    EXPECT_THROW(Run(command, 1), AssertionFailure);
+    EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+    EXPECT_THAT(m_Assertions.GetExpressions(), ElementsAre("pFace != nullptr", "pFace != nullptr"));
+}
+
+TEST_F(MoveSolids, AssertThatNoneWasDeleted)
+{
+    DSSolid* solid = Load(SingleTriangle());
+    Select(SelectType::Solids, {0xE0000000});
+    IAMoveSolidCommand command;
+    Prepare(command, kAlongX);
+    m_Elements.DeleteSolid(solid);
+    EXPECT_THROW(Run(command, 1), AssertionFailure);
+    EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+    EXPECT_THAT(m_Assertions.GetExpressions(), ElementsAre("pSolid != nullptr", "pSolid != nullptr"));
 }
 
 TEST_F(MoveCommands, AssertOnUndoThatTheSelectionHasAsManyVerticesAsBefore)

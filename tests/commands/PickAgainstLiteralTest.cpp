@@ -1,6 +1,7 @@
 #include "FaceRuns.h"
 #include "LiteralPick.h"
 #include "PickStage.h"
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <random>
 
@@ -19,11 +20,23 @@ public:
     {
         for (const IndexedMesh& mesh : meshes)
         {
-            m_Stage.Show(mesh);
+            m_Solids.push_back(m_Stage.Show(mesh));
         }
         m_Stage.m_Camera.SetSize(80, 60);
         m_Command.SetCamera(&m_Stage.m_Camera);
         m_Command.SetScene(&m_Stage.m_Scene);
+    }
+
+    /// Of each solid the faces become loops of the first.
+    void JoinAllFaces()
+    {
+        for (const DSSolid* solid : m_Solids)
+        {
+            while (solid->GetFaceList().size() > 1)
+            {
+                m_Stage.JoinFaces(*solid, solid->GetFaceList()[0]->GetID(), solid->GetFaceList()[1]->GetID());
+            }
+        }
     }
 
     Open3DCamera& GetCamera() { return m_Stage.m_Camera; }
@@ -56,15 +69,15 @@ private:
     }
 
     PickStage m_Stage;
+    std::vector<const DSSolid*> m_Solids;
     IASelectCommand m_Command;
     FaceRuns m_Runs;
     int m_nHits = 0;
 };
 
 /// Rays through anywhere, and rays that meet a vertex, an edge's middle or an axis as exactly as numbers can.
-void CompareOn(const std::vector<IndexedMesh>& meshes, int rays)
+void CompareOn(PickComparison& comparison, int rays)
 {
-    PickComparison comparison(meshes);
     std::mt19937 random(4711);
     const auto within = [&random](double limit)
     { return std::uniform_real_distribution<double>(-limit, limit)(random); };
@@ -81,6 +94,12 @@ void CompareOn(const std::vector<IndexedMesh>& meshes, int rays)
     EXPECT_GT(comparison.CountHits(), rays / 2);
 }
 
+void CompareOn(const std::vector<IndexedMesh>& meshes, int rays)
+{
+    PickComparison comparison(meshes);
+    CompareOn(comparison, rays);
+}
+
 TEST(PickAgainstLiteral, AgreesOnASphere)
 {
     CompareOn({Sphere(3)}, 300);
@@ -94,6 +113,15 @@ TEST(PickAgainstLiteral, AgreesOnPolygonsOfManyCornersAndWithNotches)
 TEST(PickAgainstLiteral, AgreesOnSeveralSolidsAndFacesInOnePlace)
 {
     CompareOn({Torus(12, 8), StackedSquares(4), Placed(Tetrahedron(), 2.0, smVec3d(-0.5, -0.5, -0.5))}, 300);
+}
+
+TEST(PickAgainstLiteral, AgreesOnFacesWithSeveralLoops)
+{
+    IndexedMesh holeFirst = Placed(SquareAndHole(), 0.5, smVec3d(2, 0, 0));
+    std::rotate(holeFirst.indices.begin(), holeFirst.indices.begin() + 4, holeFirst.indices.end());
+    PickComparison comparison({SquareAndHole(), holeFirst, StackedSquares(3), NotchedFaces()});
+    comparison.JoinAllFaces();
+    CompareOn(comparison, 500);
 }
 
 TEST(PickAgainstLiteral, AgreesFarFromTheOrigin)

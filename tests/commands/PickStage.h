@@ -1,4 +1,5 @@
 #pragma once
+#include "ACTEuler.h"
 #include "Capture.h"
 #include "IASelectCommand.h"
 #include "MANBrepElementManager.h"
@@ -31,6 +32,12 @@ public:
         return solid;
     }
 
+    /// The loop of the second face becomes one more of the first. They are named by their ids.
+    void JoinFaces(const DSSolid& solid, std::uint32_t first, std::uint32_t second)
+    {
+        ACTEuler(&m_Elements).KFMRH(solid.GetID(), first, second);
+    }
+
     MANBrepElementManager m_Elements;
     MANSceneManager m_Scene;
     Open3DCamera m_Camera;
@@ -49,6 +56,16 @@ inline IndexedMesh SquareAt(double z)
     IndexedMesh mesh;
     mesh.positions = {smVec3d(-1, -1, z), smVec3d(1, -1, z), smVec3d(1, 1, z), smVec3d(-1, 1, z)};
     mesh.AddFace({1, 2, 3, 4});
+    return mesh;
+}
+
+/// The square at 0, and one a quarter as wide in its middle, turned over: joined, a face with a hole.
+inline IndexedMesh SquareAndHole()
+{
+    IndexedMesh mesh = SquareAt(0);
+    const IndexedMesh hole = Placed(SquareAt(0), 0.25, smVec3d());
+    mesh.positions.insert(mesh.positions.end(), hole.positions.begin(), hole.positions.end());
+    mesh.AddFace({8, 7, 6, 5});
     return mesh;
 }
 }

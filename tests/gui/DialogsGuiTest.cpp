@@ -261,6 +261,45 @@ TEST_F(DialogsGuiTest, ShowsTheLightThatIsChosenByName)
     EXPECT_EQ(Text(dialog, 1024), "-0.61237");
 }
 
+TEST_F(DialogsGuiTest, ShowsColoursSwitchesAndPositionOfTheLightThatIsChosen)
+{
+    Light(2).m_bAmbient = Light(2).m_bSpecular = true;
+    Light(2).m_bDiffuse = false;
+    Light(2).m_Ambient = smVec3f(0.2F, 0.4F, 0.6F);
+    Light(2).m_Diffuse = smVec3f(1.0F, 0.0F, 0.8F);
+    Light(2).m_Specular = smVec3f(0.0F, 1.0F, 0.4F);
+    Light(2).m_Position[0] = 0.25F;
+    Light(2).m_Position[2] = -3.0F;
+    const QDialog& dialog = OpenLightingDialog();
+    Type(dialog, Control<QComboBox>(dialog, 1030), {Qt::Key_Down, Qt::Key_Down});
+
+    struct Group
+    {
+        int check;
+        int firstSlider;
+        bool isOn;
+        int numbers[3];
+    };
+    const Group groups[] = {{1020, 1000, true, {51, 102, 153}},
+                            {1019, 1006, false, {255, 0, 204}},
+                            {1021, 1012, true, {0, 255, 102}}};
+    for (const auto& [check, firstSlider, isOn, numbers] : groups)
+    {
+        EXPECT_EQ(Control<QCheckBox>(dialog, check).isChecked(), isOn) << check;
+        for (int i = 0; i < 3; ++i)
+        {
+            const int slider = firstSlider + i;
+            EXPECT_EQ(Control<QSlider>(dialog, slider).value(), numbers[i]) << slider;
+            EXPECT_EQ(Text(dialog, slider + 3), std::to_string(numbers[i])) << slider;
+            EXPECT_EQ(Control<QSlider>(dialog, slider).isEnabled(), isOn) << slider;
+            EXPECT_EQ(Control<QLineEdit>(dialog, slider + 3).isEnabled(), isOn) << slider;
+        }
+    }
+    EXPECT_EQ(Text(dialog, 1024), "0.25");
+    EXPECT_EQ(Text(dialog, 1025), "-1");
+    EXPECT_EQ(Text(dialog, 1026), "-3");
+}
+
 TEST_F(DialogsGuiTest, ChoosesTheLastLightWhereNoneHasTheName)
 {
     const QDialog& dialog = OpenLightingDialog();
@@ -465,6 +504,23 @@ TEST_F(DialogsGuiTest, LeavesTheModelItsLookWhileAMaterialIsEdited)
     const QDialog& dialog = OpenMaterialDialog();
     MoveToEnd(dialog, 1033);
     EXPECT_EQ(solid.GetMaterial(), before);
+}
+
+TEST_F(DialogsGuiTest, DrawsTheViewAnewWithEachMoveOfASlider)
+{
+    SelectTetrahedron();
+    const std::pair<const QDialog*, int> sliders[] = {{&OpenLightingDialog(), 1006},
+                                                      {&OpenMaterialDialog(), 1033}};
+    for (const auto& [dialog, slider] : sliders)
+    {
+        Control<QSlider>(*dialog, slider).setFocus();
+        QCoreApplication::processEvents();
+        App().GetPlatform().SetPaneText(1, ""); // a frame writes the number of vertices there
+        QCoreApplication::processEvents();
+        EXPECT_EQ(PaneText(1), "");
+        MoveToEnd(*dialog, slider);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return PaneText(1) == "顶点数: 4"; })) << slider;
+    }
 }
 
 TEST_F(DialogsGuiTest, TakesNumbersBeyondTheRangeOfItsSliders)

@@ -295,15 +295,43 @@ TEST_F(SelectionGuiTest, GivesTheDumpThatTheBatchToolGivesForTheSameEvents)
     EXPECT_EQ(Hover().size(), 1U);
 }
 
+/// The smallest rectangle with all pixels in which two pictures of one size differ.
+QRect FindDifference(const QImage& a, const QImage& b)
+{
+    QRect difference;
+    for (int y = 0; y < a.height(); ++y)
+    {
+        for (int x = 0; x < a.width(); ++x)
+        {
+            if (a.pixel(x, y) != b.pixel(x, y))
+            {
+                difference |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return difference;
+}
+
+void ExpectNear(QPoint actual, QPoint expected)
+{
+    EXPECT_NEAR(actual.x(), expected.x(), 3);
+    EXPECT_NEAR(actual.y(), expected.y(), 3);
+}
+
 TEST_F(SelectionGuiTest, DrawsASplatOverTheFrameWhileItIsDragged)
 {
     Frame().OnCommand(ResourceID::DrawSplatTool);
     MoveTo(m_Centre);
     const QImage plain = GrabView();
-    Press(m_Centre);
-    MoveTo(Place(2, 2));
-    EXPECT_NE(GrabView(), plain);
-    Release(Place(2, 2));
+    Press(Place(-1, -0.5));
+    for (const QPoint& end : {Place(1, 1), Place(2, 1.5)})
+    {
+        MoveTo(end); // up and to the right: the splat goes from the lower left corner of its rectangle
+        const QRect splat = FindDifference(GrabView(), plain);
+        ExpectNear(splat.bottomLeft(), Place(-1, -0.5));
+        ExpectNear(splat.topRight(), end);
+    }
+    Release(Place(2, 1.5));
     EXPECT_EQ(Bench().GetController().GetSceneManager().GetCutFaceList().size(), 1U);
     View().repaint();
     EXPECT_EQ(GrabView(), plain); // until its switch shows it

@@ -83,11 +83,25 @@ private:
     static const Vector& StartOf(const DSHalfEdge* h) { return h->GetVertex()->GetPosition(); }
     static const Vector& EndOf(const DSHalfEdge* h) { return StartOf(h->GetNext()); }
 
-    /// Faces of one loop, which all are that a builder has made.
+    /// A corner on the ray makes the whole face a miss, whichever loop has it.
     bool GoesThrough(const DSFace& face) const
     {
         double sum = 0;
-        const DSHalfEdge* h = face.GetLoopList()[0]->GetHalfEdge();
+        bool goesThrough = false;
+        for (const DSLoop* pLoop : face.GetLoopList())
+        {
+            if (!AddAngles(*pLoop, sum))
+            {
+                return false;
+            }
+            goesThrough = goesThrough || (sum - 2 * 3.1415926535) * (sum - 2 * 3.1415926535) < 1e-6;
+        }
+        return goesThrough;
+    }
+
+    bool AddAngles(const DSLoop& loop, double& sum) const
+    {
+        const DSHalfEdge* h = loop.GetHalfEdge();
         do
         {
             Vector a = (StartOf(h) - m_Eye).Cross(m_Ray);
@@ -108,8 +122,8 @@ private:
             }
             sum = sum + angle;
             h = h->GetNext();
-        } while (h != face.GetLoopList()[0]->GetHalfEdge());
-        return (sum - 2 * 3.1415926535) * (sum - 2 * 3.1415926535) < 1e-6;
+        } while (h != loop.GetHalfEdge());
+        return true;
     }
 
     void PickSolid(const DSSolid& solid)

@@ -320,25 +320,6 @@ TEST_F(BoundaryTest, TakesBackTheMaterialOfAFailure)
     EXPECT_TRUE(m_Platform.GetMaterialDialogs().at(0).expired()) << "the dialog sees that it is gone";
 }
 
-/// A machine whose status bar cannot be written, once it is told so.
-class FailingPanes : public RecordingPlatform
-{
-public:
-    void Fail() { m_bFails = true; }
-
-    void SetPaneText(int pane, const std::string& text) override
-    {
-        if (m_bFails)
-        {
-            throw std::bad_alloc();
-        }
-        RecordingPlatform::SetPaneText(pane, text);
-    }
-
-private:
-    bool m_bFails = false;
-};
-
 TEST_F(BoundaryTest, KeepsTheOverlaysWhenTheFrameOfANewDocumentFails)
 {
     DSSolid* pMesh = Show(Tetrahedron());

@@ -89,6 +89,21 @@ TEST_F(SelectTool, DrawsAFrameForEachMotionAndEachSelection)
     EXPECT_FALSE(wasDrawn([this] { RightDown(); }));
 }
 
+TEST_F(SelectTool, KeepsWhatAnEventHasDoneWhoseFrameFailsAndSaysNothingElse)
+{
+    MoveTo(5, 5);
+    FailingPanes platform;
+    platform.Fail();
+    EXPECT_FALSE(MoveTo(50, 50));
+    EXPECT_THAT(GetHover(), ElementsAre(kCube));
+    EXPECT_FALSE(LeftDown());
+    EXPECT_THAT(GetSelection(), ElementsAre(kCube));
+    EXPECT_TRUE(m_pCube->IsSelected());
+    EXPECT_THAT(platform.GetFailures(),
+                ElementsAre(RecordingPlatform::Shown{"mouse-move", "not enough memory"},
+                            RecordingPlatform::Shown{"left-down", "not enough memory"}));
+}
+
 TEST_F(SelectTool, DropsTheSelectionWithAnotherTypeEvenWhenItHasNothingToTake)
 {
     Select(50, 50);

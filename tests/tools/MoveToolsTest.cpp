@@ -1,3 +1,4 @@
+#include "Failure.h"
 #include "SelectionTest.h"
 #include "Vectors.h"
 #include "resource.h"
@@ -43,6 +44,18 @@ TEST_F(MoveTools, MoveByTheMotionsBehindTheFirst)
     EXPECT_NEAR(GetCorner(0).x, -0.5 + 12 * kPixel, 1e-15);
     EXPECT_EQ(GetCorner(0).y, -0.5);
     EXPECT_EQ(GetCorner(0).z, -0.5);
+}
+
+TEST_F(MoveTools, GoFurtherFromFurtherOffAndLessFarWithAFurtherFarPlane)
+{
+    Choose(ResourceID::SelectSolids);
+    GetElements().ToggleSelect(m_pCube->GetID());
+    m_Bench.GetView().GetCamera()->SetLookAt({3, 0, 6}, {3, 0, -1}, {0, 1, 0});
+    m_Bench.GetView().GetCamera()->SetFar(35.0F);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    MoveTo(9, 0); // 7 from the target, over 35 times 6: a thirtieth a pixel
+    EXPECT_NEAR(GetCorner(0).x, -0.5 + 9 / 30.0, 1e-15);
 }
 
 TEST_F(MoveTools, MoveTheirOwnElementsAlongTheirOwnWay)
@@ -213,9 +226,46 @@ TEST_F(MoveTools, EndWhereAStepIsRefusedAndTellItOnce)
     m_pCube->GetFaceList()[1]->GetNormal().z = std::numeric_limits<double>::quiet_NaN();
     EXPECT_FALSE(MoveTo(24, 0));
     EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("no normal to move along"));
-    EXPECT_EQ(GetPositions(*m_pCube), before);
+    EXPECT_EQ(GetPositions(*m_pCube), before); // with the steps that went well, as after a left click
+    EXPECT_EQ(GetHistorySize(), 1U);
     EXPECT_EQ(GetToolOnTop(), ToolID::Select);
     EXPECT_TRUE(MoveTo(36, 0));
+}
+
+TEST_F(MoveTools, GoOnWithTheStepWhoseFrameFailed)
+{
+    Select(50, 50);
+    const auto before = GetPositions(*m_pCube);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    {
+        FailingPanes platform;
+        platform.Fail();
+        EXPECT_FALSE(MoveTo(12, 0));
+        EXPECT_EQ(platform.GetOnlyReason(), "not enough memory");
+    }
+    EXPECT_NEAR(GetCorner(0).x, -0.5 + 12 * kPixel, 1e-15);
+    EXPECT_TRUE(MoveTo(20, 0));
+    EXPECT_NEAR(GetCorner(0).x, -0.5 + 20 * kPixel, 1e-15);
+    EXPECT_TRUE(RightDown());
+    EXPECT_EQ(GetPositions(*m_pCube), before);
+}
+
+TEST_F(MoveTools, AreTakenBackByARightClickWhoseFrameFails)
+{
+    Select(50, 50);
+    const auto before = GetPositions(*m_pCube);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    {
+        FailingPanes platform;
+        platform.Fail();
+        EXPECT_FALSE(RightDown());
+    }
+    EXPECT_EQ(GetPositions(*m_pCube), before);
+    EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    EXPECT_EQ(GetHistorySize(), 0U);
 }
 
 TEST_F(MoveTools, EndWhereTheTypeOfTheSelectionChanges)
@@ -293,6 +343,49 @@ TEST_F(MoveTools, AreTakenOffByAnImportButNotByOneThatIsCancelledOrFails)
     EXPECT_TRUE(Import("a.obj"));
     EXPECT_EQ(GetToolOnTop(), ToolID::Select);
     EXPECT_EQ(GetElements().GetVertex(0)->GetPosition(), smVec3d(-1, -1, -1)); // as it was read
+}
+
+TEST_F(MoveTools, AreTakenOffByASubdivisionThatBuildsAnotherModelButByNoOther)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    EXPECT_TRUE(Import("a.obj"));
+    Choose(ResourceID::SelectVertices);
+    GetElements().ToggleSelect(0);
+    Choose(ResourceID::MoveVertexX);
+    MoveTo(0, 0);
+    MoveTo(10, 0);
+    EXPECT_TRUE(Choose(ResourceID::SubdivideAdaptive)); // nobody answers the dialog
+    EXPECT_EQ(GetToolOnTop(), 0x6000001U);
+    m_Platform.AnswerAreaThreshold(std::numeric_limits<float>::quiet_NaN());
+    EXPECT_FALSE(Choose(ResourceID::SubdivideAdaptive));
+    EXPECT_EQ(GetToolOnTop(), 0x6000001U);
+
+    m_Platform.AnswerAreaThreshold(0.0F);
+    EXPECT_TRUE(Choose(ResourceID::SubdivideAdaptive));
+    EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    const auto after = GetPositions(*GetElements().GetSolid(0xE0000000));
+    EXPECT_TRUE(RightDown());
+    EXPECT_EQ(GetPositions(*GetElements().GetSolid(0xE0000000)), after);
+}
+
+TEST_F(MoveTools, AreTakenOffByWhateverEmptiesTheStores)
+{
+    for (const Effect effect : {Effect::ChangesModel, Effect::ReplacesModel})
+    {
+        m_Bench.NewDocument();
+        ShowCube();
+        Select(50, 50);
+        Choose(ResourceID::MoveSolidX);
+        const auto fail = [this]
+        {
+            GetController().ClearModels();
+            throw Failure("no");
+        };
+        EXPECT_FALSE(m_Bench.Perform("operation", effect, fail));
+        EXPECT_EQ(GetToolOnTop(), 0x6000004U);
+        EXPECT_TRUE(m_Bench.Perform("operation", effect, [this] { GetController().ClearModels(); }));
+        EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    }
 }
 
 TEST_F(MoveTools, AreRefusedOnASelectionThatIsGone)

@@ -4,6 +4,7 @@
 #include "Meshes.h"
 #include "TemporaryFolder.h"
 #include <gmock/gmock.h>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,25 @@ public:
 private:
     Platform* m_pBefore;
     std::vector<Shown> m_Failures;
+};
+
+/// A machine whose status bar cannot be written, once it is told so: no frame comes to its end.
+class FailingPanes : public RecordingPlatform
+{
+public:
+    void Fail() { m_bFails = true; }
+
+    void SetPaneText(int pane, const std::string& text) override
+    {
+        if (m_bFails)
+        {
+            throw std::bad_alloc();
+        }
+        RecordingPlatform::SetPaneText(pane, text);
+    }
+
+private:
+    bool m_bFails = false;
 };
 
 /// A workbench on a platform and in a folder of its own. What it prints on the console is kept.

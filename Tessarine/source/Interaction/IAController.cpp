@@ -59,6 +59,7 @@ void IAController::ClearModels()
 
 void IAController::EmptyElements()
 {
+    ++m_nModelNumber;
     if (m_pView != nullptr)
     {
         m_pView->SetNewMesh(nullptr); // its solid goes as well
@@ -79,13 +80,13 @@ void IAController::Redraw()
     m_pView->Redraw();
 }
 
-bool IAController::ImportObj()
+void IAController::ImportObj()
 {
     const auto path =
         GetPlatform().AskOpenFile({"Wavefront OBJ(*.obj)|*.obj||所有文件(*.*)|*.*||", kObjExtension});
     if (!path)
     {
-        return false;
+        return;
     }
     if (!HasObjExtension(path->filename().string()))
     {
@@ -94,7 +95,6 @@ bool IAController::ImportObj()
     IOLoadObj reader(&m_SceneManager, &m_ElementManager);
     ResetModels();
     reader.Load(path->string());
-    return true;
 }
 
 void IAController::ExportObj()

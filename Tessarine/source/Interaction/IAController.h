@@ -30,6 +30,8 @@ public:
     void ResetModels();
     /// Empties the stores of a new document, and of a model that is built anew.
     void ClearModels();
+    /// How often the stores have been emptied: another number means another model.
+    unsigned GetModelNumber() const { return m_nModelNumber; }
     void Redraw();
 
     MANSceneManager& GetSceneManager() { return m_SceneManager; }
@@ -41,9 +43,8 @@ public:
     /// Asks for an OBJ file and puts its model in the place of the current one. Nothing when the user
     /// cancels.
     ///
-    /// @return whether there is another model now
     /// Fails   A name that ends in neither ".obj" nor ".OBJ" gives a message box; the models are untouched.
-    bool ImportObj();
+    void ImportObj();
     /// Asks for a name and writes the visible solids there.
     ///
     /// Kept    The file lands in the folder that the dialog made the current one.
@@ -103,5 +104,6 @@ private:
     IACommand* m_pIncrementalCommand = nullptr;
     IACommand* m_pTwoStepCommand = nullptr;
     ElementCheckpoint* m_pElementsAside = nullptr;
+    unsigned m_nModelNumber = 0;
 };
 }

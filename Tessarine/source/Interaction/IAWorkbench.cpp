@@ -48,8 +48,9 @@ bool WasFailureShown()
     }
 }
 
-/// Why the operation ended, by the exception that is being handled.
-std::string DescribeFailure()
+/// Why it ended, by the exception that is being handled.
+/// @param outcome what has become of the model, for the reasons that do not tell it
+std::string DescribeFailure(const std::string& outcome)
 {
     try
     {
@@ -59,7 +60,7 @@ std::string DescribeFailure()
     {
         const AssertionSite& site = failure.GetSite();
         return std::string("an internal check failed: ") + site.expression + " (" + site.path + ", line " +
-               std::to_string(site.line) + ")" + kModelStays;
+               std::to_string(site.line) + ")" + outcome;
     }
     catch (const Failure& failure)
     {
@@ -69,11 +70,11 @@ std::string DescribeFailure()
     {
         const std::string& message = exception.GetMessage();
         const bool isContextOnly = message.empty() || message.back() == ' ';
-        return message + (isContextOnly ? DescribeByClass(exception) : "") + kModelStays;
+        return message + (isContextOnly ? DescribeByClass(exception) : "") + outcome;
     }
     catch (const std::bad_alloc&)
     {
-        return std::string("not enough memory") + kModelStays;
+        return "not enough memory" + outcome;
     }
     catch (const std::exception& exception)
     {
@@ -81,19 +82,36 @@ std::string DescribeFailure()
     }
     catch (...)
     {
-        return std::string("an unknown error") + kModelStays;
+        return "an unknown error" + outcome;
     }
 }
 
 /// Tells the user about the exception that is being handled.
-void ShowFailure(const std::string& operation) noexcept
+void ShowFailure(const std::string& operation, const char* outcome) noexcept
 {
     try
     {
-        GetPlatform().ShowFailure(operation, DescribeFailure(), WasFailureShown());
+        GetPlatform().ShowFailure(operation, DescribeFailure(outcome), WasFailureShown());
     }
     catch (...) // no memory even for the message: the caller still learns that the operation failed
     {
+    }
+}
+
+/// Needs no memory of its own: whatever fails is told.
+/// @return whether the action ran to its end
+template <class TAction>
+bool RunAndTell(const std::string& operation, const char* outcome, const TAction& action)
+{
+    try
+    {
+        action();
+        return true;
+    }
+    catch (...)
+    {
+        ShowFailure(operation, outcome);
+        return false;
     }
 }
 
@@ -154,7 +172,14 @@ int IAWorkbench::CreateView()
 bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
 {
     ForgetPicks();
-    return RunOperation(operation, effect, action);
+    BeginAssertionReports();
+    const bool done = RunAndTell(operation, kModelStays, [&] { RunOrRestore(effect, action); });
+    if (!done && effect != Effect::None)
+    {
+        RedrawAfterFailure();
+    }
+    FinishReports();
+    return done;
 }
 
 /// Whatever changes the model passes the boundary. So what the select tool keeps of it holds from one of its own
@@ -164,40 +189,22 @@ void IAWorkbench::ForgetPicks()
     static_cast<IASelectTool*>(m_ToolsManager.FindTool(ToolID::Select))->ForgetModel();
 }
 
-bool IAWorkbench::RunOperation(const std::string& operation, Effect effect,
-                               const std::function<void()>& action)
+void IAWorkbench::RunOrRestore(Effect effect, const std::function<void()>& action)
 {
-    BeginAssertionReports();
-    const bool done = RunOrRestore(operation, effect, action);
-    if (!done && effect != Effect::None)
-    {
-        RedrawAfterFailure();
-    }
-    FinishReports();
-    return done;
-}
-
-bool IAWorkbench::RunOrRestore(const std::string& operation, Effect effect,
-                               const std::function<void()>& action)
-{
+    IACheckpoint before(*m_pController, m_View, m_CommandManager, effect);
+    const unsigned modelBefore = m_pController->GetModelNumber();
     try
     {
-        IACheckpoint before(*m_pController, m_View, m_CommandManager, effect);
-        try
+        action();
+        if (m_pController->GetModelNumber() != modelBefore)
         {
-            action();
+            EndMoves(false); // what they moved is gone
         }
-        catch (...)
-        {
-            before.Restore();
-            throw;
-        }
-        return true;
     }
     catch (...)
     {
-        ShowFailure(operation);
-        return false;
+        before.Restore();
+        throw;
     }
 }
 
@@ -219,7 +226,10 @@ bool IAWorkbench::SendEvent(const ToolEvent& event)
     {
         ForgetPicks();
     }
-    return RunOperation(GetName(event.kind), Effect::None, [&] { PassToTool(event); });
+    BeginAssertionReports();
+    const bool done = RunAndTell(GetName(event.kind), "", [&] { PassToTool(event); });
+    FinishReports();
+    return done;
 }
 
 bool IAWorkbench::IsSelectToolOnTop() const
@@ -282,16 +292,11 @@ void IAWorkbench::ConnectController(IAController& controller)
 void IAWorkbench::ImportObj()
 {
     ForgetPicks();
-    bool isAnother = false;
     {
         const CurrentFolderGuard folder;
-        isAnother = m_pController->ImportObj();
+        m_pController->ImportObj();
     }
     m_pController->Redraw();
-    if (isAnother)
-    {
-        EndMoves(false); // what it moved is gone
-    }
 }
 
 void IAWorkbench::ExportObj()

@@ -40,7 +40,7 @@ public:
     void DestroyView() { m_View.Destroy(); }
 
     /// Runs what a user asked for, and alone catches what ends it: nothing that a file or a user supplies
-    /// ends the process.
+    /// ends the process. A move that is under way ends where there is another model then.
     ///
     /// Fails   The user is told once (Platform::ShowFailure), and model, selection, overlays and history are
     ///         exactly as before: same records at the same addresses, same ids, same order.
@@ -48,7 +48,11 @@ public:
     /// @return whether it ran to its end
     bool Perform(const std::string& operation, Effect effect, const std::function<void()>& action);
 
-    /// Passes an event of the view to the tool on top, through the same boundary.
+    /// Passes an event of the view to the tool on top, and catches as Perform does.
+    ///
+    /// Fails   The user is told why, but not that the model is as it was, as what the tool has done by then stays:
+    ///         where only the frame failed, that is all that the event does to selection, hover mark, positions and
+    ///         history. A tool changes the records in steps that are taken as a whole or not at all.
     /// @return whether the tool ran to its end
     bool SendEvent(const ToolEvent& event);
 
@@ -58,8 +62,7 @@ public:
     /// under way is taken back.
     void NewDocument();
 
-    /// Effect::ReplacesModel. The controller's ImportObj; the current folder is afterwards what it was. A move that
-    /// is under way ends where there is another model.
+    /// Effect::ReplacesModel. The controller's ImportObj; the current folder is afterwards what it was.
     void ImportObj();
     /// Effect::None. The same for ExportObj.
     void ExportObj();
@@ -75,8 +78,7 @@ private:
     bool IsSelectToolOnTop() const;
     void ForgetPicks();
     void EndMoves(bool takeBack);
-    bool RunOperation(const std::string& operation, Effect effect, const std::function<void()>& action);
-    bool RunOrRestore(const std::string& operation, Effect effect, const std::function<void()>& action);
+    void RunOrRestore(Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
     void RedrawAfterFailure() noexcept;
 

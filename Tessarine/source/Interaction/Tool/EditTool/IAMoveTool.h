@@ -12,7 +12,8 @@ class IAMoveCommand;
 /// takes everything back; both take the tool off the stack, but a right click before any motion does nothing.
 ///
 /// Says    "After OnLButtonDown....." and "After OnRButtonDown....", whatever the click did.
-/// Fails   A step that its command refuses ends the move; what was moved before stays.
+/// Fails   A step that its command refuses ends the move as a left click does; what was moved before stays. A step
+///         whose frame fails is taken, and the move goes on.
 class IAMoveTool : public IATool
 {
 public:
