@@ -50,9 +50,9 @@ public:
 
     /// Passes an event of the view to the tool on top, and catches as Perform does.
     ///
-    /// Fails   The user is told why, but not that the model is as it was, as what the tool has done by then stays:
-    ///         where only the frame failed, that is all that the event does to selection, hover mark, positions and
-    ///         history. A tool changes the records in steps that are taken as a whole or not at all.
+    /// Fails   The user is told why, and nothing of the model: what the tool has done by then stays, where only the
+    ///         frame failed all of it, be it to selection, hover mark, positions or history. A tool changes the
+    ///         records in steps that are taken as a whole or not at all.
     /// @return whether the tool ran to its end
     bool SendEvent(const ToolEvent& event);
 
