@@ -155,10 +155,10 @@ protected:
     std::optional<IAReconstructionCommand> m_Command;
 };
 
-/// Pixels of the object in a view that the solid does not come nearer to than two pixels, which are less than a cell.
+/// Pixels of the object in a view that the solid does not come nearer to than a cell.
 int CountUncovered(const DSSolid& solid, const smMatrix44d& view)
 {
-    constexpr int kReach = 2;
+    constexpr int kReach = 3; // a cell is 2.7 pixels wide
     const Image given = DrawEllipse(view);
     std::vector<char> covered(static_cast<std::size_t>(kWidth) * kHeight);
     for (const DSFace* face : solid.GetFaceList())
