@@ -1,4 +1,6 @@
 #include "HullCarver.h"
+#include <algorithm>
+#include <array>
 
 namespace tessarine
 {
@@ -6,6 +8,7 @@ namespace
 {
 constexpr unsigned kDepthBits = 8;
 constexpr std::uint32_t kDepthMask = (1U << kDepthBits) - 1;
+constexpr std::size_t kBatch = 128; ///< points whose places are found before the layers there are read
 static_assert(DistanceField::kCountZ <= 1 << kDepthBits);
 
 /// The pixels of a plane's coordinate. A place is in a range of pixels where its fraction is; truncation goes toward
@@ -50,41 +53,59 @@ HullCarver::HullCarver(DistanceField& field)
 void HullCarver::AddView(const smMatrix44d& view, const SilhouetteDistance& silhouette)
 {
     ProjectGrid(view);
+    std::size_t kept = 0;
+    std::array<PixelPlace, kBatch> places;
+    for (std::size_t begin = 0; begin < m_Left.size(); begin += kBatch)
+    {
+        const std::size_t end = std::min(begin + kBatch, m_Left.size());
+        FindPlaces(begin, end, silhouette, places.data());
+        for (std::size_t n = begin; n < end; ++n)
+        {
+            const std::uint32_t point = m_Left[n];
+            const PixelPlace& place = places[n - begin];
+            float& value =
+                m_Field.GetValues()[(point >> kDepthBits) * DistanceField::kCountZ + (point & kDepthMask)];
+            if (place.x < 0)
+            {
+                value = DistanceField::kOutside;
+                continue;
+            }
+            if (!silhouette.CannotExceed(place.x, place.y, value))
+            {
+                value = std::max(value, silhouette.GetDistance(place.x, place.y));
+            }
+            m_Left[kept] = point;
+            kept += value < DistanceField::kOutside ? 1 : 0;
+        }
+    }
+    m_Left.resize(kept);
+}
+
+/// Where the points from `begin` on are seen. Nothing here waits for the layers, which are fetched meanwhile.
+void HullCarver::FindPlaces(std::size_t begin, std::size_t end, const SilhouetteDistance& silhouette,
+                            PixelPlace* places) const
+{
     const PixelAxis across(silhouette.GetWidth());
     const PixelAxis down(silhouette.GetHeight());
-    const double moveX = view.At(3, 0);
-    const double moveY = view.At(3, 1);
-    float* const values = m_Field.GetValues().data();
-    std::uint32_t* kept = m_Left.data();
-    for (const std::uint32_t point : m_Left)
+    for (std::size_t n = begin; n < end; ++n, ++places)
     {
-        const std::uint32_t index = point >> kDepthBits;
-        const PlanePart& column = m_Columns[index];
-        const PlanePart& depth = m_Depths[point & kDepthMask];
-        const double x = across.ToPixel(column.x + depth.x + moveX);
-        const double y = down.ToPixel(column.y + depth.y + moveY);
-        float& value = values[index * DistanceField::kCountZ + (point & kDepthMask)];
-        if (!across.IsInside(x) || !down.IsInside(y))
+        const PlanePart& column = m_Columns[m_Left[n] >> kDepthBits];
+        const PlanePart& depth = m_Depths[m_Left[n] & kDepthMask];
+        const double x = across.ToPixel(column.x + depth.x + m_Move.x);
+        const double y = down.ToPixel(column.y + depth.y + m_Move.y);
+        *places = {-1, -1};
+        if (across.IsInside(x) && down.IsInside(y))
         {
-            value = DistanceField::kOutside;
-            continue;
+            *places = {static_cast<int>(x), static_cast<int>(y)};
+            silhouette.Prefetch(places->x, places->y);
         }
-        const int pixelX = static_cast<int>(x);
-        const int pixelY = static_cast<int>(y);
-        if (!silhouette.CannotExceed(pixelX, pixelY, value))
-        {
-            const float distance = silhouette.GetDistance(pixelX, pixelY);
-            value = value < distance ? distance : value;
-        }
-        *kept = point;
-        kept += value < DistanceField::kOutside ? 1 : 0;
     }
-    m_Left.resize(static_cast<std::size_t>(kept - m_Left.data()));
 }
 
 /// The sums of products in the order in which a point is multiplied by a matrix, so that they round alike.
 void HullCarver::ProjectGrid(const smMatrix44d& view)
 {
+    m_Move = {view.At(3, 0), view.At(3, 1)};
     for (int i = 0; i < DistanceField::kCountX; ++i)
     {
         for (int j = 0; j < DistanceField::kCountY; ++j)

@@ -22,7 +22,16 @@ public:
     void AddView(const smMatrix44d& view, const SilhouetteDistance& silhouette);
 
 private:
+    /// Of a pixel; below zero outside of the image.
+    struct PixelPlace
+    {
+        int x;
+        int y;
+    };
+
     void ProjectGrid(const smMatrix44d& view);
+    void FindPlaces(std::size_t begin, std::size_t end, const SilhouetteDistance& silhouette,
+                    PixelPlace* places) const;
 
     /// A part of a position on the image plane: what does not depend on depth, or what does.
     struct PlanePart
@@ -35,5 +44,6 @@ private:
     std::vector<std::uint32_t> m_Left; ///< column of the grid, and depth in the last eight bits
     std::vector<PlanePart> m_Columns;
     std::vector<PlanePart> m_Depths;
+    PlanePart m_Move{}; ///< of all points
 };
 }

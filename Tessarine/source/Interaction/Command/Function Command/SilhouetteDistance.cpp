@@ -1,10 +1,6 @@
 #include "SilhouetteDistance.h"
-#include "Distance2D.h"
-#include "DistanceField.h"
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
 #include <cstdlib>
 
 namespace tessarine
@@ -12,8 +8,6 @@ namespace tessarine
 namespace
 {
 constexpr float kPlaneWidth = 2.4F;
-constexpr int kOutermostTraced = kMostLayers - 1;
-constexpr int kRings = 2;
 
 struct PixelOffset
 {
@@ -24,27 +18,19 @@ struct PixelOffset
 /// In the order in which a trace asks them.
 constexpr std::array<PixelOffset, 8> kPixelNeighbours{
     {{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}}};
-
-/// From a pixel with this margin no trace comes to the border, where layers do not lead to the outline.
-constexpr int kReach = kMostLayers + 2 + kRings;
 }
 
 SilhouetteDistance::SilhouetteDistance(int width, int height, const std::int32_t* layers)
     : m_nWidth(width), m_nHeight(height), m_pLayers(layers), m_fScale(static_cast<float>(width) / kPlaneWidth)
 {
+    std::transform(kPixelNeighbours.begin(), kPixelNeighbours.end(), m_Steps.begin(),
+                   [width](const PixelOffset& offset)
+                   { return std::ptrdiff_t{offset.y} * width + offset.x; });
 }
 
-float SilhouetteDistance::GetDistance(int x, int y) const
+float SilhouetteDistance::TraceDistance(int x, int y) const
 {
     const std::int32_t layer = GetLayer(x, y);
-    if (layer > kOutermostTraced)
-    {
-        return DistanceField::kOutside;
-    }
-    if (layer < -kOutermostTraced)
-    {
-        return DistanceField::kInside;
-    }
     if (layer == 0)
     {
         return 0.0F;
@@ -54,52 +40,39 @@ float SilhouetteDistance::GetDistance(int x, int y) const
     return static_cast<float>(layer > 0 ? distance : -distance);
 }
 
-/// A pixel of layer n is between n / sqrt(2) and n * sqrt(2) pixels from the outline. The factors leave room for
-/// rounding.
-bool SilhouetteDistance::CannotExceed(int x, int y, float value) const
+/// Where a trace stands: its layer in memory, and the way from its start.
+struct SilhouetteDistance::Trace
 {
-    constexpr float kMost = 1.41422F;
-    constexpr float kLeast = 0.7071F;
-    const std::int32_t layer = GetLayer(x, y);
-    if (layer < -kOutermostTraced)
-    {
-        return true;
-    }
-    const float farthest = static_cast<float>(layer) * (layer > 0 ? kMost : kLeast);
-    return layer <= kOutermostTraced && value * m_fScale >= farthest && IsWithinReach(x, y);
-}
-
-bool SilhouetteDistance::IsWithinReach(int x, int y) const
-{
-    return x >= kReach && y >= kReach && x < m_nWidth - kReach && y < m_nHeight - kReach;
-}
+    const std::int32_t* pLayer;
+    int x = 0;
+    int y = 0;
+};
 
 template <bool isWithinReach>
 int SilhouetteDistance::TraceOutline(int x, int y) const
 {
-    int foundX = x;
-    int foundY = y;
-    bool found = false;
-    int stepsLeft = std::abs(GetLayer(x, y)) + 2;
-    while (!found && stepsLeft-- > 0 && StepDown<isWithinReach>(foundX, foundY, found))
+    const auto isInside = [this, x, y](int wayX, int wayY) {
+        return isWithinReach ||
+               (x + wayX >= 0 && x + wayX < m_nWidth && y + wayY >= 0 && y + wayY < m_nHeight);
+    };
+    Trace trace{m_pLayers + (std::ptrdiff_t{y} * m_nWidth + x)};
+    for (int stepsLeft = std::abs(*trace.pLayer) + 2; *trace.pLayer != 0; --stepsLeft)
     {
+        if (stepsLeft == 0 || !StepDown(trace, isInside))
+        {
+            return 0;
+        }
     }
-    if (!found)
-    {
-        return 0;
-    }
-    int nearest = (foundX - x) * (foundX - x) + (foundY - y) * (foundY - y);
+    int nearest = trace.x * trace.x + trace.y * trace.y;
     for (int ring = 1; ring <= kRings; ++ring)
     {
-        for (const PixelOffset& offset : kPixelNeighbours)
+        for (std::size_t n = 0; n < kPixelNeighbours.size(); ++n)
         {
-            const int column = foundX + ring * offset.x;
-            const int row = foundY + ring * offset.y;
-            const bool isInside =
-                isWithinReach || (column >= 0 && column < m_nWidth && row >= 0 && row < m_nHeight);
-            if (isInside && GetLayer(column, row) == 0)
+            const int wayX = trace.x + ring * kPixelNeighbours[n].x;
+            const int wayY = trace.y + ring * kPixelNeighbours[n].y;
+            if (isInside(wayX, wayY) && trace.pLayer[ring * m_Steps[n]] == 0)
             {
-                nearest = std::min(nearest, (column - x) * (column - x) + (row - y) * (row - y));
+                nearest = std::min(nearest, wayX * wayX + wayY * wayY);
             }
         }
     }
@@ -108,24 +81,17 @@ int SilhouetteDistance::TraceOutline(int x, int y) const
 
 /// To the first neighbour that is on the outline or nearer to it.
 /// @return false where there is none: no further step would find one either
-template <bool isWithinReach>
-bool SilhouetteDistance::StepDown(int& x, int& y, bool& found) const
+template <class TIsInside>
+bool SilhouetteDistance::StepDown(Trace& trace, TIsInside isInside) const
 {
-    const int layer = std::abs(GetLayer(x, y));
-    for (const PixelOffset& offset : kPixelNeighbours)
+    const int layer = std::abs(*trace.pLayer);
+    for (std::size_t n = 0; n < kPixelNeighbours.size(); ++n)
     {
-        const int column = x + offset.x;
-        const int row = y + offset.y;
-        if (!isWithinReach && (column < 0 || column >= m_nWidth || row < 0 || row >= m_nHeight))
+        const int wayX = trace.x + kPixelNeighbours[n].x;
+        const int wayY = trace.y + kPixelNeighbours[n].y;
+        if (isInside(wayX, wayY) && std::abs(trace.pLayer[m_Steps[n]]) < layer)
         {
-            continue;
-        }
-        const int next = std::abs(GetLayer(column, row));
-        if (next < layer)
-        {
-            found = next == 0;
-            x = column;
-            y = row;
+            trace = {trace.pLayer + m_Steps[n], wayX, wayY};
             return true;
         }
     }
