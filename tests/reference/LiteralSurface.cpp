@@ -26,7 +26,8 @@ LiteralCell TakeCell(const std::vector<float>& values, int i, int j, int k)
         const int ck = k + kCorners[c][2];
         cell.p[c] = smVec3f(static_cast<float>(-1.2 + 0.04 * ci), static_cast<float>(-1.2 + 0.04 * cj),
                             static_cast<float>(-4.0 + 0.04 * ck));
-        cell.val[c] = values[static_cast<std::size_t>((ci * 61 + cj) * 201 + ck)];
+        cell.val[c] = values[(static_cast<std::size_t>(ci) * 61 + static_cast<std::size_t>(cj)) * 201 +
+                             static_cast<std::size_t>(ck)];
     }
     return cell;
 }

@@ -118,7 +118,8 @@ void IAReconstructionCommand::BuildField()
 
 void IAReconstructionCommand::AddView(int view, HullCarver& carver, std::vector<std::int32_t>& layers)
 {
-    Image image = ReadDatasetImage(kSilhouetteFolder, view + 1, m_Cameras.m_nImageWidth, m_Cameras.m_nImageHeight);
+    Image image =
+        ReadDatasetImage(kSilhouetteFolder, view + 1, m_Cameras.m_nImageWidth, m_Cameras.m_nImageHeight);
     if (FilterImage(image.width, image.height, image.pixels.data(), kFilteredRun, true))
     {
         const std::vector<Pixel> ends = FindMarkerEnds(image); // what the filter has left of them
