@@ -2,6 +2,7 @@
 #include "BatchDocument.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include "OCTNODE.h"
 #include "Open3DView.h"
 #include <unordered_map>
 
@@ -328,7 +329,35 @@ private:
         WritePoints("pointNormals", view.GetPointNormals());
         WritePoints("projectedPoints", view.GetProjectedPoints());
         m_Text.Field("newMesh", IdOf(view.GetNewMesh()));
-        m_Text.Field("octree", nullptr); // no command makes one yet
+        m_Text.Key("octree");
+        WriteOctree(view.GetOctree());
+        m_Text.EndObject();
+    }
+
+    void WriteOctree(const OCTNODE* node)
+    {
+        if (node == nullptr)
+        {
+            m_Text.Put(nullptr);
+            return;
+        }
+        m_Text.BeginObject();
+        m_Text.Field("min", PartsOf(node->GetMin()));
+        m_Text.Field("max", PartsOf(node->GetMax()));
+        m_Text.Field("depth", node->GetDepth());
+        m_Text.Field("leaf", node->IsLeaf());
+        m_Text.Field("points", node->GetPoints().size());
+        m_Text.Key("children");
+        m_Text.BeginArray();
+        if (!node->IsLeaf())
+        {
+            for (const OCTNODE* pChild : node->GetChildren())
+            {
+                m_Text.BeginLine(kRecordIndent);
+                WriteOctree(pChild);
+            }
+        }
+        m_Text.EndArray();
         m_Text.EndObject();
     }
 

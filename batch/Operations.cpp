@@ -6,6 +6,7 @@
 #include "Failure.h"
 #include "File.h"
 #include "IACommandRouter.h"
+#include "IAReconstructionCommand.h"
 #include "IODatasetImages.h"
 #include "ImageFilter.h"
 #include "PngCodec.h"
@@ -13,6 +14,7 @@
 #include "Report.h"
 #include "resource.h"
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -102,6 +104,22 @@ bool RunProjectSamples(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::None, [&run] { run.GetWorkbench().GetController().ProjectSamples(); });
 }
 
+bool RunBuildInitialMesh(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().BuildInitialMesh(); });
+}
+
+bool RunGenerateSplats(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().GenerateSplats(); });
+}
+
+bool RunShowField(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().ShowField(); });
+}
+
 /// Beyond all floats stands infinity.
 float ToFloat(double value)
 {
@@ -118,6 +136,12 @@ bool RunSubdivideAdaptive(BatchRun& run, const Arguments& arguments)
     run.GetPlatform().AnswerAreaThreshold(ToFloat(NumberAt(arguments, 0)));
     return run.Perform(Effect::ReplacesModel,
                        [&run] { run.GetWorkbench().GetController().SubdivideAdaptive(); });
+}
+
+bool RunGenerateMesh(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::ChangesModel, [&]
+                       { run.GetWorkbench().GetController().GenerateMesh(ToFloat(NumberAt(arguments, 0))); });
 }
 
 bool RunSetMaterial(BatchRun& run, const Arguments& /*arguments*/)
@@ -253,11 +277,13 @@ bool RunFilterImage(BatchRun& run, const Arguments& arguments)
 }
 
 /// As little-endian bytes.
-void AppendInt32(std::string& bytes, std::int32_t value)
+template <class T>
+void AppendBytes(std::string& bytes, T value)
 {
+    const auto word = std::bit_cast<std::uint32_t>(value);
     for (unsigned shift = 0; shift < 32; shift += 8)
     {
-        bytes += static_cast<char>(static_cast<std::uint32_t>(value) >> shift & 0xFFU);
+        bytes += static_cast<char>(word >> shift & 0xFFU);
     }
 }
 
@@ -267,11 +293,11 @@ std::string MakeDistanceFile(const Image& image)
     BuildDistance2D(image.width, image.height, image.pixels.data(), field.data());
     std::string bytes;
     bytes.reserve(sizeof(std::int32_t) * (field.size() + 2));
-    AppendInt32(bytes, image.width);
-    AppendInt32(bytes, image.height);
+    AppendBytes(bytes, image.width);
+    AppendBytes(bytes, image.height);
     for (const std::int32_t value : field)
     {
-        AppendInt32(bytes, value);
+        AppendBytes(bytes, value);
     }
     return bytes;
 }
@@ -287,6 +313,24 @@ bool RunDistance2D(BatchRun& run, const Arguments& arguments)
                        });
 }
 
+bool RunDumpField(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(
+        Effect::None,
+        [&]
+        {
+            const std::vector<float>& values =
+                run.GetWorkbench().GetController().GetReconstructionCommand().GetField().GetValues();
+            std::string bytes;
+            bytes.reserve(sizeof(float) * values.size());
+            for (const float value : values)
+            {
+                AppendBytes(bytes, value);
+            }
+            WriteResult(run, arguments[0], [&bytes](const auto& sink) { sink(bytes); });
+        });
+}
+
 constexpr Operation kOperations[] = {
     {"new", "", Group::Document, "starts an empty document", RunNew},
     {"import", "FILE", Group::Document, "replaces the document's model by the one of an .obj file",
@@ -297,7 +341,7 @@ constexpr Operation kOperations[] = {
      "writes what the document holds, as a page of JSON (- is standard output)", RunReport},
     {"dump", "FILE", Group::Document,
      "writes everything that the document holds, as JSON (- is standard output)", RunDump},
-    {"dump-field", "FILE", Group::Document, "writes the kept distance field", RunLater},
+    {"dump-field", "FILE", Group::Document, "writes the kept distance field", RunDumpField},
 
     {"subdivide-loop", "", Group::MenuCommand, "one Loop subdivision of the current model", RunSubdivideLoop},
     {"subdivide-adaptive", "AREA", Group::MenuCommand, "splits the faces with an area measure above AREA",
@@ -308,7 +352,7 @@ constexpr Operation kOperations[] = {
     {"project-samples", "", Group::MenuCommand, "renders labelled points from 90 directions into images",
      RunProjectSamples},
     {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
-     RunLater},
+     RunBuildInitialMesh},
     {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
     {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
     {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
@@ -319,13 +363,15 @@ constexpr Operation kOperations[] = {
     {"two-step-third", "", Group::MenuCommand, "third step of the command kept from refine-two-step",
      RunLater},
     {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunLater},
-    {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats", RunLater},
+    {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats",
+     RunGenerateSplats},
     {"set-material", "", Group::MenuCommand, "makes a material of its own from the selected solid's",
      RunSetMaterial},
     {"menu", "ID", Group::MenuCommand, "runs the menu, toolbar or pop-up command of this number", RunMenu},
 
-    {"generate-mesh", "LEVEL", Group::KeptCommand, "mesh of the kept distance field at LEVEL", RunLater},
-    {"show-field", "", Group::KeptCommand, "shows the kept distance field", RunLater},
+    {"generate-mesh", "LEVEL", Group::KeptCommand, "mesh of the kept distance field at LEVEL",
+     RunGenerateMesh},
+    {"show-field", "", Group::KeptCommand, "shows the kept distance field", RunShowField},
     {"connect-next", "[N|all]", Group::KeptCommand, "N steps (1) of the kept incremental command, or all",
      RunLater},
     {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",

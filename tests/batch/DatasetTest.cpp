@@ -1,7 +1,9 @@
 #include "BatchProcess.h"
 #include "Image.h"
 #include "TemporaryFolder.h"
+#include <bit>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 using namespace tessarine;
 using testing::HasSubstr;
@@ -84,6 +86,113 @@ TEST(Distance2DOperation, WritesToStandardOutput)
     WriteImage(MakeHoledSquare(false), folder / "in.bmp");
     const ProcessResult result = RunBatch(folder, {"-q", "distance-2d", "in.bmp", "-"});
     EXPECT_EQ(result.output.size(), 4U * (2 + 20));
+}
+
+namespace
+{
+/// A ball of radius 0.6, seen along the three axes in 72 x 72 pixels, and a few of its points.
+void WriteBall(const TemporaryFolder& folder)
+{
+    constexpr int kSide = 72;
+    constexpr int kRadius = 18;
+    Image image{kSide, kSide, 3, {}};
+    for (int i = 0; i < kSide * kSide; ++i)
+    {
+        const int x = 2 * (i % kSide) + 1 - kSide; // in half pixels
+        const int y = 2 * (i / kSide) + 1 - kSide;
+        image.pixels.insert(image.pixels.end(), 3, x * x + y * y < 4 * kRadius * kRadius ? 255 : 0);
+    }
+    folder.Write("data/bunny/param.dat", "3\n72 72\n"
+                                         "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n"
+                                         "0 0 -1 0 0 1 0 0 1 0 0 0 0 0 0 1\n"
+                                         "1 0 0 0 0 0 1 0 0 -1 0 0 0 0 0 1\n");
+    for (const char* name : {"1.bmp", "2.bmp", "3.bmp"})
+    {
+        WriteImage(image, folder / "data/bunny" / name);
+    }
+    std::string cloud = "25\n-0.6 0 0\n0.6 0 0\n";
+    for (int i = 0; i < 23; ++i)
+    {
+        cloud += "0 0.6 0\n";
+    }
+    folder.Write("data/bunny.txta", cloud);
+}
+
+float ReadFloat32(const std::string& bytes, int i, int j, int k)
+{
+    return std::bit_cast<float>(ReadInt32(bytes, static_cast<std::size_t>((i * 61 + j) * 201 + k)));
+}
+}
+
+TEST(ReconstructionOperations, GiveAClosedHull)
+{
+    const TemporaryFolder folder;
+    WriteBall(folder);
+    const ProcessResult result = RunBatch(
+        folder, {"-q", "build-initial-mesh", "generate-mesh", "0", "export", "hull.obj", "report", "-"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    const nlohmann::json node = nlohmann::json::parse(result.output)["nodes"][0];
+    EXPECT_EQ(node["boundaryEdges"], 0);
+    EXPECT_EQ(node["eulerNumber"], 2);
+    EXPECT_NEAR(node["max"][2].get<double>(), 0.6, 0.04); // a cell
+    EXPECT_TRUE(folder.Has("hull.obj"));
+    EXPECT_TRUE(folder.Has("pointDistance.dat"));
+}
+
+TEST(ReconstructionOperations, DumpTheFieldWithDepthFastest)
+{
+    const TemporaryFolder folder;
+    WriteBall(folder);
+    EXPECT_EQ(RunBatch(folder, {"-q", "menu", "32794", "dump-field", "field.bin"}).status, 0);
+    const std::string bytes = folder.Read("field.bin");
+    ASSERT_EQ(bytes.size(), 4U * 61 * 61 * 201);
+    EXPECT_EQ(ReadFloat32(bytes, 0, 0, 0), 1000.0F);
+    EXPECT_LT(ReadFloat32(bytes, 30, 30, 100), 0.0F);       // the middle
+    EXPECT_EQ(ReadFloat32(bytes, 30, 30, 150), 1000.0F);    // z is 2
+    EXPECT_GT(ReadFloat32(bytes, 30, 30 + 18, 100), 0.05F); // y is 0.72
+}
+
+TEST(ReconstructionOperations, ShowTheFieldAndTheOctree)
+{
+    const TemporaryFolder folder;
+    WriteBall(folder);
+    const ProcessResult result =
+        RunBatch(folder, {"-q", "build-initial-mesh", "show-field", "menu", "32797", "dump", "-"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    const nlohmann::json dump = nlohmann::json::parse(result.output);
+    const nlohmann::json& octree = dump["view"]["octree"];
+    EXPECT_EQ(octree["points"], 25);
+    EXPECT_EQ(octree["depth"], 1);
+    EXPECT_EQ(octree["leaf"], false);
+    EXPECT_EQ(octree["max"], nlohmann::json({1.2, 1.2, 1.0}));
+    ASSERT_EQ(octree["children"].size(), 8U);
+    EXPECT_EQ(octree["children"][0]["depth"], 2);
+    EXPECT_EQ(octree["children"][0]["children"], nlohmann::json::array());
+    EXPECT_GT(dump["vertices"].size(), 1000U);
+    EXPECT_TRUE(dump["faces"].empty());
+}
+
+TEST(ReconstructionOperations, FailWithoutAField)
+{
+    const TemporaryFolder folder;
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"generate-mesh", "0"}, {"show-field"}, {"dump-field", "field.bin"}})
+    {
+        const ProcessResult result = RunBatch(folder, words);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors, HasSubstr("there is no distance field: build the initial mesh first"));
+    }
+    EXPECT_FALSE(folder.Has("field.bin"));
+    EXPECT_THAT(RunBatch(folder, {"build-initial-mesh"}).errors,
+                HasSubstr("(working folder: " + folder.GetPath().string() + ")"));
+}
+
+TEST(GenerateSplatsOperation, NamesWhatIsMissing)
+{
+    const TemporaryFolder folder;
+    const ProcessResult result = RunBatch(folder, {"generate-splats"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr("tessarine-batch: generate-splats: cannot open data/man/param.dat"));
 }
 
 TEST(ProjectSamplesOperation, NamesTheFolderThatIsMissing)

@@ -524,11 +524,11 @@ TEST_F(BatchProcess, FailsOnNumbersOutsideTheModel)
 
 TEST_F(BatchProcess, FailsOnAnOperationOfALaterVersion)
 {
-    const ProcessResult result = Run({"generate-splats", "dump", "out.json"});
+    const ProcessResult result = Run({"refine-energy", "dump", "out.json"});
 
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors,
-              "tessarine-batch: generate-splats: this operation comes with a later version of Tessarine\n");
+              "tessarine-batch: refine-energy: this operation comes with a later version of Tessarine\n");
     EXPECT_FALSE(m_Folder.Has("out.json"));
 }
 
@@ -622,7 +622,7 @@ TEST_F(BatchProcess, FailsOnMenuNumbersThatDoNothing)
     EXPECT_THAT(complaintOn("57643"),
                 AllOf(StartsWith("tessarine-batch: menu: "), HasSubstr("is disabled"))); // undo
     EXPECT_THAT(complaintOn("32830"), HasSubstr("is disabled"));
-    EXPECT_THAT(complaintOn("32839"), HasSubstr("comes with a later version of Tessarine")); // splats
+    EXPECT_THAT(complaintOn("32834"), HasSubstr("comes with a later version of Tessarine")); // energy
 }
 
 TEST_F(BatchProcess, LeavesAnOldResultWhenTheNewOneCannotBeWritten)

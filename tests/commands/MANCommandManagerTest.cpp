@@ -6,9 +6,12 @@
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
 #include "IADrawSplatCommand.h"
+#include "IAGenerateSplatCommand.h"
 #include "IAMoveFaceCommand.h"
 #include "IAMoveSolidCommand.h"
 #include "IAMoveVertexCommand.h"
+#include "IAProjectionCommand.h"
+#include "IAReconstructionCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
@@ -122,10 +125,15 @@ TEST(CommandManager, MakesASimplificationAndAnOptimisation)
     EXPECT_EQ(RefusalOf(0x6000009), "");
 }
 
+TEST(CommandManager, MakesTheCommandsOfTheSilhouettes)
+{
+    EXPECT_TRUE(Makes<IAGenerateSplatCommand>(0x5000003));
+    EXPECT_TRUE(Makes<IAProjectionCommand>(0x6000001));
+    EXPECT_TRUE(Makes<IAReconstructionCommand>(0x6000002));
+}
+
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
-    EXPECT_EQ(RefusalOf(0x5000003), "generating splats comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000002), "building the initial mesh comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");

@@ -1,4 +1,6 @@
 #include "Failure.h"
+#include "IAReconstructionCommand.h"
+#include "Image.h"
 #include "Vectors.h"
 #include "WorkbenchTest.h"
 
@@ -259,15 +261,99 @@ TEST_F(ControllerTest, SetsTheMaterialOfASelectedSolid)
     EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
 }
 
+/// One view of a disc, with a marker line, as both datasets of silhouettes have it.
+void WriteMarkedDataset(const TemporaryFolder& folder)
+{
+    constexpr int kSide = 40;
+    Image image{kSide, kSide, 3, {}};
+    for (int i = 0; i < kSide * kSide; ++i)
+    {
+        const int x = i % kSide - kSide / 2;
+        const int y = i / kSide - kSide / 2;
+        const std::uint8_t byte = x * x + y * y < 100 ? 255 : 0;
+        const bool isMarker = y == 0 || y == 1;
+        image.pixels.insert(image.pixels.end(), {isMarker ? std::uint8_t{0} : byte, byte, byte});
+    }
+    for (const char* name : {"bunny", "man"})
+    {
+        folder.Write(std::filesystem::path("data") / name / "param.dat",
+                     "1\n40 40\n1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n");
+        WriteImage(image, folder / "data" / name / "1.bmp");
+    }
+    folder.Write("data/man/unitize.dat", "0 0 0 1\n2 2\n");
+    folder.Write("data/bunny.txta", "2\n-1 0 0\n1 0 0\n");
+}
+
+TEST_F(ControllerTest, KeepsTheLastReconstructionForItsSurface)
+{
+    WriteMarkedDataset(m_Folder);
+    GetController().BuildInitialMesh();
+    const IAReconstructionCommand* first = &GetController().GetReconstructionCommand();
+    EXPECT_EQ(GetScene().GetCutFaceList().size(), 1U);
+    EXPECT_TRUE(GetController().GetRootGroup()->GetChildren().empty());
+    GetController().BuildInitialMesh();
+    EXPECT_NE(&GetController().GetReconstructionCommand(), first);
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 2U);
+    GetController().GenerateMesh(0.0F);
+    GetController().ShowField();
+    EXPECT_EQ(GetController().GetRootGroup()->GetChildren().size(), 2U);
+    EXPECT_GT(CountVertices(), 0U);
+}
+
+TEST_F(ControllerTest, RefusesASurfaceBeforeAReconstruction)
+{
+    const std::string refusal = "there is no distance field: build the initial mesh first (\"构造初始网格\")";
+    EXPECT_EQ(GetRefusal([](IAController& c) { c.GenerateMesh(0.0F); }), refusal);
+    EXPECT_EQ(GetRefusal([](IAController& c) { c.ShowField(); }), refusal);
+}
+
+TEST_F(ControllerTest, TurnsTheCutFacesOnWithTheSplats)
+{
+    WriteMarkedDataset(m_Folder);
+    GetController().GenerateSplats();
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU | 0x20000U);
+    GetController().GenerateSplats();
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU | 0x20000U); // no switch
+    EXPECT_EQ(GetScene().GetCutFaceList().size(), 2U);
+}
+
+TEST_F(ControllerTest, GoesBackToWhatWasWhereAReconstructionFails)
+{
+    WriteMarkedDataset(m_Folder);
+    EXPECT_TRUE(
+        m_Bench.Perform("build", Effect::ChangesModel, [this] { GetController().BuildInitialMesh(); }));
+    const OCTNODE* octree = m_Bench.GetView().GetOctree();
+    const IAReconstructionCommand* kept = &GetController().GetReconstructionCommand();
+    m_Folder.Write("data/bunny.txta", "2\n1 0 0\n1 0 0\n");
+    EXPECT_FALSE(
+        m_Bench.Perform("build", Effect::ChangesModel, [this] { GetController().BuildInitialMesh(); }));
+    EXPECT_EQ(m_Bench.GetView().GetOctree(), octree);
+    EXPECT_EQ(octree->GetPoints().size(), 2U);
+    EXPECT_EQ(&GetController().GetReconstructionCommand(), kept);
+    EXPECT_EQ(GetScene().GetCutFaceList().size(), 1U); // that of the failed run is gone
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+    std::filesystem::remove(m_Folder / "data/man/unitize.dat");
+    EXPECT_FALSE(
+        m_Bench.Perform("splats", Effect::ChangesModel, [this] { GetController().GenerateSplats(); }));
+    EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
+}
+
+TEST_F(ControllerTest, KeepsTheOctreeOfTheDocumentBefore)
+{
+    WriteMarkedDataset(m_Folder);
+    GetController().BuildInitialMesh();
+    m_Bench.NewDocument();
+    EXPECT_THAT(GetRefusal([](IAController& c) { c.GenerateMesh(0.0F); }), HasSubstr("no distance field"));
+    EXPECT_EQ(m_Bench.GetView().GetOctree()->GetPoints().size(), 2U); // the history has its nodes
+}
+
 TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
 {
     const auto comesLater = EndsWith(" comes with a later version of Tessarine");
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.BuildInitialMesh(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineHierarchical(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineIncremental(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineTwoStep(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineEnergy(); }), comesLater);
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.GenerateSplats(); }), comesLater);
     EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 0U);
     EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);
 }

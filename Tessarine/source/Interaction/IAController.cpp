@@ -2,7 +2,9 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "IACommand.h"
+#include "IAGenerateSplatCommand.h"
 #include "IAProjectionCommand.h"
+#include "IAReconstructionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
@@ -164,7 +166,36 @@ void IAController::ProjectSamples()
 
 void IAController::BuildInitialMesh()
 {
-    RunLater(CommandID::Reconstruction);
+    m_pReconstructionCommand = Run<IAReconstructionCommand>(CommandID::Reconstruction,
+                                                            [this](IAReconstructionCommand& command)
+                                                            {
+                                                                command.SetElementManager(&m_ElementManager);
+                                                                command.SetSceneManager(&m_SceneManager);
+                                                                command.SetView(m_pView);
+                                                            });
+}
+
+void IAController::GenerateMesh(float level)
+{
+    IAReconstructionCommand& command = GetReconstructionCommand();
+    command.GenerateMesh(level);
+    command.BuildSolid();
+    Redraw();
+}
+
+void IAController::ShowField()
+{
+    GetReconstructionCommand().ShowField();
+    Redraw();
+}
+
+IAReconstructionCommand& IAController::GetReconstructionCommand() const
+{
+    if (m_pReconstructionCommand == nullptr)
+    {
+        throw Failure("there is no distance field: build the initial mesh first (\"构造初始网格\")");
+    }
+    return *m_pReconstructionCommand;
 }
 
 void IAController::RefineHierarchical()
@@ -221,7 +252,14 @@ void IAController::SetMaterialOfSelection()
 
 void IAController::GenerateSplats()
 {
-    RunLater(CommandID::GenerateSplat);
+    Run<IAGenerateSplatCommand>(CommandID::GenerateSplat,
+                                [this](IAGenerateSplatCommand& command)
+                                {
+                                    ASSERT(m_pView != nullptr);
+                                    command.SetSceneManager(&m_SceneManager);
+                                    m_pView->SetDisplayFlags(m_pView->GetDisplayFlags() |
+                                                             DisplayFlag::CutFaces);
+                                });
 }
 
 void IAController::TwoStepFirst()
@@ -254,5 +292,6 @@ void IAController::Restore(const Checkpoint& checkpoint) noexcept
 {
     m_pIncrementalCommand = checkpoint.incrementalCommand;
     m_pTwoStepCommand = checkpoint.twoStepCommand;
+    m_pReconstructionCommand = checkpoint.reconstructionCommand;
 }
 }

@@ -6,6 +6,7 @@
 namespace tessarine
 {
 class IACommand;
+class IAReconstructionCommand;
 class MANCommandManager;
 class Open3DView;
 
@@ -55,6 +56,10 @@ public:
     void SubdivideAdaptive();
     void ProjectSamples();
     void BuildInitialMesh();
+    /// On the command that the last BuildInitialMesh kept: its surface at a level as a new solid, and its field as
+    /// coloured points. Failure where there is none.
+    void GenerateMesh(float level);
+    void ShowField();
     void RefineHierarchical();
     void RefineIncremental();
     void RefineTwoStep();
@@ -74,6 +79,8 @@ public:
     /// The last command of its kind, which the history owns; null before the first.
     IACommand* GetIncrementalCommand() const { return m_pIncrementalCommand; }
     IACommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
+    /// Failure, saying what to do, before the first.
+    IAReconstructionCommand& GetReconstructionCommand() const;
 
     using ElementCheckpoint = std::optional<MANBrepElementManager::Checkpoint>;
 
@@ -86,8 +93,9 @@ public:
     {
         IACommand* incrementalCommand = nullptr;
         IACommand* twoStepCommand = nullptr;
+        IAReconstructionCommand* reconstructionCommand = nullptr;
     };
-    Checkpoint Save() const { return {m_pIncrementalCommand, m_pTwoStepCommand}; }
+    Checkpoint Save() const { return {m_pIncrementalCommand, m_pTwoStepCommand, m_pReconstructionCommand}; }
     void Restore(const Checkpoint& checkpoint) noexcept;
 
 private:
@@ -103,6 +111,7 @@ private:
     MANBrepElementManager m_ElementManager;
     IACommand* m_pIncrementalCommand = nullptr;
     IACommand* m_pTwoStepCommand = nullptr;
+    IAReconstructionCommand* m_pReconstructionCommand = nullptr;
     ElementCheckpoint* m_pElementsAside = nullptr;
     unsigned m_nModelNumber = 0;
 };

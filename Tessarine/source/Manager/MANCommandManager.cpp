@@ -6,10 +6,12 @@
 #include "IACameraOrbitCommand.h"
 #include "IACameraZoomCommand.h"
 #include "IADrawSplatCommand.h"
+#include "IAGenerateSplatCommand.h"
 #include "IAMoveFaceCommand.h"
 #include "IAMoveSolidCommand.h"
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
+#include "IAReconstructionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
@@ -50,9 +52,9 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::SubAdaptive, "adaptive subdivision", Make<IASubAdaptiveCommand>},
     {CommandID::Select, "selecting elements", Make<IASelectCommand>},
     {CommandID::DrawSplat, "drawing a splat", Make<IADrawSplatCommand>},
-    {CommandID::GenerateSplat, "generating splats", nullptr},
+    {CommandID::GenerateSplat, "generating splats", Make<IAGenerateSplatCommand>},
     {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
-    {CommandID::Reconstruction, "building the initial mesh", nullptr},
+    {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
     {CommandID::Smooth, "hierarchical refinement", nullptr},
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
