@@ -115,3 +115,39 @@ TEST(ProjectSamplesOperation, WritesItsImagesInAViewOfAnySize)
     EXPECT_EQ(ReadImage(folder / "data1/90.bmp").width, 800);
     EXPECT_EQ(folder.Read("data1/param.data").substr(0, 10), "90800 600\n");
 }
+
+TEST(SolveOperation, WritesTheSolutionOfASystem)
+{
+    const TemporaryFolder folder;
+    folder.Write("a.mtx", "2\t2\n2\n0\t2\n1\t1\n1\n1\t4\n");
+    folder.Write("b.vec", "2\n5\n8\n");
+    const ProcessResult result = RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(folder.Read("x.vec"), "2\n1.5\n2\n"); // 2 x + y = 5 and 4 y = 8
+    EXPECT_THAT(result.output, HasSubstr("Iteration Step = 2, Estimated Error = 0.00000000"));
+}
+
+TEST(SolveOperation, TakesARuleAToleranceAndAMost)
+{
+    const TemporaryFolder folder;
+    folder.Write("a.mtx", "2\t2\n2\n0\t2\n1\t1\n1\n1\t4\n");
+    folder.Write("b.vec", "2\n5\n8\n");
+    const ProcessResult result = RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec", "1", "1e-7", "1"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("Iteration Step = 2,"));
+    EXPECT_EQ(RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec", "1"}).status, 2);
+}
+
+TEST(SolveOperation, FailsOnSizesThatDoNotFitAndOnMissingFiles)
+{
+    const TemporaryFolder folder;
+    folder.Write("a.mtx", "2\t3\n0\n0\n");
+    folder.Write("b.vec", "2\n5\n8\n");
+    const ProcessResult result = RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors,
+                HasSubstr("tessarine-batch: solve: a.mtx has to have as many rows and columns as "
+                          "b.vec has values: they are 2, 3 and 2"));
+    EXPECT_FALSE(folder.Has("x.vec"));
+    EXPECT_EQ(RunBatch(folder, {"solve", "none.mtx", "b.vec", "x.vec"}).status, 1);
+}
