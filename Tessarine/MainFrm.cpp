@@ -22,6 +22,7 @@ namespace tessarine
 namespace
 {
 constexpr int kButtonSize = 24;
+constexpr QSize kUsualSize(960, 720);
 constexpr int kRecentNameLength = 60;
 
 /// How wide a placeholder's text is in a font with Chinese characters of one width and all others of half of it.
@@ -81,6 +82,7 @@ CMainFrame::CMainFrame(CTessarineApp& app) : m_App(app), m_Actions(*this, [this]
     setWindowTitle(QString::fromStdString(GetWindowTitle({})));
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
     setIconSize({kButtonSize, kButtonSize});
+    resize(kUsualSize); // when it is not maximised
     setContextMenuPolicy(Qt::NoContextMenu);
     m_App.GetPlatform().SetMainWindow(this);
 }

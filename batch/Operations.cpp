@@ -9,6 +9,7 @@
 #include "IODatasetImages.h"
 #include "ImageFilter.h"
 #include "PngCodec.h"
+#include "QualityText.h"
 #include "Report.h"
 #include "SparseMatrix.h"
 #include "linbcg.h"
@@ -30,6 +31,21 @@ bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::None,
                        [] { throw Failure("this operation comes with a later version of Tessarine"); });
+}
+
+/// The numbers of an operation, whose form was checked before it ran.
+double NumberAt(const Arguments& arguments, std::size_t index)
+{
+    double value = 0.0;
+    ReadNumber(arguments[index], value);
+    return value;
+}
+
+int IntegerAt(const Arguments& arguments, std::size_t index)
+{
+    long long value = 0;
+    ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
+    return static_cast<int>(value);
 }
 
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
@@ -54,17 +70,38 @@ bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().SubdivideLoop(); });
 }
 
+bool RunSimplify(BatchRun& run, const Arguments& arguments)
+{
+    const double ratio = NumberAt(arguments, 0);
+    return run.Perform(Effect::ChangesModel, [&run, ratio]
+                       { run.GetWorkbench().GetController().Simplify(static_cast<float>(ratio)); });
+}
+
+bool RunOptimize(BatchRun& run, const Arguments& arguments)
+{
+    const int mode = IntegerAt(arguments, 0);
+    return run.Perform(Effect::ChangesModel,
+                       [&run, mode] { run.GetWorkbench().GetController().OptimizeMesh(mode); });
+}
+
+bool RunTriangleQuality(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None,
+                       [&run]
+                       {
+                           const auto& scene = run.GetWorkbench().GetController().GetSceneManager();
+                           const DSSolid* solid = scene.GetCurrentSolid();
+                           if (solid == nullptr)
+                           {
+                               throw Failure("there is no model to measure: import one first");
+                           }
+                           run.WriteOutput(MakeQualityText(*solid));
+                       });
+}
+
 bool RunProjectSamples(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::None, [&run] { run.GetWorkbench().GetController().ProjectSamples(); });
-}
-
-/// The numbers of an operation, whose form was checked before it ran.
-double NumberAt(const Arguments& arguments, std::size_t index)
-{
-    double value = 0.0;
-    ReadNumber(arguments[index], value);
-    return value;
 }
 
 /// Beyond all floats stands infinity.
@@ -96,13 +133,6 @@ bool RunMenu(BatchRun& run, const Arguments& arguments)
     long long id = 0;
     ReadInteger(arguments[0], 0, std::numeric_limits<int>::max(), id);
     return IACommandRouter(run.GetWorkbench()).Run(run.GetOperationName(), static_cast<int>(id));
-}
-
-int IntegerAt(const Arguments& arguments, std::size_t index)
-{
-    long long value = 0;
-    ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
-    return static_cast<int>(value);
 }
 
 smVec3d VectorAt(const Arguments& arguments, std::size_t index)
@@ -327,9 +357,9 @@ constexpr Operation kOperations[] = {
     {"subdivide-loop", "", Group::MenuCommand, "one Loop subdivision of the current model", RunSubdivideLoop},
     {"subdivide-adaptive", "AREA", Group::MenuCommand, "splits the faces with an area measure above AREA",
      RunSubdivideAdaptive},
-    {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunLater},
+    {"simplify", "RATIO", Group::MenuCommand, "takes away the share RATIO of the faces", RunSimplify},
     {"optimize", "MODE", Group::MenuCommand, "1 and 3: swaps diagonals; 2: removes edges without length",
-     RunLater},
+     RunOptimize},
     {"project-samples", "", Group::MenuCommand, "renders labelled points from 90 directions into images",
      RunProjectSamples},
     {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
@@ -359,7 +389,7 @@ constexpr Operation kOperations[] = {
     {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
     {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
     {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
-     RunLater},
+     RunTriangleQuality},
     {"make-eigen-table", "FILE [NMAX]", Group::KeptCommand,
      "writes the loop evaluation data up to valence NMAX (50)", RunLater},
     {"limit-point", "FACE V W", Group::KeptCommand,

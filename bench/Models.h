@@ -22,4 +22,8 @@ private:
 /// cache.
 /// @return its path
 std::filesystem::path WriteClosedModel(const std::filesystem::path& folder, int faces);
+
+/// The same torus with the noise that a scan has: each vertex moves along the tube's radius, by a tenth of an edge's
+/// length on the average.
+std::filesystem::path WriteScannedModel(const std::filesystem::path& folder, int faces);
 }

@@ -66,7 +66,7 @@ TEST_F(BatchRuns, LeaveTheModelAsItWasWhenAnOperationCannotRun)
     const std::string before = Dump();
 
     for (const std::vector<std::string>& words :
-         std::vector<std::vector<std::string>>{{"simplify", "0.5"},
+         std::vector<std::vector<std::string>>{{"generate-splats"},
                                                {"menu", "57643"},
                                                {"menu", "1"},
                                                {"export", "a.stl"},

@@ -531,12 +531,71 @@ TEST_F(BatchProcess, FailsOnNumbersOutsideTheModel)
 
 TEST_F(BatchProcess, FailsOnAnOperationOfALaterVersion)
 {
-    const ProcessResult result = Run({"simplify", "0.8", "dump", "out.json"});
+    const ProcessResult result = Run({"generate-splats", "dump", "out.json"});
 
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors,
-              "tessarine-batch: simplify: this operation comes with a later version of Tessarine\n");
+              "tessarine-batch: generate-splats: this operation comes with a later version of Tessarine\n");
     EXPECT_FALSE(m_Folder.Has("out.json"));
+}
+
+TEST_F(BatchProcess, SimplifiesAndSaysWhatIsLeft)
+{
+    const ProcessResult run =
+        Run({"import", "tetra.obj", "subdivide-loop", "simplify", "0.5", "export", "out.obj"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    // Of 16 faces 8 go; tetrahedron, snapshot, subdivision and result have 12, 12, 36 more and 24 half-edges.
+    EXPECT_THAT(run.output, HasSubstr("sTriangles: 8\nsVertexes: 6\nfn.Size(): 8\nNumber of halfedge: 84\n"));
+    EXPECT_THAT(m_Folder.Read("out.obj"), HasSubstr("# 8 faces in this object "));
+}
+
+TEST_F(BatchProcess, FailsToSimplifyWithoutAModel)
+{
+    const ProcessResult result = Run({"simplify", "0.5"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "tessarine-batch: simplify: simplification needs a model: import one first\n");
+}
+
+TEST_F(BatchProcess, OptimizesInEveryMode)
+{
+    const ProcessResult run = Run({"-q", "import", "tetra.obj", "subdivide-loop", "optimize", "1", "optimize",
+                                   "2", "optimize", "3", "export", "out.obj"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    EXPECT_THAT(m_Folder.Read("out.obj"), HasSubstr("# 16 faces in this object "));
+}
+
+TEST_F(BatchProcess, FailsToOptimizeAModelWithARim)
+{
+    m_Folder.Write("open.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    const ProcessResult run = Run({"-q", "import", "open.obj", "optimize", "1"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.errors, AllOf(StartsWith("tessarine-batch: optimize: "), HasSubstr("3 sides of faces")));
+    EXPECT_EQ(Run({"-q", "import", "open.obj", "optimize", "2"}).status, 0);
+}
+
+TEST_F(BatchProcess, PrintsTheQualityOfTheTriangles)
+{
+    // Edges of 2 root 2 everywhere: 8 over twice the area of 2 root 3, which is 2 / root 3.
+    const ProcessResult result = Run({"-q", "import", "tetra.obj", "triangle-quality"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.output,
+              "1.1547005383792517\n1.1547005383792517\n1.1547005383792517\n1.1547005383792517\n");
+
+    const ProcessResult empty = Run({"triangle-quality"});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_EQ(empty.errors,
+              "tessarine-batch: triangle-quality: there is no model to measure: import one first\n");
+}
+
+TEST_F(BatchProcess, LeavesTheModelAsItIsWhenItsQualityIsMeasured)
+{
+    m_Folder.Write("far.obj", "v 5 5 5\nv 9 5 5\nv 5 9 5\nf 1 2 3\n");
+    EXPECT_EQ(
+        Run({"import", "far.obj", "dump", "before.json", "triangle-quality", "dump", "after.json"}).status,
+        0);
+    EXPECT_EQ(m_Folder.Read("after.json"), m_Folder.Read("before.json"));
 }
 
 TEST_F(BatchProcess, RunsMenuCommandsByTheirNumber)
@@ -570,7 +629,7 @@ TEST_F(BatchProcess, FailsOnMenuNumbersThatDoNothing)
     EXPECT_THAT(complaintOn("57643"),
                 AllOf(StartsWith("tessarine-batch: menu: "), HasSubstr("is disabled"))); // undo
     EXPECT_THAT(complaintOn("32830"), HasSubstr("is disabled"));
-    EXPECT_THAT(complaintOn("32802"), HasSubstr("comes with a later version of Tessarine")); // simplify
+    EXPECT_THAT(complaintOn("32839"), HasSubstr("comes with a later version of Tessarine")); // splats
 }
 
 TEST_F(BatchProcess, LeavesAnOldResultWhenTheNewOneCannotBeWritten)

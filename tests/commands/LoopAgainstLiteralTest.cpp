@@ -4,11 +4,11 @@
 #include "LiteralLoop.h"
 #include "MANSceneManager.h"
 #include "Meshes.h"
+#include "RandomMeshes.h"
 #include "RecordDump.h"
 #include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
-#include <random>
 
 namespace tessarine
 {
@@ -69,93 +69,6 @@ bool ExpectSame(const IndexedMesh& mesh, const std::string& name)
     EXPECT_EQ(command.console, literal.console) << name;
     EXPECT_TRUE(command.records == literal.records) << name << ": the records differ";
     return literal.failure.empty();
-}
-
-/// Two poles above and below a ring of n, with valence n each.
-IndexedMesh Bipyramid(int n)
-{
-    IndexedMesh mesh = ClosedFan(n);
-    mesh.positions[0] = smVec3d(0, 0, 1);
-    mesh.positions.emplace_back(0, 0, -1);
-    for (int i = 0; i < n; ++i)
-    {
-        mesh.AddFace({n + 2, (i + 1) % n + 2, i + 2});
-    }
-    return mesh;
-}
-
-/// Puts a second mesh beside another, with its first corner in common.
-IndexedMesh JoinInFirstCorner(IndexedMesh mesh, const IndexedMesh& other)
-{
-    const auto offset = static_cast<std::int32_t>(mesh.positions.size()) - 1;
-    mesh.positions.insert(mesh.positions.end(), other.positions.begin() + 1, other.positions.end());
-    for (const std::int32_t index : other.indices)
-    {
-        mesh.indices.push_back(index == 1 ? 1 : index + offset);
-    }
-    mesh.faceSizes.insert(mesh.faceSizes.end(), other.faceSizes.begin(), other.faceSizes.end());
-    return mesh;
-}
-
-IndexedMesh Shaken(IndexedMesh mesh, unsigned seed)
-{
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<double> shake(-0.1, 0.1);
-    for (smVec3d& position : mesh.positions)
-    {
-        position += smVec3d(shake(random), shake(random), shake(random));
-    }
-    return mesh;
-}
-
-std::vector<std::int32_t> FaceOf(const IndexedMesh& mesh, std::size_t face, std::size_t offset)
-{
-    const auto begin = mesh.indices.begin() + static_cast<std::ptrdiff_t>(offset);
-    return {begin, begin + mesh.faceSizes[face]};
-}
-
-/// Turns some faces over, doubles some and leaves some out.
-IndexedMesh Spoilt(const IndexedMesh& mesh, unsigned seed)
-{
-    std::mt19937 random(seed);
-    IndexedMesh spoilt;
-    spoilt.positions = mesh.positions;
-    std::size_t offset = 0;
-    for (std::size_t i = 0; i < mesh.faceSizes.size(); ++i)
-    {
-        std::vector<std::int32_t> corners = FaceOf(mesh, i, offset);
-        offset += corners.size();
-        const unsigned fate = random() % 24;
-        if (fate == 0)
-        {
-            std::reverse(corners.begin(), corners.end());
-        }
-        const int copies = fate == 1 ? 0 : (fate == 2 ? 2 : 1);
-        for (int copy = 0; copy < copies; ++copy)
-        {
-            spoilt.indices.insert(spoilt.indices.end(), corners.begin(), corners.end());
-            spoilt.faceSizes.push_back(static_cast<std::int32_t>(corners.size()));
-        }
-    }
-    return spoilt;
-}
-
-/// Faces of two to five corners, drawn at random from a few vertices.
-IndexedMesh Soup(int vertices, int faces, unsigned seed)
-{
-    std::mt19937 random(seed);
-    IndexedMesh mesh;
-    mesh.positions.resize(static_cast<std::size_t>(vertices));
-    for (int i = 0; i < faces; ++i)
-    {
-        const auto corners = static_cast<std::int32_t>(2 + random() % 4);
-        for (int k = 0; k < corners; ++k)
-        {
-            mesh.indices.push_back(static_cast<std::int32_t>(1 + random() % static_cast<unsigned>(vertices)));
-        }
-        mesh.faceSizes.push_back(corners);
-    }
-    return Shaken(mesh, seed);
 }
 
 TEST(LoopAgainstLiteral, GivesTheSameOnWholeMeshes)

@@ -116,6 +116,12 @@ TEST(CommandManager, MakesTheCommandsOfTheSelection)
     EXPECT_TRUE(Makes<IAMoveSolidCommand>(0x7000004));
 }
 
+TEST(CommandManager, MakesASimplificationAndAnOptimisation)
+{
+    EXPECT_EQ(RefusalOf(0x6000008), "");
+    EXPECT_EQ(RefusalOf(0x6000009), "");
+}
+
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
     EXPECT_EQ(RefusalOf(0x5000003), "generating splats comes with a later version of Tessarine");
@@ -124,8 +130,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000008), "simplification comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000009), "mesh optimisation comes with a later version of Tessarine");
 }
 
 TEST(CommandManager, KeepsEveryCommandThatItStores)

@@ -215,6 +215,19 @@ IndexedMesh Torus(int n, int m)
     return mesh;
 }
 
+IndexedMesh QuadTorus(int n, int m)
+{
+    const IndexedMesh triangles = Torus(n, m);
+    IndexedMesh quads;
+    quads.positions = triangles.positions;
+    for (std::size_t i = 0; i < triangles.indices.size(); i += 6)
+    {
+        const std::int32_t* two = &triangles.indices[i]; // a b c, a c d
+        quads.AddFace({two[0], two[1], two[2], two[5]});
+    }
+    return quads;
+}
+
 IndexedMesh ThreeTrianglesOnOneEdge()
 {
     IndexedMesh mesh;

@@ -33,6 +33,8 @@ IndexedMesh Grid(int n);
 IndexedMesh Sphere(int levels);
 /// n around the axis, m around the tube, 2nm triangles; both are 3 or more.
 IndexedMesh Torus(int n, int m);
+/// The same of nm quadrilaterals.
+IndexedMesh QuadTorus(int n, int m);
 /// Faces 1 and 2 run against each other along the edge 1-2, face 3 runs along with face 1.
 IndexedMesh ThreeTrianglesOnOneEdge();
 /// Two triangles that share vertex 1 and nothing else.

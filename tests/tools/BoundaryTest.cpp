@@ -391,6 +391,21 @@ TEST_P(OutOfMemory, LeavesTheModelOfASubdivision)
     EXPECT_EQ(m_pSolid->GetFaceList().size(), 16U);
 }
 
+TEST_P(OutOfMemory, LeavesTheModelOfASimplification)
+{
+    // The report of a vertex between folded faces would make do without memory.
+    const AssertionHandler handler = SetAssertionHandler([](const AssertionSite&) {});
+    ExpectNothingChangesUntilItSucceeds(Effect::ChangesModel, [this] { GetController().Simplify(0.5F); });
+    SetAssertionHandler(handler);
+    EXPECT_FALSE(m_pSolid->IsVisible());
+}
+
+TEST_P(OutOfMemory, LeavesTheModelOfAnOptimisation)
+{
+    ExpectNothingChangesUntilItSucceeds(Effect::ChangesModel, [this] { GetController().OptimizeMesh(1); });
+    EXPECT_EQ(m_pSolid->GetFaceList().size(), 4U);
+}
+
 TEST_P(OutOfMemory, LeavesTheModelOfAnImport)
 {
     m_Folder.Write("model.obj", "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl red\nf 1 2 3\n");

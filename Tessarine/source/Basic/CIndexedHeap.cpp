@@ -16,12 +16,12 @@ std::size_t CheckedCapacity(std::int32_t nCapacity)
 }
 }
 
-CIndexedHeap::CIndexedHeap(std::int32_t nCapacity) : m_Nodes(CheckedCapacity(nCapacity)) {}
+CIndexedHeap::CIndexedHeap(std::int32_t nCapacity) : m_Nodes(CheckedCapacity(nCapacity) + kFirst) {}
 
 const CHeapNode& CIndexedHeap::GetNode(std::int32_t nPosition) const
 {
     ASSERT(nPosition >= 0 && nPosition < m_nSize);
-    return m_Nodes[static_cast<std::size_t>(nPosition)];
+    return Node(nPosition);
 }
 
 void CIndexedHeap::Insert(CHeapable* pObject, float key)
@@ -42,7 +42,7 @@ void CIndexedHeap::Grow()
     ASSERT(m_nSize <= std::numeric_limits<std::int32_t>::max() / 2);
     const std::int32_t nDoubled = std::max(2 * m_nSize, 1); // a heap of capacity 0 has nothing to double
     DebugConsole() << "NOTE: Growing heap from " << m_nSize << " to " << nDoubled << '\n';
-    m_Nodes.resize(static_cast<std::size_t>(nDoubled));
+    m_Nodes.resize(static_cast<std::size_t>(nDoubled) + kFirst);
 }
 
 void CIndexedHeap::Update(CHeapable* pObject, float key)
@@ -120,33 +120,63 @@ void CIndexedHeap::Swap(std::int32_t nFirst, std::int32_t nSecond)
     Node(nSecond).object->SetHeapPos(nSecond);
 }
 
+/// The nodes on the way move down by one place each, and the node itself is put down at the end.
 void CIndexedHeap::SiftUp(std::int32_t nPosition)
 {
-    while (nPosition > 0 && Key((nPosition - 1) / 2) < Key(nPosition))
+    const CHeapNode moving = Node(nPosition);
+    const std::int32_t nStart = nPosition;
+    while (nPosition > 0 && Key((nPosition - 1) / 2) < moving.key)
     {
         const std::int32_t nParent = (nPosition - 1) / 2;
-        Swap(nPosition, nParent);
+        Put(nPosition, Node(nParent));
         nPosition = nParent;
+    }
+    if (nPosition != nStart)
+    {
+        Put(nPosition, moving);
     }
 }
 
 void CIndexedHeap::SiftDown(std::int32_t nPosition)
 {
-    while (nPosition < m_nSize / 2) // has a left child
+    const CHeapNode moving = Node(nPosition);
+    const std::int32_t nStart = nPosition;
+    for (std::int32_t nChild = FindLargerChild(nPosition, moving.key); nChild != nPosition;
+         nChild = FindLargerChild(nPosition, moving.key))
     {
-        const std::int32_t nLeft = 2 * nPosition + 1;
-        const std::int32_t nRight = nLeft + 1;
-        std::int32_t nLargest = Key(nLeft) > Key(nPosition) ? nLeft : nPosition;
-        if (nRight < m_nSize && Key(nRight) > Key(nLargest))
-        {
-            nLargest = nRight;
-        }
-        if (nLargest == nPosition)
-        {
-            return;
-        }
-        Swap(nPosition, nLargest);
-        nPosition = nLargest;
+        PrefetchBelow(nChild, 2);
+        Put(nPosition, Node(nChild));
+        nPosition = nChild;
     }
+    if (nPosition != nStart)
+    {
+        Put(nPosition, moving);
+    }
+}
+
+/// The child that a node with this key would change places with, or the position itself.
+std::int32_t CIndexedHeap::FindLargerChild(std::int32_t nPosition, float key) const
+{
+    if (nPosition >= m_nSize / 2)
+    {
+        return nPosition; // no left child
+    }
+    const std::int32_t nLeft = 2 * nPosition + 1;
+    const std::int32_t nRight = nLeft + 1;
+    if (nRight < m_nSize)
+    {
+        // Which child is larger cannot be foreseen, so nothing branches on it.
+        const std::int32_t nLarger = nLeft + (Key(nRight) > Key(nLeft) ? 1 : 0);
+        if (Key(nLarger) > key)
+        {
+            return nLarger;
+        }
+        if (Key(nRight) > key && !(Key(nLeft) > key)) // beside a key that is no number
+        {
+            return nRight;
+        }
+        return nPosition;
+    }
+    return Key(nLeft) > key ? nLeft : nPosition;
 }
 }

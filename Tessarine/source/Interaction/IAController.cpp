@@ -3,7 +3,9 @@
 #include "Failure.h"
 #include "IACommand.h"
 #include "IAProjectionCommand.h"
+#include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
+#include "IASimplifyCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
@@ -185,14 +187,26 @@ void IAController::RefineEnergy()
     RunLater(CommandID::ReconstructionSmoothEnergyFunction);
 }
 
-void IAController::OptimizeMesh(int /*mode*/)
+void IAController::OptimizeMesh(int mode)
 {
-    RunLater(CommandID::RefineMesh);
+    Run<IARefineMeshCommand>(CommandID::RefineMesh,
+                             [this, mode](IARefineMeshCommand& command)
+                             {
+                                 command.SetElementManager(&m_ElementManager);
+                                 command.SetSceneManager(&m_SceneManager);
+                                 command.SetMode(mode);
+                             });
 }
 
-void IAController::Simplify(float /*ratio*/)
+void IAController::Simplify(float ratio)
 {
-    RunLater(CommandID::Simplify);
+    Run<IASimplifyCommand>(CommandID::Simplify,
+                           [this, ratio](IASimplifyCommand& command)
+                           {
+                               command.SetElementManager(&m_ElementManager);
+                               command.SetSceneManager(&m_SceneManager);
+                               command.SetRatio(ratio);
+                           });
 }
 
 void IAController::SetMaterialOfSelection()

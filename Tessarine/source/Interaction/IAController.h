@@ -58,7 +58,7 @@ public:
     void RefineIncremental();
     void RefineTwoStep();
     void RefineEnergy();
-    /// @param mode 1 to 3
+    /// @param mode 1 and 3 swap edges, 2 removes those without length
     void OptimizeMesh(int mode);
     /// @param ratio the share of the faces that goes, 0 to 1: the menu's "20%" is 0.8
     void Simplify(float ratio);

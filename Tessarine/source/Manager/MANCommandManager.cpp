@@ -10,8 +10,10 @@
 #include "IAMoveSolidCommand.h"
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
+#include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
+#include "IASimplifyCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
@@ -55,8 +57,8 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
-    {CommandID::Simplify, "simplification", nullptr},
-    {CommandID::RefineMesh, "mesh optimisation", nullptr},
+    {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},
+    {CommandID::RefineMesh, "mesh optimisation", Make<IARefineMeshCommand>},
     {CommandID::MoveVertex, "moving vertices", Make<IAMoveVertexCommand>},
     {CommandID::MoveFace, "moving faces", Make<IAMoveFaceCommand>},
     {CommandID::MoveSolid, "moving solids", Make<IAMoveSolidCommand>},

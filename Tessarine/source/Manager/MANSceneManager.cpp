@@ -130,6 +130,18 @@ MANSceneLeaf* MANSceneManager::GetLeaf(std::uint32_t id) const
     return m_LeafList[index].get();
 }
 
+DSSolid* MANSceneManager::GetCurrentSolid() const
+{
+    const MANSceneGroup* pRoot = GetRootGroup();
+    ASSERT(pRoot != nullptr);
+    const auto& children = pRoot->GetChildren();
+    if (children.empty() || GetKind(children.front()->GetID()) != NodeKind::Leaf)
+    {
+        return nullptr;
+    }
+    return static_cast<const MANSceneLeaf*>(children.front())->GetSolid();
+}
+
 MANSceneNode* MANSceneManager::GetNode(std::uint32_t id) const
 {
     switch (GetKind(id))

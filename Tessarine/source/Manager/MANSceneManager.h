@@ -29,6 +29,9 @@ public:
     static std::uint32_t GetKind(std::uint32_t id);
 
     MANSceneGroup* GetRootGroup() const { return GetGroup(m_RootID); }
+    /// The solid of the root's first child; null where there is no child, or its first is no leaf with a solid.
+    /// There must be a root (asserted).
+    DSSolid* GetCurrentSolid() const;
 
     /// A new node, not linked into the tree: the caller does parent->AddChild(node), node->SetParent(parent).
     MANSceneGroup* NewGroup();

@@ -9,14 +9,7 @@ DSSolid* IASubCommand::GetCurrentSolid() const
 {
     ASSERT(m_pElementManager != nullptr);
     ASSERT(m_pSceneManager != nullptr);
-    const MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
-    ASSERT(pRoot != nullptr);
-    const auto& children = pRoot->GetChildren();
-    if (children.empty() || MANSceneManager::GetKind(children.front()->GetID()) != NodeKind::Leaf)
-    {
-        return nullptr;
-    }
-    return static_cast<const MANSceneLeaf*>(children.front())->GetSolid();
+    return m_pSceneManager->GetCurrentSolid();
 }
 
 void IASubCommand::AddLeafOf(DSSolid* pSolid)
