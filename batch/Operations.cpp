@@ -289,6 +289,11 @@ bool RunDistance2D(BatchRun& run, const Arguments& arguments)
                        });
 }
 
+bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
+}
+
 /// A x = b by files: two to read, one to write.
 void Solve(const Arguments& arguments, int itol, double tol, int itmax)
 {
@@ -373,7 +378,7 @@ constexpr Operation kOperations[] = {
      RunLater},
     {"two-step-third", "", Group::MenuCommand, "third step of the command kept from refine-two-step",
      RunLater},
-    {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunLater},
+    {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunRefineEnergy},
     {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats", RunLater},
     {"set-material", "", Group::MenuCommand, "makes a material of its own from the selected solid's",
      RunSetMaterial},

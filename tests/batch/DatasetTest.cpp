@@ -151,3 +151,33 @@ TEST(SolveOperation, FailsOnSizesThatDoNotFitAndOnMissingFiles)
     EXPECT_FALSE(folder.Has("x.vec"));
     EXPECT_EQ(RunBatch(folder, {"solve", "none.mtx", "b.vec", "x.vec"}).status, 1);
 }
+
+TEST(RefineEnergyOperation, MovesTheModelToItsCloud)
+{
+    const TemporaryFolder folder;
+    folder.Write("tetra.obj",
+                 "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nf 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n");
+    folder.Write("data/dragon.txta", "2\n1 1 -1\n-1 -1 1\n");
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"import", "tetra.obj", "refine-energy"}, {"import", "tetra.obj", "menu", "32834"}})
+    {
+        const ProcessResult result = RunBatch(folder, words);
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_THAT(result.output, HasSubstr("点云大小: 2\nAdjacent Face size: 4\nAdjacent Face size: 4\n"));
+        EXPECT_THAT(result.output, HasSubstr("The number of availible vertex: "));
+        EXPECT_THAT(result.output, HasSubstr("Iteration Step = "));
+    }
+}
+
+TEST(RefineEnergyOperation, FailsWithoutItsCloudAndWithoutAModel)
+{
+    const TemporaryFolder folder;
+    const ProcessResult empty = RunBatch(folder, {"refine-energy"});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_THAT(empty.errors, HasSubstr("tessarine-batch: refine-energy: there is no model with faces"));
+    folder.Write("tetra.obj",
+                 "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nf 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n");
+    const ProcessResult missing = RunBatch(folder, {"import", "tetra.obj", "refine-energy"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.errors, HasSubstr("tessarine-batch: refine-energy: cannot open Data/dragon.txta: "));
+}

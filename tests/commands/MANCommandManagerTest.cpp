@@ -9,6 +9,7 @@
 #include "IAMoveFaceCommand.h"
 #include "IAMoveSolidCommand.h"
 #include "IAMoveVertexCommand.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
@@ -98,6 +99,11 @@ TEST(CommandManager, MakesTheAdaptiveSubdivisionAndTheSettingOfAMaterial)
     EXPECT_TRUE(Makes<IASetMaterialCommand>(0x8000001));
 }
 
+TEST(CommandManager, MakesTheFitByEnergy)
+{
+    EXPECT_TRUE(Makes<IAReconstructionSmoothEnergyFunctionCommand>(0x6000007));
+}
+
 TEST(CommandManager, MakesTheCameraCommands)
 {
     EXPECT_TRUE(Makes<IACameraMoveCommand>(0x1000001));
@@ -129,7 +135,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
 }
 
 TEST(CommandManager, KeepsEveryCommandThatItStores)

@@ -3,6 +3,7 @@
 #include "Failure.h"
 #include "IACommand.h"
 #include "IAProjectionCommand.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
@@ -135,6 +136,13 @@ IACommand* IAController::RunLater(unsigned nCommandID)
     return Run<IACommand>(nCommandID, [](IACommand&) {});
 }
 
+void IAController::HandStores(IAFittingCommand& command)
+{
+    command.SetElementManager(&m_ElementManager);
+    command.SetSceneManager(&m_SceneManager);
+    command.SetView(m_pView);
+}
+
 void IAController::SubdivideLoop()
 {
     Run<IASubLOOPCommand>(CommandID::SubLOOP,
@@ -184,7 +192,9 @@ void IAController::RefineTwoStep()
 
 void IAController::RefineEnergy()
 {
-    RunLater(CommandID::ReconstructionSmoothEnergyFunction);
+    Run<IAReconstructionSmoothEnergyFunctionCommand>(
+        CommandID::ReconstructionSmoothEnergyFunction,
+        [this](IAReconstructionSmoothEnergyFunctionCommand& command) { HandStores(command); });
 }
 
 void IAController::OptimizeMesh(int mode)
