@@ -25,6 +25,10 @@ QString TakeOne(const QStringList& words, QString& error)
     {
         error = "one file at a time: " + words.join(' ');
     }
+    else if (words.size() == 1 && words.constFirst().isEmpty())
+    {
+        error = "the name of the file is empty";
+    }
     return words.isEmpty() ? QString() : words.constFirst();
 }
 }

@@ -6,6 +6,13 @@ extern "C" int dlclose(void* /*handle*/)
     return 0;
 }
 
+/// GCC 12's leak sanitizer misreads the thread storage of libraries that are loaded late, and falls over it now and then.
+extern "C" const char*
+__asan_default_options() // NOLINT(readability-identifier-naming,bugprone-reserved-identifier)
+{
+    return "intercept_tls_get_addr=0";
+}
+
 /// Leaks of other people's libraries.
 extern "C" const char*
 __lsan_default_suppressions() // NOLINT(readability-identifier-naming,bugprone-reserved-identifier)

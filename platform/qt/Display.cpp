@@ -45,7 +45,8 @@ void PrepareForDisplay()
 
 DisplayConnection::DisplayConnection(int argc, const char* const* argv)
 {
-    if (FindOption(argc, argv, "-platform") != nullptr)
+    const char* const platform = FindOption(argc, argv, "-platform");
+    if (platform != nullptr && std::string_view(platform) != "xcb")
     {
         m_strProblem = "the window is drawn on an X display alone; leave out -platform";
     }

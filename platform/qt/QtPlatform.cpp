@@ -19,11 +19,12 @@ namespace tessarine
 namespace
 {
 /// A text that fits into a box: its lines break within long names, and of a very long one the middle is left out.
-QString MakeBreakable(const QString& text)
+QString MakeBreakable(QString text)
 {
     constexpr qsizetype kMostLetters = 1000;
     constexpr qsizetype kMostOfAWord = 40;
     constexpr QChar kBreak(0x200B); // has no width
+    text.replace('\n', "\\n");      // those of a name could make the box taller than the screen
     const QString kept = text.size() <= kMostLetters
                              ? text
                              : text.left(kMostLetters / 2) + " ... " + text.right(kMostLetters / 2);

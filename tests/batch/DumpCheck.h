@@ -20,6 +20,8 @@ struct DumpFindings
     std::size_t loneHalfEdges = 0;
     /// Edges whose two half-edges start at the same vertex. No breach.
     std::size_t clashingEdges = 0;
+    /// Half-edges of edges that came from splitting such an edge. A breach where the dump has no edge like that.
+    std::size_t tornHalfEdges = 0;
 };
 
 /// Reads a dump and checks every invariant of the half-edge structure: ids, links in both directions, closed

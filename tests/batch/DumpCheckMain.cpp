@@ -24,6 +24,7 @@ int main(int argc, char** argv)
     std::cout << findings.solids << " solids, " << findings.vertices << " vertices, " << findings.edges
               << " edges, " << findings.faces << " faces, " << findings.halfEdges << " half-edges; "
               << findings.displacedHalfEdges << " displaced and " << findings.loneHalfEdges
-              << " lone half-edges, " << findings.clashingEdges << " edges of clashing orientation\n";
+              << " lone half-edges, " << findings.clashingEdges << " edges of clashing orientation, "
+              << findings.tornHalfEdges << " half-edges torn from their edge\n";
     return 0;
 }

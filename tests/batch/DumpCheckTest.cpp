@@ -1,6 +1,7 @@
 #include "DumpCheck.h"
 #include "BatchDocument.h"
 #include "Dump.h"
+#include "IASubLOOPCommand.h"
 #include "MANSceneManager.h"
 #include "Meshes.h"
 #include "Open3DView.h"
@@ -14,7 +15,13 @@ using testing::IsEmpty;
 
 namespace
 {
-std::string DumpOf(const IndexedMesh& mesh)
+enum class Step
+{
+    None,
+    Loop
+};
+
+std::string DumpOf(const IndexedMesh& mesh, Step step = Step::None)
 {
     MANBrepElementManager elements;
     MANSceneManager scene;
@@ -22,6 +29,13 @@ std::string DumpOf(const IndexedMesh& mesh)
     MANSceneLeaf* pLeaf = scene.NewLeaf();
     pLeaf->SetSolid(LoadQuietly(elements, mesh));
     scene.GetRootGroup()->AddChild(pLeaf);
+    if (step == Step::Loop)
+    {
+        IASubLOOPCommand command;
+        command.SetElementManager(&elements);
+        command.SetSceneManager(&scene);
+        command.Execute();
+    }
 
     std::string text;
     WriteDump({elements, scene, view, 0}, [&text](std::string_view piece) { text += piece; });
@@ -73,6 +87,18 @@ TEST(DumpCheck, TellsOfHalfEdgesThatAThirdFaceDisplaced)
 
     EXPECT_EQ(findings.displacedHalfEdges, 1U); // that of the second face
     EXPECT_EQ(findings.clashingEdges, 1U);      // the first and the third face run the same way
+}
+
+TEST(DumpCheck, TellsOfHalfEdgesThatASplitToreFromTheirEdge)
+{
+    // Two faces that run the same way along an edge; after a Loop step each half of it has a part of both sides.
+    IndexedMesh mesh = SingleTriangle();
+    mesh.positions.emplace_back(1, 1, 1);
+    mesh.AddFace({1, 2, 4});
+    const DumpFindings findings = FindingsIn(DumpOf(mesh, Step::Loop));
+    EXPECT_THAT(findings.breach, IsEmpty());
+    EXPECT_EQ(findings.clashingEdges, 1U); // that of the solid before
+    EXPECT_EQ(findings.tornHalfEdges, 2U);
 }
 
 TEST(DumpCheck, TellsOfFacesWithOneCorner)

@@ -173,8 +173,15 @@ void GuiTest::WhenDialogOpens(const std::function<void(QDialog&)>& action)
                      [timer, action]
                      {
                          auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-                         if (dialog != nullptr && dialog->windowHandle() != nullptr &&
-                             dialog->windowHandle()->isExposed())
+                         if (dialog == nullptr || dialog->windowHandle() == nullptr)
+                         {
+                             return;
+                         }
+                         if (!dialog->isActiveWindow()) // a name typed without the keyboard is half taken
+                         {
+                             dialog->activateWindow();
+                         }
+                         else if (dialog->windowHandle()->isExposed())
                          {
                              timer->deleteLater();
                              timer->stop();

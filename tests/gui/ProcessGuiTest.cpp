@@ -145,6 +145,12 @@ TEST_F(ProcessGuiTest, RefusesPlatformsThatItCannotDrawOn)
     }
 }
 
+TEST_F(ProcessGuiTest, TakesThePlatformThatItUsesAnyway)
+{
+    EXPECT_EQ(RunProgram({"-platform", "xcb", "--nonsense"}, m_Environment).status,
+              2); // it came past the display
+}
+
 TEST_F(ProcessGuiTest, NamesAWordBehindOneDashWhole)
 {
     const Outcome outcome = RunProgram({"-nonsense"}, m_Environment);

@@ -481,7 +481,7 @@ TEST(LoadImage, KnowsEveryEndingInLargeAndInSmallLetters)
     }
 }
 
-TEST(LoadImage, OnlySaysSoOfAnyOtherEnding)
+TEST(LoadImage, DoesNothingForAnyOtherEnding)
 {
     const TemporaryCurrentFolder folder;
     for (const char* name : {"a.Bmp", "a.pPm", "a.Png", "a.jpeg", "a.tif", "a.txt", "a.bmp\r", "mp", ""})
@@ -490,7 +490,7 @@ TEST(LoadImage, OnlySaysSoOfAnyOtherEnding)
         EXPECT_EQ(loading.texture.GetFileName(), "") << name;
         EXPECT_FALSE(loading.texture.HasImage()) << name;
         EXPECT_THAT(loading.lines, IsEmpty()) << name;
-        EXPECT_THAT(loading.said, testing::HasSubstr(": its ending is none of .ppm, ")) << name;
+        EXPECT_EQ(loading.said, "") << name;
     }
 }
 

@@ -47,6 +47,8 @@ TEST(StartOptions, SayWhatIsWrong)
 {
     EXPECT_EQ(Parse({"a.obj", "b.obj"}).error, "one file at a time: a.obj b.obj");
     EXPECT_EQ(Parse({"--import", "a.obj", "--import", "b.obj"}).error, "one file at a time: a.obj b.obj");
+    EXPECT_EQ(Parse({"--import", ""}).error, "the name of the file is empty");
+    EXPECT_EQ(Parse({""}).error, "the name of the file is empty");
     EXPECT_TRUE(Parse({"--nonsense"}).error.contains("nonsense"));
     EXPECT_TRUE(Parse({"-nonsense"}).error.contains("nonsense"));
     EXPECT_TRUE(Parse({"--import"}).error.contains("import"));

@@ -259,11 +259,6 @@ void DSTexture::LoadImage(const std::string& fileName, ImageBudget& budget)
     {
         ReadPicture(fileName, budget);
     }
-    else
-    {
-        PrintErrorLine("cannot open " + fileName +
-                       ": its ending is none of .ppm, .bmp, .png, .jpg, .gif, .tga and .tiff");
-    }
 }
 
 void DSTexture::ReadPicture(const std::string& fileName, ImageBudget& budget)

@@ -28,6 +28,12 @@ public:
         return ahead < static_cast<std::size_t>(m_pEnd - m_pAt) ? m_pAt[ahead] : '\0';
     }
     bool IsAtZero() const { return Peek() == '\0'; }
+    /// Whether a blank or the line's end comes next; a carriage return is part of the end.
+    bool IsAtWordEnd() const
+    {
+        const char next = Peek();
+        return next == '\0' || IsBlank(next) || (next == '\r' && Peek(1) == '\0');
+    }
 
     /// The character at the index, whatever it is, which is consumed.
     char ReadChar() { return m_pAt != m_pEnd ? *m_pAt++ : '\0'; }

@@ -142,10 +142,15 @@ void IOLoadObj::ParseVertexLine(IOLineCursor& line)
 
 void IOLoadObj::AddPosition(IOLineCursor& line)
 {
-    m_Positions.push_back(ReadVector(line));
-    const char next = line.Peek();
-    const bool isOdd = next != '\0' && next != ' ' && next != '\t' && next != '\r';
-    if (isOdd && m_nFirstOddPosition < 0)
+    line.SetIndex(kValueIndex);
+    const float x = line.ReadFloat();
+    bool isPlain = line.IsAtWordEnd();
+    const float y = line.ReadFloat();
+    isPlain = line.IsAtWordEnd() && isPlain;
+    const float z = line.ReadFloat();
+    isPlain = line.IsAtWordEnd() && isPlain;
+    m_Positions.emplace_back(x, y, z);
+    if (!isPlain && m_nFirstOddPosition < 0)
     {
         m_nFirstOddPosition = static_cast<std::ptrdiff_t>(m_Positions.size()) - 1;
     }
