@@ -1,6 +1,7 @@
 #include "FootSearch.h"
 #include "Console.h"
 #include "DSBrep.h"
+#include "LookAhead.h"
 #include "Platform.h"
 #include "VertexWalk.h"
 #include <algorithm>
@@ -81,9 +82,14 @@ void FootSearch::ShapeFaces(DSSolid& solid)
     {
         ASSERT(pFace != nullptr);
         const std::vector<smVec3d> corners = GatherCorners(*pFace);
-        FaceShape shape{
-            pFace, pFace->CalcCentroid(), pFace->ComputeNormal(), {}, static_cast<int>(corners.size())};
+        FaceShape shape;
+        shape.face = pFace;
+        shape.centroid = pFace->CalcCentroid();
+        shape.normal = pFace->ComputeNormal();
+        shape.nCorners = static_cast<int>(corners.size());
         std::copy_n(corners.begin(), std::min<std::size_t>(corners.size(), 3), shape.corners.begin());
+        shape.doubleArea =
+            (shape.corners[1] - shape.corners[0]).Cross(shape.corners[2] - shape.corners[0]).Length();
         m_Shapes.push_back(shape);
     }
 }
@@ -123,6 +129,7 @@ void FootSearch::GatherCandidates(const smVec3d& point)
             {
                 m_LastCandidacy[face] = m_nPoint;
                 m_Candidates.push_back(face);
+                AskForMemory(&m_Shapes[face], sizeof(FaceShape));
             }
         }
     }
@@ -142,25 +149,29 @@ bool FootSearch::ContainsInFan(const FaceShape& shape, const smVec3d& foot, Tria
     return isInside;
 }
 
-bool FootSearch::Contains(const FaceShape& shape, const smVec3d& foot, TriangleTest& test)
+void FootSearch::CheckCorners(const FaceShape& shape)
 {
     ASSERT(shape.nCorners < kTooManyCorners);
-    if (shape.nCorners == 3)
-    {
-        test = PointInTriangle(foot, shape.corners, m_Variant.tolerance);
-        return test.isInside;
-    }
-    ASSERT(m_Variant.polygons != PolygonRule::Assert);
-    if (m_Variant.polygons == PolygonRule::Fan)
-    {
-        return ContainsInFan(shape, foot, test);
-    }
-    if (!m_bComplained)
+    ASSERT(shape.nCorners == 3 || m_Variant.polygons != PolygonRule::Assert);
+    if (shape.nCorners != 3 && m_Variant.polygons == PolygonRule::Message && !m_bComplained)
     {
         m_bComplained = true;
         ShowMessage("There are more than three edges! ");
     }
-    return false;
+}
+
+bool FootSearch::Contains(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const
+{
+    if (shape.nCorners != 3)
+    {
+        return m_Variant.polygons == PolygonRule::Fan && ContainsInFan(shape, foot, test);
+    }
+    if (IsClearlyOutside(foot, shape.corners, shape.doubleArea, m_Variant.tolerance))
+    {
+        return false;
+    }
+    test = PointInTriangle(foot, shape.corners, m_Variant.tolerance);
+    return test.isInside;
 }
 
 std::optional<Foot> FootSearch::Find(const smVec3d& point)
@@ -173,6 +184,12 @@ std::optional<Foot> FootSearch::Find(const smVec3d& point)
     for (const std::uint32_t candidate : m_Candidates)
     {
         const FaceShape& shape = m_Shapes[candidate];
+        CheckCorners(shape);
+        const double depth = (point - shape.centroid).Dot(shape.normal);
+        if (m_Variant.choice == FootChoice::Deepest && !(depth < best))
+        {
+            continue; // whatever the foot
+        }
         const smVec3d foot = ProjectOntoPlane(point, shape.centroid, shape.normal);
         TriangleTest test;
         if (!Contains(shape, foot, test) || (m_Refusal && m_Refusal(*shape.face, point, foot)))
@@ -184,9 +201,7 @@ std::optional<Foot> FootSearch::Find(const smVec3d& point)
         {
             return Foot{shape.face, foot, distance, test.barycentric};
         }
-        const double measure = m_Variant.choice == FootChoice::Deepest
-                                   ? (point - shape.centroid).Dot(shape.normal)
-                                   : test.doubleArea / distance;
+        const double measure = m_Variant.choice == FootChoice::Deepest ? depth : test.doubleArea / distance;
         if (measure < best)
         {
             best = measure;

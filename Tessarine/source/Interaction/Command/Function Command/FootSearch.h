@@ -81,13 +81,15 @@ private:
         smVec3d centroid;
         smVec3d normal;
         TriangleCorners corners;
+        double doubleArea = 0.0;
         int nCorners = 0;
     };
 
     void ShapeFaces(DSSolid& solid);
     void LinkFacesToVertices(const DSSolid& solid);
     void GatherCandidates(const smVec3d& point);
-    bool Contains(const FaceShape& shape, const smVec3d& foot, TriangleTest& test);
+    void CheckCorners(const FaceShape& shape);
+    bool Contains(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const;
     bool ContainsInFan(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const;
 
     FootVariant m_Variant;

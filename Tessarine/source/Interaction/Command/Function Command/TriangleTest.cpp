@@ -18,6 +18,18 @@ TriangleTest PointInTriangle(const smVec3d& p, const TriangleCorners& triangle, 
     return test;
 }
 
+bool IsClearlyOutside(const smVec3d& p, const TriangleCorners& triangle, double doubleArea, double tolerance)
+{
+    const smVec3d toT2 = triangle[2] - p;
+    const double a0 = (triangle[1] - p).Cross(toT2).Length();
+    if (a0 - doubleArea >= tolerance)
+    {
+        return true;
+    }
+    const double a1 = toT2.Cross(triangle[0] - p).Length();
+    return a0 + a1 - doubleArea >= tolerance;
+}
+
 bool SegmentHitsTriangle(const TriangleCorners& triangle, const smVec3d& normal, const smVec3d& a,
                          const smVec3d& b)
 {

@@ -18,6 +18,10 @@ struct TriangleTest
 /// Kept    The tolerance is absolute, so that a very small triangle takes in points well outside of it.
 TriangleTest PointInTriangle(const smVec3d& p, const TriangleCorners& triangle, double tolerance);
 
+/// Whether two of the three areas alone are too large. Where it says so, PointInTriangle is false: rounding keeps the
+/// order of sums.
+bool IsClearlyOutside(const smVec3d& p, const TriangleCorners& triangle, double doubleArea, double tolerance);
+
 /// Whether the way from a to b meets a triangle other than at a itself, within 1e-5 of the area.
 bool SegmentHitsTriangle(const TriangleCorners& triangle, const smVec3d& normal, const smVec3d& a,
                          const smVec3d& b);
