@@ -12,6 +12,8 @@
 #include "PngCodec.h"
 #include "QualityText.h"
 #include "Report.h"
+#include "SparseMatrix.h"
+#include "linbcg.h"
 #include "resource.h"
 #include <algorithm>
 #include <bit>
@@ -331,6 +333,64 @@ bool RunDumpField(BatchRun& run, const Arguments& arguments)
         });
 }
 
+bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
+}
+
+/// A x = b by files: two to read, one to write.
+void Solve(const Arguments& arguments, int itol, double tol, int itmax)
+{
+    CSparseMatrix matrix;
+    CSparseMatrix rightSide;
+    CSparseMatrix transposed;
+    matrix.ReadMatrix(arguments[0]);
+    rightSide.ReadVector(arguments[1]);
+    const int n = matrix.GetRowCount();
+    if (matrix.GetColumnCount() != n || rightSide.GetRowCount() != n)
+    {
+        throw Failure(arguments[0] + " has to have as many rows and columns as " + arguments[1] +
+                      " has values: they are " + std::to_string(n) + ", " +
+                      std::to_string(matrix.GetColumnCount()) + " and " +
+                      std::to_string(rightSide.GetRowCount()));
+    }
+    matrix.Transpose(transposed);
+    std::vector<double> b(1);
+    std::vector<double> x(static_cast<std::size_t>(n) + 1);
+    for (int row = 0; row < n; ++row)
+    {
+        rightSide.GetValue(row, 0, b.emplace_back());
+    }
+    int iter = 0;
+    double err = 0.0;
+    linbcg(matrix, transposed, n, b, x, itol, tol, itmax, iter, err);
+    SayEstimate(iter, err);
+    CSparseMatrix solution(n, 1);
+    for (int row = 0; row < n; ++row)
+    {
+        solution.SetValue(row, 0, x[static_cast<std::size_t>(row) + 1]);
+    }
+    solution.WriteVector(arguments[2]);
+}
+
+bool RunSolve(BatchRun& run, const Arguments& arguments)
+{
+    constexpr int kRule = 3;
+    constexpr double kTolerance = 1e-7;
+    constexpr int kMostSteps = 200;
+    return run.Perform(Effect::None,
+                       [&]
+                       {
+                           if (arguments.size() == 3)
+                           {
+                               Solve(arguments, kRule, kTolerance, kMostSteps);
+                               return;
+                           }
+                           Solve(arguments, IntegerAt(arguments, 3), NumberAt(arguments, 4),
+                                 IntegerAt(arguments, 5));
+                       });
+}
+
 constexpr Operation kOperations[] = {
     {"new", "", Group::Document, "starts an empty document", RunNew},
     {"import", "FILE", Group::Document, "replaces the document's model by the one of an .obj file",
@@ -362,7 +422,7 @@ constexpr Operation kOperations[] = {
      RunLater},
     {"two-step-third", "", Group::MenuCommand, "third step of the command kept from refine-two-step",
      RunLater},
-    {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunLater},
+    {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunRefineEnergy},
     {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats",
      RunGenerateSplats},
     {"set-material", "", Group::MenuCommand, "makes a material of its own from the selected solid's",
@@ -386,7 +446,7 @@ constexpr Operation kOperations[] = {
     {"limit-point", "FACE V W", Group::KeptCommand,
      "prints a point of the limit surface and its control vertices", RunLater},
     {"solve", "A.mtx B.vec X.vec [ITOL TOL ITMAX]", Group::KeptCommand,
-     "solves a sparse system by biconjugate gradients (3 1e-7 200)", RunLater},
+     "solves a sparse system by biconjugate gradients (3 1e-7 200)", RunSolve},
     {"filter-image", "IN OUT", Group::KeptCommand, "filters an image by runs and fills its background",
      RunFilterImage},
     {"distance-2d", "IMAGE OUT", Group::KeptCommand, "writes the distance field of an image", RunDistance2D},

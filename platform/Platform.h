@@ -16,6 +16,7 @@ struct FileQuestion
 {
     std::string filter;           ///< pairs "name|pattern|", ended by one more "|"
     std::string defaultExtension; ///< with its dot
+    std::string title = {};       ///< empty: what such dialogs are called
     friend bool operator==(const FileQuestion&, const FileQuestion&) = default;
 };
 

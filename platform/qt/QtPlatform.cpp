@@ -159,6 +159,10 @@ std::optional<std::filesystem::path> QtPlatform::Ask(QFileDialog& dialog, const 
     }
     // One dialog on every desktop, in the language of the window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    if (!question.title.empty())
+    {
+        dialog.setWindowTitle(QString::fromStdString(question.title));
+    }
     dialog.setDirectory(QFile::decodeName(GetCurrentFolder().c_str()));
     dialog.setNameFilters(ParseFileFilter(question.filter));
     dialog.setDefaultSuffix(QString::fromStdString(question.defaultExtension));

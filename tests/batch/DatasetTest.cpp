@@ -224,3 +224,69 @@ TEST(ProjectSamplesOperation, WritesItsImagesInAViewOfAnySize)
     EXPECT_EQ(ReadImage(folder / "data1/90.bmp").width, 800);
     EXPECT_EQ(folder.Read("data1/param.data").substr(0, 10), "90800 600\n");
 }
+
+TEST(SolveOperation, WritesTheSolutionOfASystem)
+{
+    const TemporaryFolder folder;
+    folder.Write("a.mtx", "2\t2\n2\n0\t2\n1\t1\n1\n1\t4\n");
+    folder.Write("b.vec", "2\n5\n8\n");
+    const ProcessResult result = RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(folder.Read("x.vec"), "2\n1.5\n2\n"); // 2 x + y = 5 and 4 y = 8
+    EXPECT_THAT(result.output, HasSubstr("Iteration Step = 2, Estimated Error = 0.00000000"));
+}
+
+TEST(SolveOperation, TakesARuleAToleranceAndAMost)
+{
+    const TemporaryFolder folder;
+    folder.Write("a.mtx", "2\t2\n2\n0\t2\n1\t1\n1\n1\t4\n");
+    folder.Write("b.vec", "2\n5\n8\n");
+    const ProcessResult result = RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec", "1", "1e-7", "1"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("Iteration Step = 2,"));
+    EXPECT_EQ(RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec", "1"}).status, 2);
+}
+
+TEST(SolveOperation, FailsOnSizesThatDoNotFitAndOnMissingFiles)
+{
+    const TemporaryFolder folder;
+    folder.Write("a.mtx", "2\t3\n0\n0\n");
+    folder.Write("b.vec", "2\n5\n8\n");
+    const ProcessResult result = RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors,
+                HasSubstr("tessarine-batch: solve: a.mtx has to have as many rows and columns as "
+                          "b.vec has values: they are 2, 3 and 2"));
+    EXPECT_FALSE(folder.Has("x.vec"));
+    EXPECT_EQ(RunBatch(folder, {"solve", "none.mtx", "b.vec", "x.vec"}).status, 1);
+}
+
+TEST(RefineEnergyOperation, MovesTheModelToItsCloud)
+{
+    const TemporaryFolder folder;
+    folder.Write("tetra.obj",
+                 "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nf 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n");
+    folder.Write("data/dragon.txta", "2\n1 1 -1\n-1 -1 1\n");
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"import", "tetra.obj", "refine-energy"}, {"import", "tetra.obj", "menu", "32834"}})
+    {
+        const ProcessResult result = RunBatch(folder, words);
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_THAT(result.output, HasSubstr("点云大小: 2\nAdjacent Face size: 4\nAdjacent Face size: 4\n"));
+        EXPECT_THAT(result.output, HasSubstr("The number of availible vertex: "));
+        EXPECT_THAT(result.output, HasSubstr("Iteration Step = "));
+    }
+}
+
+TEST(RefineEnergyOperation, FailsWithoutItsCloudAndWithoutAModel)
+{
+    const TemporaryFolder folder;
+    const ProcessResult empty = RunBatch(folder, {"refine-energy"});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_THAT(empty.errors, HasSubstr("tessarine-batch: refine-energy: there is no model with faces"));
+    folder.Write("tetra.obj",
+                 "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nf 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n");
+    const ProcessResult missing = RunBatch(folder, {"import", "tetra.obj", "refine-energy"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.errors, HasSubstr("tessarine-batch: refine-energy: cannot open Data/dragon.txta: "));
+}

@@ -12,6 +12,7 @@
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
@@ -101,6 +102,11 @@ TEST(CommandManager, MakesTheAdaptiveSubdivisionAndTheSettingOfAMaterial)
     EXPECT_TRUE(Makes<IASetMaterialCommand>(0x8000001));
 }
 
+TEST(CommandManager, MakesTheFitByEnergy)
+{
+    EXPECT_TRUE(Makes<IAReconstructionSmoothEnergyFunctionCommand>(0x6000007));
+}
+
 TEST(CommandManager, MakesTheCameraCommands)
 {
     EXPECT_TRUE(Makes<IACameraMoveCommand>(0x1000001));
@@ -137,7 +143,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
     EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000007), "energy refinement comes with a later version of Tessarine");
 }
 
 TEST(CommandManager, KeepsEveryCommandThatItStores)

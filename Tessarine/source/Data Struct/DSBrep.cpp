@@ -30,19 +30,19 @@ void DSHalfEdge::SayBorder()
     DebugConsole() << "Border exist.." << '\n';
 }
 
-smVec3d DSFace::CalcNormal()
+smVec3d DSFace::ComputeNormal() const
 {
     ASSERT(!m_LoopList.empty() && m_LoopList[0] != nullptr);
     const DSHalfEdge* pHalfEdge = m_LoopList[0]->GetHalfEdge();
     const smVec3d& first = PositionOf(pHalfEdge);
     const smVec3d& second = PositionOf(pHalfEdge->GetNext());
     const smVec3d& third = PositionOf(pHalfEdge->GetNext()->GetNext());
-    m_Normal = (second - first).Cross(third - second);
-    if (!IsNearZero(m_Normal))
+    smVec3d normal = (second - first).Cross(third - second);
+    if (!IsNearZero(normal))
     {
-        m_Normal.Normalize();
+        normal.Normalize();
     }
-    return m_Normal;
+    return normal;
 }
 
 smVec3d DSFace::CalcCentroid() const

@@ -204,11 +204,14 @@ public:
     std::int32_t& GetTag() { return m_nTag; }
     std::int32_t GetTag() const { return m_nTag; }
 
-    /// Sets the unit normal from the first three corners, and returns it. A cross product within 1e-10 of
-    /// zero in each component stays as it is.
+    /// The unit normal of the first three corners. A cross product within 1e-10 of zero in each component stays
+    /// as it is.
     ///
     /// Needs   A loop with at least one corner (asserted).
-    smVec3d CalcNormal();
+    smVec3d ComputeNormal() const;
+
+    /// Sets the normal to the same, and returns it.
+    smVec3d CalcNormal() { return m_Normal = ComputeNormal(); }
 
     /// The mean of the corners of the first loop.
     ///

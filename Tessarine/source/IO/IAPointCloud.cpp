@@ -42,6 +42,21 @@ PointBox FindPointBox(const std::vector<smVec3d>& points)
     }
     return box;
 }
+
+PointBox FindExtendedBox(const std::vector<smVec3d>& points, const std::string& source)
+{
+    if (points.empty())
+    {
+        throw Failure(source + " holds no points: it needs two at least, at different places");
+    }
+    return FindPointBox(points);
+}
+
+[[noreturn]] void RefuseOnePlace(const std::string& source)
+{
+    throw Failure("all points of " + source +
+                  " are at one place: it needs two at least, at different places");
+}
 }
 
 void IAPointCloud::Read(IODatasetText& text, bool isLabelled)
@@ -68,13 +83,36 @@ void IAPointCloud::Read(IODatasetText& text, bool isLabelled)
     }
 }
 
+void IAPointCloud::ReadPointsRepeatingTheLast(IODatasetText& text)
+{
+    const int count = ReadPointCount(text);
+    if (static_cast<std::size_t>(count) > text.GetSize())
+    {
+        text.Refuse("the number of points is " + std::to_string(count) + ", and the file has " +
+                    std::to_string(text.GetSize()) + " bytes");
+    }
+    m_Points.clear();
+    m_Points.reserve(static_cast<std::size_t>(count));
+    const auto readOrKeep = [&text](double& value, const char* meaning)
+    {
+        if (!text.IsAtEnd())
+        {
+            value = double{text.ReadFloat(meaning)};
+        }
+    };
+    smVec3d point;
+    for (int i = 0; i < count; ++i)
+    {
+        readOrKeep(point.x, "a point's x");
+        readOrKeep(point.y, "a point's y");
+        readOrKeep(point.z, "a point's z");
+        m_Points.push_back(point);
+    }
+}
+
 void IAPointCloud::Unitize(const std::string& source)
 {
-    if (m_Points.empty())
-    {
-        throw Failure(source + " holds no points: it needs two at least, at different places");
-    }
-    const PointBox box = FindPointBox(m_Points);
+    const PointBox box = FindExtendedBox(m_Points, source);
     const smVec3d extent = box.high - box.low;
     const smVec3f centre(static_cast<float>((box.high.x + box.low.x) / 2),
                          static_cast<float>((box.high.y + box.low.y) / 2),
@@ -82,8 +120,7 @@ void IAPointCloud::Unitize(const std::string& source)
     const auto scale = static_cast<float>(2.0 / std::max({extent.x, extent.y, extent.z}));
     if (!std::isfinite(scale))
     {
-        throw Failure("all points of " + source +
-                      " are at one place: it needs two at least, at different places");
+        RefuseOnePlace(source);
     }
     for (smVec3d& point : m_Points)
     {
@@ -91,6 +128,22 @@ void IAPointCloud::Unitize(const std::string& source)
                              static_cast<float>(point.z));
         point = {double{(single.x - centre.x) * scale}, double{(single.y - centre.y) * scale},
                  double{(single.z - centre.z) * scale}};
+    }
+}
+
+void IAPointCloud::Normalize(const std::string& source)
+{
+    const PointBox box = FindExtendedBox(m_Points, source);
+    const smVec3d extent = box.high - box.low;
+    const smVec3d centre = (box.high + box.low) * 0.5;
+    const double scale = 2.0 / std::max({extent.x, extent.y, extent.z});
+    if (!std::isfinite(scale))
+    {
+        RefuseOnePlace(source);
+    }
+    for (smVec3d& point : m_Points)
+    {
+        point = (point - centre) * scale;
     }
 }
 

@@ -19,6 +19,9 @@ public:
     ///         larger than the file, what is no finite number.
     void ReadPoints(IODatasetText& text) { Read(text, false); }
 
+    /// The same as the fits read it: where the file ends too early, the last values stand for those that are missing.
+    void ReadPointsRepeatingTheLast(IODatasetText& text);
+
     /// Labelled points ("Data\man.data"): the same with a name in front of each point, which is dropped.
     void ReadLabelledPoints(IODatasetText& text) { Read(text, true); }
 
@@ -28,6 +31,9 @@ public:
     /// Fails   Failure naming the source, where there is no point, or all are at one place.
     /// @param source the file that they come from
     void Unitize(const std::string& source);
+
+    /// The same in double precision, as the fits do it.
+    void Normalize(const std::string& source);
 
 private:
     void Read(IODatasetText& text, bool isLabelled);

@@ -21,21 +21,33 @@ bool IsSeparator(char character)
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
+float ConvertSlowly(const char* begin, char** end, locale_t locale, float /*kind*/)
+{
+    return ::strtof_l(begin, end, locale);
+}
+
+double ConvertSlowly(const char* begin, char** end, locale_t locale, double /*kind*/)
+{
+    return ::strtod_l(begin, end, locale);
+}
+
 /// As the C library reads it in the C locale.
-const char* ParseFloatSlowly(const char* begin, float& value)
+template <class T>
+const char* ParseRealSlowly(const char* begin, T& value)
 {
     static const locale_t kCLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
     char* end = nullptr;
-    value = ::strtof_l(begin, &end, kCLocale);
+    value = ConvertSlowly(begin, &end, kCLocale, T());
     return end;
 }
 
 /// The same. @return behind the number; `begin` where there is none
-const char* ParseFloat(const char* begin, const char* end, float& value)
+template <class T>
+const char* ParseReal(const char* begin, const char* end, T& value)
 {
     const auto [stop, error] = std::from_chars(begin, end, value);
     const bool isPlain = error == std::errc() && *stop != 'x' && *stop != 'X';
-    return isPlain ? stop : ParseFloatSlowly(begin, value); // a plus, a hexadecimal number, one out of range
+    return isPlain ? stop : ParseRealSlowly(begin, value); // a plus, a hexadecimal number, one out of range
 }
 }
 
@@ -61,9 +73,20 @@ IODatasetText::IODatasetText(std::string name, std::string text)
 
 float IODatasetText::ReadFloat(const char* meaning)
 {
+    return ReadReal<float>(meaning);
+}
+
+double IODatasetText::ReadDouble(const char* meaning)
+{
+    return ReadReal<double>(meaning);
+}
+
+template <class T>
+T IODatasetText::ReadReal(const char* meaning)
+{
     const char* const begin = FindValue(meaning);
-    float value = 0.0F;
-    m_pAt = ParseFloat(begin, m_strText.c_str() + m_strText.size(), value);
+    T value{};
+    m_pAt = ParseReal(begin, m_strText.c_str() + m_strText.size(), value);
     if (m_pAt == begin)
     {
         RefuseValue(meaning);

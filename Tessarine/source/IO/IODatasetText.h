@@ -37,6 +37,8 @@ public:
     int ReadInteger(const char* meaning) { return ReadWhole(meaning, 0); }
     /// "%f", rounded once to single precision. Infinity and NaN are refused.
     float ReadFloat(const char* meaning);
+    /// "%lf". Infinity and NaN are refused.
+    double ReadDouble(const char* meaning);
     /// "%s", dropped; of any length.
     void SkipWord(const char* meaning);
 
@@ -48,6 +50,8 @@ public:
 
 private:
     int ReadWhole(const char* meaning, int base);
+    template <class T>
+    T ReadReal(const char* meaning);
     void SkipWhiteSpace();
     /// The next value's first character, which is there.
     const char* FindValue(const char* meaning);

@@ -5,6 +5,7 @@
 #include "IAGenerateSplatCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
@@ -137,6 +138,13 @@ IACommand* IAController::RunLater(unsigned nCommandID)
     return Run<IACommand>(nCommandID, [](IACommand&) {});
 }
 
+void IAController::HandStores(IAFittingCommand& command)
+{
+    command.SetElementManager(&m_ElementManager);
+    command.SetSceneManager(&m_SceneManager);
+    command.SetView(m_pView);
+}
+
 void IAController::SubdivideLoop()
 {
     Run<IASubLOOPCommand>(CommandID::SubLOOP,
@@ -215,7 +223,9 @@ void IAController::RefineTwoStep()
 
 void IAController::RefineEnergy()
 {
-    RunLater(CommandID::ReconstructionSmoothEnergyFunction);
+    Run<IAReconstructionSmoothEnergyFunctionCommand>(
+        CommandID::ReconstructionSmoothEnergyFunction,
+        [this](IAReconstructionSmoothEnergyFunctionCommand& command) { HandStores(command); });
 }
 
 void IAController::OptimizeMesh(int mode)

@@ -6,6 +6,7 @@
 namespace tessarine
 {
 class IACommand;
+class IAFittingCommand;
 class IAReconstructionCommand;
 class MANCommandManager;
 class Open3DView;
@@ -102,6 +103,7 @@ private:
     template <class TCommand, class THandOver>
     TCommand* Run(unsigned nCommandID, THandOver handOver);
     IACommand* RunLater(unsigned nCommandID);
+    void HandStores(IAFittingCommand& command);
     void RunTwoStep(const char* step);
     void EmptyElements();
 

@@ -12,6 +12,7 @@
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
@@ -58,7 +59,8 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::Smooth, "hierarchical refinement", nullptr},
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
-    {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement", nullptr},
+    {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",
+     Make<IAReconstructionSmoothEnergyFunctionCommand>},
     {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},
     {CommandID::RefineMesh, "mesh optimisation", Make<IARefineMeshCommand>},
     {CommandID::MoveVertex, "moving vertices", Make<IAMoveVertexCommand>},

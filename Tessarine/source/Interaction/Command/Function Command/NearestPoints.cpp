@@ -1,0 +1,98 @@
+#include "NearestPoints.h"
+#include "Assert.h"
+#include "DSBrep.h"
+#include "Failure.h"
+#include <ANN/ANN.h>
+#include <algorithm>
+#include <cmath>
+
+namespace tessarine
+{
+namespace
+{
+constexpr int kDimensions = 3;
+constexpr int kBucketSize = 1;
+
+bool IsFinitePoint(const smVec3d& p)
+{
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+}
+
+struct NearestPoints::Tree
+{
+    explicit Tree(std::size_t nPoints) : count(static_cast<int>(nPoints))
+    {
+        if (nPoints == 0)
+        {
+            throw Failure("there is no point to be found near others: the model or the cloud is empty");
+        }
+        points = annAllocPts(count, kDimensions);
+    }
+    ~Tree()
+    {
+        search.reset();
+        annDeallocPts(points);
+    }
+    Tree(const Tree&) = delete;
+    Tree& operator=(const Tree&) = delete;
+
+    void SetPoint(std::size_t index, const smVec3d& p)
+    {
+        if (!IsFinitePoint(p))
+        {
+            throw Failure("point " + std::to_string(index) +
+                          " of the model or the cloud is at no finite position: mend it in the file");
+        }
+        points[index][0] = p.x;
+        points[index][1] = p.y;
+        points[index][2] = p.z;
+    }
+
+    int count;
+    ANNpointArray points = nullptr;
+    std::unique_ptr<ANNkd_tree> search;
+};
+
+NearestPoints::NearestPoints(const std::vector<smVec3d>& points)
+    : m_pTree(std::make_unique<Tree>(points.size()))
+{
+    for (std::size_t i = 0; i < points.size(); ++i)
+    {
+        m_pTree->SetPoint(i, points[i]);
+    }
+    Build();
+}
+
+NearestPoints::NearestPoints(const DSSolid& solid)
+    : m_pTree(std::make_unique<Tree>(solid.GetVertexList().size()))
+{
+    std::size_t place = 0;
+    for (const DSVertex* pVertex : solid.GetVertexList())
+    {
+        ASSERT(pVertex != nullptr);
+        m_pTree->SetPoint(place++, pVertex->GetPosition());
+    }
+    Build();
+}
+
+NearestPoints::~NearestPoints() = default;
+
+void NearestPoints::Build()
+{
+    m_pTree->search = std::make_unique<ANNkd_tree>(m_pTree->points, m_pTree->count, kDimensions, kBucketSize,
+                                                   ANN_KD_SUGGEST);
+}
+
+std::span<const int> NearestPoints::Find(const smVec3d& query, int k)
+{
+    constexpr double kExactly = 0.0;
+    ASSERT(k > 0 && IsFinitePoint(query));
+    const int found = std::min(k, m_pTree->count);
+    m_Indices.resize(static_cast<std::size_t>(found));
+    m_SquaredDistances.resize(static_cast<std::size_t>(found));
+    double coordinates[kDimensions] = {query.x, query.y, query.z};
+    m_pTree->search->annkSearch(coordinates, found, m_Indices.data(), m_SquaredDistances.data(), kExactly);
+    return m_Indices;
+}
+}

@@ -1,0 +1,86 @@
+#include "NearestPoints.h"
+#include "Capture.h"
+#include "Refusal.h"
+#include <algorithm>
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+namespace tessarine
+{
+namespace
+{
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+std::vector<smVec3d> DrawPoints(std::size_t count)
+{
+    std::mt19937 random(5);
+    const auto draw = [&random] { return static_cast<double>(random()) / 4294967296.0; };
+    std::vector<smVec3d> points(count);
+    for (smVec3d& p : points)
+    {
+        p = {draw(), draw(), draw()};
+    }
+    return points;
+}
+
+TEST(NearestPoints, FindsTheNearestFirst)
+{
+    const std::vector<smVec3d> points = DrawPoints(300);
+    NearestPoints nearest(points);
+    for (const smVec3d& query : DrawPoints(50))
+    {
+        std::vector<double> expected;
+        for (const smVec3d& p : points)
+        {
+            expected.push_back((p - query).Dot(p - query));
+        }
+        std::sort(expected.begin(), expected.end());
+        const auto found = nearest.Find(query, 5);
+        ASSERT_EQ(found.size(), 5U);
+        for (std::size_t i = 0; i < 5; ++i)
+        {
+            const smVec3d way = points[static_cast<std::size_t>(found[i])] - query;
+            EXPECT_EQ(way.Dot(way), expected[i]);
+            EXPECT_EQ(nearest.GetSquaredDistances()[i], expected[i]);
+        }
+    }
+}
+
+TEST(NearestPoints, GivesAllWhereThereAreFewerThanAskedFor)
+{
+    NearestPoints nearest(std::vector<smVec3d>{{0, 0, 0}, {3, 0, 0}});
+    EXPECT_THAT(nearest.Find({2, 0, 0}, 16), ElementsAre(1, 0));
+    EXPECT_THAT(nearest.GetSquaredDistances(), ElementsAre(1.0, 4.0));
+    EXPECT_THAT(nearest.Find({2, 0, 0}, 1), ElementsAre(1));
+}
+
+TEST(NearestPoints, TakesManyPointsAtOnePlace)
+{
+    std::vector<smVec3d> points(100000, smVec3d(0.5, 0.5, 0.5));
+    points.emplace_back(0.0, 0.0, 0.0);
+    NearestPoints nearest(points);
+    EXPECT_THAT(nearest.Find({0, 0, 0.1}, 1), ElementsAre(100000));
+    EXPECT_EQ(nearest.Find({0.5, 0.5, 0.5}, 3).size(), 3U);
+    EXPECT_THAT(nearest.GetSquaredDistances(), ElementsAre(0.0, 0.0, 0.0));
+}
+
+TEST(NearestPoints, RefusesNothingAndWhatIsNoNumber)
+{
+    EXPECT_THAT(GetRefusal([] { NearestPoints(std::vector<smVec3d>()); }), HasSubstr("there is no point"));
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_THAT(GetRefusal(
+                    [nan] {
+                        NearestPoints(std::vector<smVec3d>{{0, 0, 0}, {0, nan, 0}});
+                    }),
+                HasSubstr("point 1 of the model or the cloud is at no finite position"));
+    const AssertionCapture assertions;
+    NearestPoints nearest(DrawPoints(3));
+    EXPECT_THROW(nearest.Find({nan, 0, 0}, 1), AssertionFailure);
+    EXPECT_THROW(nearest.Find({0, 0, 0}, 0), AssertionFailure);
+}
+}
+}
