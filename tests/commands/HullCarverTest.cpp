@@ -4,7 +4,8 @@
 #include "LiteralField.h"
 #include "LiteralSilhouette.h"
 #include "Silhouettes.h"
-#include <cstring>
+#include <algorithm>
+#include <bit>
 #include <gmock/gmock.h>
 #include <limits>
 
@@ -42,8 +43,8 @@ Layers MakeSquareLayers(int side, int margin)
     std::vector<std::uint8_t> image(3 * layers.entries.size());
     for (int y = margin; y < side - margin; ++y)
     {
-        const auto first = image.begin() + 3 * (y * side + margin);
-        std::fill(first, first + 3 * (side - 2 * margin), std::uint8_t{255});
+        const auto first = image.begin() + std::ptrdiff_t{3} * (y * side + margin);
+        std::fill(first, first + std::ptrdiff_t{3} * (side - 2 * margin), std::uint8_t{255});
     }
     return {side, side, image};
 }
@@ -65,17 +66,15 @@ float GetValueInOneView(const Layers& layers, int i, int j, int k)
 
 testing::AssertionResult IsSameInEveryBit(const std::vector<float>& a, const std::vector<float>& b)
 {
-    if (a.size() == b.size() && std::memcmp(a.data(), b.data(), sizeof(float) * a.size()) == 0)
+    const auto hasSameBits = [](float x, float y)
+    { return std::bit_cast<std::uint32_t>(x) == std::bit_cast<std::uint32_t>(y); };
+    const auto [first, second] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), hasSameBits);
+    if (first == a.end() && second == b.end())
     {
         return testing::AssertionSuccess();
     }
-    std::size_t first = 0;
-    while (std::memcmp(&a[first], &b[first], sizeof(float)) == 0)
-    {
-        ++first;
-    }
     return testing::AssertionFailure()
-           << "sample " << first << ": " << a[first] << ", literally " << b[first];
+           << "sample " << first - a.begin() << ": " << *first << ", literally " << *second;
 }
 
 TEST(DistanceField, StartsOutsideOnItsFacesAlone)

@@ -32,6 +32,11 @@ constexpr int kWidth = 160;
 constexpr int kHeight = 120;
 constexpr smVec3d kHalfAxes(0.9, 0.5, 0.7);
 
+std::size_t ToPixel(int x, int y)
+{
+    return static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x);
+}
+
 /// The silhouette of an ellipsoid in a view.
 class Ellipse
 {
@@ -186,20 +191,21 @@ int CountUncovered(const DSSolid& solid, const smMatrix44d& view)
             {
                 const bool isIn = (side(0, x, y) >= 0 && side(1, x, y) >= 0 && side(2, x, y) >= 0) ||
                                   (side(0, x, y) <= 0 && side(1, x, y) <= 0 && side(2, x, y) <= 0);
-                covered[static_cast<std::size_t>(y * kWidth + x)] |= isIn ? 1 : 0;
+                covered[ToPixel(x, y)] |= isIn ? 1 : 0;
             }
         }
     }
     int uncovered = 0;
-    for (int i = kReach * kWidth; i < (kHeight - kReach) * kWidth; ++i) // the object is not on the border
+    for (std::size_t i = ToPixel(0, kReach); i < ToPixel(0, kHeight - kReach);
+         ++i) // the object is not on the border
     {
         bool isCovered = false;
-        for (int step = -kReach; step <= kReach; ++step)
+        for (std::size_t step = 0; step <= kReach; ++step)
         {
-            isCovered = isCovered || covered[static_cast<std::size_t>(i + step)] != 0 ||
-                        covered[static_cast<std::size_t>(i + step * kWidth)] != 0;
+            isCovered = isCovered || covered[i - step] != 0 || covered[i + step] != 0 ||
+                        covered[i - step * kWidth] != 0 || covered[i + step * kWidth] != 0;
         }
-        uncovered += given.pixels[static_cast<std::size_t>(3 * i)] != 0 && !isCovered ? 1 : 0;
+        uncovered += given.pixels[3 * i] != 0 && !isCovered ? 1 : 0;
     }
     return uncovered;
 }
@@ -285,7 +291,7 @@ Image DrawMarked(int rows)
     {
         for (int y = 60; y < 60 + rows; ++y)
         {
-            image.pixels[static_cast<std::size_t>(3 * (y * kWidth + x))] = 0;
+            image.pixels[3 * ToPixel(x, y)] = 0;
         }
     }
     return image;
