@@ -24,7 +24,8 @@ QString MakeBreakable(QString text)
     constexpr qsizetype kMostLetters = 1000;
     constexpr qsizetype kMostOfAWord = 40;
     constexpr QChar kBreak(0x200B); // has no width
-    text.replace('\n', "\\n");      // those of a name could make the box taller than the screen
+    // The line breaks of a name could make the box taller than the screen.
+    text.replace('\n', "\\n").replace(QChar::LineSeparator, ' ').replace(QChar::ParagraphSeparator, ' ');
     const QString kept = text.size() <= kMostLetters
                              ? text
                              : text.left(kMostLetters / 2) + " ... " + text.right(kMostLetters / 2);

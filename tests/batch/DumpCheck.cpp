@@ -321,6 +321,14 @@ private:
         return endOf(h1) == m_HalfEdges.Get("v", h2) || endOf(h2) == m_HalfEdges.Get("v", h1);
     }
 
+    /// A displaced half-edge stays whole when its edge is split.
+    bool ShareAnEnd(Link h1, Link h2) const
+    {
+        const auto a = EndsOf(h1);
+        const auto b = EndsOf(h2);
+        return a.first == b.first || a.first == b.second || a.second == b.first || a.second == b.second;
+    }
+
     void CheckListedByEdge(Link h)
     {
         const Link edge = m_HalfEdges.Get("e", h);
@@ -329,17 +337,18 @@ private:
             return;
         }
         const Link h1 = Follow(m_Edges, edge, "h1", m_HalfEdges);
-        if (EndsOf(h) != EndsOf(h1))
+        if (h1 != h && m_Edges.Get("h2", edge) != h)
+        {
+            Demand(m_EdgeUsers[m_Edges.Slot(edge)] > 2 && m_Edges.Get("h2", edge) != kNull,
+                   m_HalfEdges.Describe(h), "is not listed by its edge", m_Edges, edge);
+            Demand(ShareAnEnd(h, h1), m_HalfEdges.Describe(h), "lies apart from the first of", m_Edges, edge);
+            ++m_nDisplaced;
+        }
+        else if (EndsOf(h) != EndsOf(h1))
         {
             Demand(m_nClashing > 0 && FollowEachOther(h, h1), m_HalfEdges.Describe(h),
                    "lies between other vertices than the first of", m_Edges, edge);
             ++m_nTorn;
-        }
-        if (m_Edges.Get("h1", edge) != h && m_Edges.Get("h2", edge) != h)
-        {
-            Demand(m_EdgeUsers[m_Edges.Slot(edge)] > 2 && m_Edges.Get("h2", edge) != kNull,
-                   m_HalfEdges.Describe(h), "is not listed by its edge", m_Edges, edge);
-            ++m_nDisplaced;
         }
     }
 

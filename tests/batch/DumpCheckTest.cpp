@@ -89,6 +89,13 @@ TEST(DumpCheck, TellsOfHalfEdgesThatAThirdFaceDisplaced)
     EXPECT_EQ(findings.clashingEdges, 1U);      // the first and the third face run the same way
 }
 
+TEST(DumpCheck, TakesADisplacedHalfEdgeWholeWhenItsEdgeWasSplit)
+{
+    const DumpFindings findings = FindingsIn(DumpOf(ThreeTrianglesOnOneEdge(), Step::Loop));
+    EXPECT_THAT(findings.breach, IsEmpty());
+    EXPECT_EQ(findings.displacedHalfEdges, 2U); // in the solid before, and in the new one
+}
+
 TEST(DumpCheck, TellsOfHalfEdgesThatASplitToreFromTheirEdge)
 {
     // Two faces that run the same way along an edge; after a Loop step each half of it has a part of both sides.

@@ -491,7 +491,7 @@ TEST_F(BatchProcess, TellsOfTheFirstCoordinateThatIsNoNumber)
             << vertex;
         EXPECT_THAT(result.errors, Not(HasSubstr("line 4"))) << vertex;
     }
-    m_Folder.Write("plain.obj", "v 0 -1.5 .5e-2\r\nv 1 2\t3 \nv 1 2 3 4\nv 1 2");
+    m_Folder.Write("plain.obj", "v 0 -1.5 .5e-2\r\nv 1 2 3\r\r\nv 1 2\t3 \nv 1 2 3 4\nv 1 2");
     EXPECT_THAT(Run({"import", "plain.obj"}).errors, Not(HasSubstr("coordinate")));
 }
 

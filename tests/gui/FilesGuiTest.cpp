@@ -130,6 +130,7 @@ TEST_F(FilesGuiTest, FitsLongNamesIntoItsBoxes)
         folders += "a/";
     }
     expectAFit("cannot open " + std::string(500, '\n') + ".obj: no such file");
+    expectAFit("cannot open " + QString(150, QChar::LineSeparator).toStdString() + ".obj: no such file");
     expectAFit("cannot open " + folders + "b.obj: its name is too long");
 }
 

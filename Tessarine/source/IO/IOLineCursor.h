@@ -28,11 +28,15 @@ public:
         return ahead < static_cast<std::size_t>(m_pEnd - m_pAt) ? m_pAt[ahead] : '\0';
     }
     bool IsAtZero() const { return Peek() == '\0'; }
-    /// Whether a blank or the line's end comes next; a carriage return is part of the end.
+    /// Whether a blank or the line's end comes next; carriage returns are part of the end.
     bool IsAtWordEnd() const
     {
-        const char next = Peek();
-        return next == '\0' || IsBlank(next) || (next == '\r' && Peek(1) == '\0');
+        std::size_t ahead = 0;
+        while (Peek(ahead) == '\r')
+        {
+            ++ahead;
+        }
+        return Peek(ahead) == '\0' || (ahead == 0 && IsBlank(Peek()));
     }
 
     /// The character at the index, whatever it is, which is consumed.
