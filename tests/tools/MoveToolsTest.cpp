@@ -1,3 +1,4 @@
+#include "ACTEuler.h"
 #include "Failure.h"
 #include "SelectionTest.h"
 #include "Vectors.h"
@@ -313,6 +314,30 @@ TEST_F(MoveTools, AreTakenOffByANewDocument)
         EXPECT_TRUE(MoveTo(50, 50));
         EXPECT_THAT(GetHover(), IsEmpty());
     }
+}
+
+TEST_F(MoveTools, AreTakenOffByANewDocumentAlsoWhereTheElementIsGone)
+{
+    SelectFront();
+    Choose(ResourceID::MoveFaceZ);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    DSHalfEdge* pCorner = m_pCube->GetFaceList()[1]->GetLoopList()[0]->GetHalfEdge();
+    ACTEuler(&GetElements()).LKEF(m_pCube, pCorner->GetTwin(), pCorner);
+    EXPECT_TRUE(Choose(ResourceID::FileNew));
+    EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+
+    m_pCube = ShowCube();
+    SelectCorner();
+    Choose(ResourceID::MoveVertexX);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    DSHalfEdge* pSpoke = m_pCube->GetVertexList()[7]->GetHalfEdge();
+    ACTEuler(&GetElements()).LKEV(m_pCube, pSpoke->GetTwin(), pSpoke);
+    EXPECT_TRUE(Choose(ResourceID::FileNew));
+    EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    EXPECT_THAT(m_Platform.GetTexts(), IsEmpty());
+    EXPECT_THAT(m_Assertions.GetExpressions(), IsEmpty());
 }
 
 TEST_F(MoveTools, AreTakenOffByANewDocumentUnderAnotherTool)

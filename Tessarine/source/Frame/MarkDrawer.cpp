@@ -43,26 +43,6 @@ void DrawEdgeMark(const DSEdge& edge, const smVec3f& color)
     glPopAttrib();
     glEnable(GL_LIGHTING);
 }
-
-template <class T>
-DSElement* FindIn(const RecordArray<T>& records, std::uint32_t index)
-{
-    return index < records.size() ? records[index] : nullptr;
-}
-}
-
-DSElement* FindElement(const MANBrepElementManager& elements, std::uint32_t id)
-{
-    const std::uint32_t kind = MANBrepElementManager::GetElementType(id);
-    const std::uint32_t index = id & ~kind;
-    switch (kind)
-    {
-    case ElementKind::Vertex: return FindIn(elements.GetVertexArray(), index);
-    case ElementKind::Edge: return FindIn(elements.GetEdgeArray(), index);
-    case ElementKind::Face: return FindIn(elements.GetFaceArray(), index);
-    case ElementKind::Solid: return FindIn(elements.GetSolidArray(), index);
-    default: return nullptr; // no mark is drawn on loops and half-edges
-    }
 }
 
 bool ShowsMarksOf(std::uint32_t kind, std::uint32_t displayFlags)
@@ -88,7 +68,7 @@ void MarkDrawer::DrawSelection(const std::vector<std::uint32_t>& ids) const
 {
     for (const std::uint32_t id : ids)
     {
-        if (const DSElement* pElement = FindElement(m_Elements, id))
+        if (const DSElement* pElement = m_Elements.FindLiveElement(id))
         {
             DrawMark(id, *pElement, kSelectedColor);
         }
@@ -99,7 +79,7 @@ void MarkDrawer::DrawHover(const std::vector<std::uint32_t>& ids) const
 {
     for (const std::uint32_t id : ids)
     {
-        if (const DSElement* pElement = FindElement(m_Elements, id))
+        if (const DSElement* pElement = m_Elements.FindLiveElement(id))
         {
             DrawMark(id, *pElement, GetHoverColor(*pElement));
         }

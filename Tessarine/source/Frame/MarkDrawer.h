@@ -12,10 +12,6 @@ class DSVertex;
 class MANBrepElementManager;
 class SolidDrawer;
 
-/// The live element of an id, or null where the id names none that is still there: a list of ids outlives its
-/// elements over an import. Nothing is reported.
-DSElement* FindElement(const MANBrepElementManager& elements, std::uint32_t id);
-
 /// Whether marks of elements of this kind (ElementKind) show with these switches of the view (DisplayFlag).
 bool ShowsMarksOf(std::uint32_t kind, std::uint32_t displayFlags);
 

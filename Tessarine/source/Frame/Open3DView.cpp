@@ -408,7 +408,7 @@ const DSSolid* Open3DView::GetLastMarkedSolid(const std::vector<std::uint32_t>& 
         {
             continue;
         }
-        if (const DSElement* pElement = FindElement(*m_pElementManager, *id))
+        if (const DSElement* pElement = m_pElementManager->FindLiveElement(*id))
         {
             return static_cast<const DSSolid*>(pElement);
         }

@@ -226,7 +226,6 @@ void MANBrepElementManager::SetSelectType(std::uint32_t type)
     m_SelectList.clear();
 }
 
-/// A selection outlives its elements: Clear and the deletions leave its ids.
 DSElement* MANBrepElementManager::FindLiveElement(std::uint32_t id) const
 {
     switch (GetElementType(id))

@@ -67,6 +67,8 @@ public:
     DSLoop* GetLoop(std::uint32_t id) const;
     DSVertex* GetVertex(std::uint32_t id) const;
     DSElement* GetElement(std::uint32_t id) const;
+    /// The same without a report, null also where the id names none: a list of ids outlives its elements.
+    DSElement* FindLiveElement(std::uint32_t id) const;
 
     /// The kind of an id (ElementKind), ElementKind::Invalid where its top four bits name none.
     static std::uint32_t GetElementType(std::uint32_t id);
@@ -179,7 +181,6 @@ private:
         pRecord->SetID(static_cast<std::uint32_t>(array.size() - 1) | kind);
         return pRecord;
     }
-    DSElement* FindLiveElement(std::uint32_t id) const;
 
     RecordArray<DSSolid> m_SolidList;
     RecordArray<DSFace> m_FaceArray;

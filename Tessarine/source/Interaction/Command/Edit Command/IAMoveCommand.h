@@ -28,7 +28,7 @@ public:
 
     /// Keeps where the vertices are now, for Undo.
     void SavePositions();
-    /// Whether what was kept is that of as many vertices as the selection has now.
+    /// Whether what is selected is still there, with as many vertices as were kept.
     bool CanUndo() const;
     /// Puts the vertices back to where they were kept. CanUndo is asserted.
     void Undo() override;

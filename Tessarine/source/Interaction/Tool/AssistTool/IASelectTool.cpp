@@ -91,7 +91,7 @@ void IASelectTool::OnLButtonDown(int /*x*/, int /*y*/, unsigned /*flags*/)
         return;
     }
     const std::uint32_t id = m_pCommand->GetElementID();
-    if (FindElement(m_pView->GetController()->GetElementManager(), id) == nullptr)
+    if (m_pView->GetController()->GetElementManager().FindLiveElement(id) == nullptr)
     {
         ShowMessage("The element doesnot exist!");
         return;
