@@ -1,20 +1,10 @@
 #include "CRecentFileList.h"
-#include "MenuTables.h"
-#include <QSettings>
-#include <string_view>
+#include "ProgramSettings.h"
 
 namespace tessarine
 {
 namespace
 {
-constexpr char kRegistryKey[] = "Local AppWizard-Generated Applications";
-
-QString GetProgramName()
-{
-    const std::string_view name = GetDocumentField(0);
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-}
-
 QString GetKey(int index)
 {
     return QString("Recent File List/File%1").arg(index + 1);
@@ -23,7 +13,7 @@ QString GetKey(int index)
 
 CRecentFileList::CRecentFileList()
 {
-    const QSettings settings(kRegistryKey, GetProgramName());
+    const QSettings settings = OpenSettings();
     for (int i = 0; i < kMostFiles; ++i)
     {
         const QString path = settings.value(GetKey(i)).toString();
@@ -50,7 +40,7 @@ void CRecentFileList::Remove(const QString& path)
 
 void CRecentFileList::Write() const
 {
-    QSettings settings(kRegistryKey, GetProgramName());
+    QSettings settings = OpenSettings();
     settings.remove("Recent File List");
     for (int i = 0; i < static_cast<int>(m_Files.size()); ++i)
     {

@@ -6,9 +6,11 @@
 #include "ErrorLine.h"
 #include "MainFrm.h"
 #include "Pictures.h"
+#include "ProgramSettings.h"
 #include "ResourceFolder.h"
 #include "StartOptions.h"
 #include "Streams.h"
+#include "UserWorkspace.h"
 #include "resource.h"
 #include <QEventLoop>
 #include <QFile>
@@ -25,6 +27,7 @@ namespace
 constexpr int kDone = 0;
 constexpr int kNoWindow = 1;
 constexpr int kUsage = 2;
+constexpr char kFolderKey[] = "File Dialogs/Folder";
 
 void Complain(const std::string& text)
 {
@@ -42,11 +45,16 @@ CTessarineApp::CTessarineApp(int& argc, char** argv)
     m_Terminal = DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); });
     SetErrorListener([this](std::string_view line) { Show(line); });
     m_Console.show();
+    m_Platform.SetLastFolder(QFile::encodeName(OpenSettings().value(kFolderKey).toString()).toStdString());
 }
 
 CTessarineApp::~CTessarineApp()
 {
     ExitInstance();
+    if (const std::filesystem::path& folder = m_Platform.GetLastFolder(); !folder.empty())
+    {
+        OpenSettings().setValue(kFolderKey, QFile::decodeName(folder.c_str()));
+    }
     SetErrorListener({});
     DebugConsole().SetSink(std::move(m_Terminal));
     SetPlatform(m_pPlatformBefore);
@@ -83,6 +91,12 @@ void CTessarineApp::Show(std::string_view text)
 
 bool CTessarineApp::InitInstance(const StartOptions& options)
 {
+    const QString model =
+        options.importModel.isEmpty() ? QString() : QFileInfo(options.importModel).absoluteFilePath();
+    if (options.workspace)
+    {
+        EnterWorkspace();
+    }
     m_pFrame = std::make_unique<CMainFrame>(*this);
     if (!m_pFrame->OnCreate())
     {
@@ -97,17 +111,31 @@ bool CTessarineApp::InitInstance(const StartOptions& options)
     {
         return false;
     }
+    m_pFrame->RestorePlace();
     m_pFrame->showMaximized();
     m_pFrame->raise(); // over the console
     m_pFrame->activateWindow();
     m_pFrame->GetView().setFocus();
-    if (!options.importModel.isEmpty())
+    if (!model.isEmpty())
     {
         WaitForWindow();
-        m_Platform.AnswerFile(QFile::encodeName(options.importModel).toStdString());
-        m_pFrame->OnCommand(ResourceID::ImportObj);
+        m_pFrame->ImportModel(model);
     }
     return true;
+}
+
+/// Without it the program works in the folder where it was started.
+void CTessarineApp::EnterWorkspace()
+{
+    try
+    {
+        EnterUserWorkspace();
+    }
+    catch (const std::exception& error)
+    {
+        m_Platform.ShowMessage("Tessarine",
+                               std::string("the workspace folder cannot be used: ") + error.what());
+    }
 }
 
 /// While a command runs the view does not draw by itself: the window manager first has to show the window and to give

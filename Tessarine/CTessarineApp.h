@@ -43,6 +43,7 @@ private:
     void TakeConsoleText(std::string_view text);
     void Show(std::string_view text);
     bool ProcessShellCommand(const StartOptions& options);
+    void EnterWorkspace();
     void WaitForWindow();
     void ReportMissingGL();
     void OnAppAbout();

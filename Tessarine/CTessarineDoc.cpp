@@ -61,8 +61,16 @@ bool CTessarineDoc::OnNewDocument()
         return false;
     }
     m_strPath.clear();
-    m_Frame.setWindowTitle(QString::fromStdString(GetWindowTitle({})));
+    ShowName({});
     return true;
+}
+
+void CTessarineDoc::OnImported(const std::filesystem::path& model)
+{
+    if (!model.empty())
+    {
+        ShowName(ToName(model.filename()));
+    }
 }
 
 void CTessarineDoc::OnFileOpen()
@@ -103,7 +111,12 @@ void CTessarineDoc::OnFileSave(bool askForName)
 void CTessarineDoc::SetPathName(const QString& path)
 {
     m_strPath = path;
-    m_Frame.setWindowTitle(QString::fromStdString(GetWindowTitle(QFileInfo(path).fileName().toStdString())));
+    ShowName(QFileInfo(path).fileName());
     CTessarineApp::Get().GetRecentFiles().Add(path);
+}
+
+void CTessarineDoc::ShowName(const QString& name)
+{
+    m_Frame.setWindowTitle(QString::fromStdString(GetWindowTitle(name.toStdString())));
 }
 }

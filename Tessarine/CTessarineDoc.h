@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <filesystem>
 
 namespace tessarine
 {
@@ -23,10 +24,14 @@ public:
     /// Gives the document the name of a file, which must be there. The models stay.
     bool OnOpenDocument(const QString& path);
 
+    /// Shows the name of a model that was imported. An empty name is none.
+    void OnImported(const std::filesystem::path& model);
+
 private:
     void OnFileOpen();
     void OnFileSave(bool askForName);
     void SetPathName(const QString& path);
+    void ShowName(const QString& name);
     IAWorkbench& GetWorkbench();
 
     CMainFrame& m_Frame;

@@ -5,14 +5,20 @@
 #include "LockedKeys.h"
 #include "MenuTables.h"
 #include "Pictures.h"
+#include "ProgramSettings.h"
 #include "Resources.h"
 #include "StatusPanes.h"
 #include "resource.h"
 #include <QAction>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QStatusBar>
 #include <QStatusTipEvent>
 #include <QToolBar>
@@ -46,6 +52,17 @@ QString GetRecentName(int index, QString path)
     }
     return QString("&%1 %2").arg(index + 1).arg(path.replace('&', "&&"));
 }
+
+/// The only file that is dragged, where it is a model; else empty.
+QString GetDraggedModel(const QMimeData& data)
+{
+    const QList<QUrl> urls = data.urls();
+    const QString path = urls.size() == 1 ? urls.constFirst().toLocalFile() : QString();
+    return path.endsWith(".obj", Qt::CaseInsensitive) ? path : QString();
+}
+
+constexpr char kPlaceKey[] = "Main Frame/Place";
+constexpr char kBarsKey[] = "Main Frame/Bars";
 
 bool IsRecentFile(int id)
 {
@@ -83,6 +100,7 @@ CMainFrame::CMainFrame(CTessarineApp& app) : m_App(app), m_Actions(*this, [this]
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
     setIconSize({kButtonSize, kButtonSize});
     resize(kUsualSize); // when it is not maximised
+    setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu);
     m_App.GetPlatform().SetMainWindow(this);
 }
@@ -114,6 +132,19 @@ bool CMainFrame::OnCreate()
     m_pDocument = std::make_unique<CTessarineDoc>(*this);
     UpdateCommands();
     return true;
+}
+
+void CMainFrame::RestorePlace()
+{
+    const QSettings settings = OpenSettings();
+    restoreGeometry(settings.value(kPlaceKey).toByteArray());
+    restoreState(settings.value(kBarsKey).toByteArray());
+}
+
+void CMainFrame::ImportModel(const QString& path)
+{
+    m_App.GetPlatform().AnswerFile(QFile::encodeName(path).toStdString());
+    OnCommand(ResourceID::ImportObj);
 }
 
 void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
@@ -247,7 +278,10 @@ void CMainFrame::RunCommand(int id)
     {
         running.emplace(*this, name);
     }
-    m_pView->RunCommand(name, id);
+    if (m_pView->RunCommand(name, id) && id == ResourceID::ImportObj)
+    {
+        m_pDocument->OnImported(m_App.GetPlatform().GetChosenFile());
+    }
 }
 
 bool CMainFrame::OnFrameCommand(int id)
@@ -327,6 +361,29 @@ bool CMainFrame::event(QEvent* event)
 void CMainFrame::closeEvent(QCloseEvent* event)
 {
     event->setAccepted(m_pView == nullptr || !m_pView->IsOccupied());
+    if (event->isAccepted())
+    {
+        QSettings settings = OpenSettings();
+        settings.setValue(kPlaceKey, saveGeometry());
+        settings.setValue(kBarsKey, saveState());
+    }
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!m_pView->IsOccupied() && !GetDraggedModel(*event->mimeData()).isEmpty())
+    {
+        event->acceptProposedAction();
+    }
+}
+
+void CMainFrame::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    // Once the other program has its answer: an import may take its time, and ask.
+    QMetaObject::invokeMethod(
+        this, [this, path = GetDraggedModel(*event->mimeData())] { ImportModel(path); },
+        Qt::QueuedConnection);
 }
 
 /// The keys that stay down change anywhere, also while another program has the keyboard.

@@ -30,6 +30,12 @@ public:
     CTessarineView& GetView() { return *m_pView; }
     CTessarineDoc& GetDocument() { return *m_pDocument; }
 
+    /// Puts the window and its toolbars where they were in the last run.
+    void RestorePlace();
+
+    /// Imports a model as the entry of the menu does, without asking for its name.
+    void ImportModel(const QString& path);
+
     /// Runs an entry of the menus and toolbars.
     void OnCommand(int id);
     /// How an entry is shown.
@@ -45,6 +51,9 @@ protected:
     bool event(QEvent* event) override;
     /// A window whose action is under way stays: it would end with the action half done.
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    /// One OBJ file is imported.
+    void dropEvent(QDropEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -11,6 +11,8 @@ Opens the workbench's window.
 
   FILE             a document to begin with, as "打开" (open) takes it; models come by --import
   --import MODEL   imports an OBJ model, as "导入" (import) does
+  --workspace      works in the folder Tessarine among your documents, which is made with its samples on first use;
+                   FILE is then a model to import
   -h, --help       shows this
   -v, --version    shows the version
 
@@ -38,9 +40,10 @@ StartOptions ParseStartOptions(const QStringList& words)
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions); // as Qt's own
     const QCommandLineOption import("import", QString(), "MODEL");
+    const QCommandLineOption workspace("workspace");
     const QCommandLineOption help(QStringList{"h", "help"});
     const QCommandLineOption version(QStringList{"v", "version"});
-    parser.addOptions({import, help, version});
+    parser.addOptions({import, workspace, help, version});
 
     StartOptions options;
     if (!parser.parse(words))
@@ -50,8 +53,11 @@ StartOptions ParseStartOptions(const QStringList& words)
     }
     options.help = parser.isSet(help);
     options.version = parser.isSet(version);
-    options.importModel = TakeOne(parser.values(import), options.error);
-    options.file = TakeOne(parser.positionalArguments(), options.error);
+    options.workspace = parser.isSet(workspace);
+    const QStringList files = parser.positionalArguments();
+    options.importModel =
+        TakeOne(options.workspace ? parser.values(import) + files : parser.values(import), options.error);
+    options.file = options.workspace ? QString() : TakeOne(files, options.error);
     return options;
 }
 

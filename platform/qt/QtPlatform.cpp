@@ -154,9 +154,10 @@ std::optional<std::filesystem::path> QtPlatform::AskSaveFile(const FileQuestion&
 
 std::optional<std::filesystem::path> QtPlatform::Ask(QFileDialog& dialog, const FileQuestion& question)
 {
+    m_ChosenFile.clear();
     if (m_FileAnswer)
     {
-        return TakeFileAnswer();
+        return m_ChosenFile = TakeFileAnswer();
     }
     // One dialog on every desktop, in the language of the window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
@@ -164,16 +165,23 @@ std::optional<std::filesystem::path> QtPlatform::Ask(QFileDialog& dialog, const 
     {
         dialog.setWindowTitle(QString::fromStdString(question.title));
     }
-    dialog.setDirectory(QFile::decodeName(GetCurrentFolder().c_str()));
+    dialog.setDirectory(QFile::decodeName(FindFirstFolder().c_str()));
     dialog.setNameFilters(ParseFileFilter(question.filter));
     dialog.setDefaultSuffix(QString::fromStdString(question.defaultExtension));
     if (!AskUser(dialog))
     {
         return std::nullopt;
     }
-    std::filesystem::path choice = ToPath(dialog.selectedFiles().constFirst());
+    const std::filesystem::path choice = ToPath(dialog.selectedFiles().constFirst());
     SetCurrentFolder(choice.parent_path());
-    return choice;
+    m_LastFolder = choice.parent_path();
+    return m_ChosenFile = choice;
+}
+
+std::filesystem::path QtPlatform::FindFirstFolder() const
+{
+    std::error_code ignored;
+    return std::filesystem::is_directory(m_LastFolder, ignored) ? m_LastFolder : GetCurrentFolder();
 }
 
 bool QtPlatform::AskUser(QDialog& dialog)
@@ -192,7 +200,7 @@ void QtPlatform::InvalidateView()
     }
 }
 
-std::optional<std::filesystem::path> QtPlatform::TakeFileAnswer()
+std::filesystem::path QtPlatform::TakeFileAnswer()
 {
     const std::filesystem::path choice = GetCurrentFolder() / *m_FileAnswer;
     m_FileAnswer.reset();

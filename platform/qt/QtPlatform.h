@@ -42,6 +42,12 @@ public:
     void SetPopupMenus(std::vector<QPointer<QMenu>> menus) { m_PopupMenus = std::move(menus); }
     void SetPane(int pane, QLabel* label) { m_Panes.at(static_cast<std::size_t>(pane)) = label; }
 
+    /// The file of the last dialog; empty when it was cancelled.
+    const std::filesystem::path& GetChosenFile() const { return m_ChosenFile; }
+    /// The folder of the last file that a user chose, where the next dialog begins; empty for the current one.
+    const std::filesystem::path& GetLastFolder() const { return m_LastFolder; }
+    void SetLastFolder(std::filesystem::path folder) { m_LastFolder = std::move(folder); }
+
     /// Answers the next file dialog without showing it.
     void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
 
@@ -57,7 +63,8 @@ protected:
     void InvalidateView();
 
 private:
-    std::optional<std::filesystem::path> TakeFileAnswer();
+    std::filesystem::path TakeFileAnswer();
+    std::filesystem::path FindFirstFolder() const;
     std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question);
     void Show(QMessageBox& box);
 
@@ -66,6 +73,8 @@ private:
     std::array<QPointer<QLabel>, kPaneCount> m_Panes;
     std::vector<QPointer<QMenu>> m_PopupMenus;
     std::optional<std::filesystem::path> m_FileAnswer;
+    std::filesystem::path m_ChosenFile;
+    std::filesystem::path m_LastFolder;
     bool m_bAsking = false;
 };
 }

@@ -1,7 +1,9 @@
 #include "CommandLine.h"
 #include "Operations.h"
 #include <algorithm>
+#include <fstream>
 #include <gmock/gmock.h>
+#include <iterator>
 #include <sstream>
 
 using namespace tessarine;
@@ -291,4 +293,20 @@ TEST(BatchHelp, KnowsTheFormOfEveryArgument)
         const bool isRatio = operation.arguments == "RATIO";
         EXPECT_EQ(ComplaintOn(words).empty(), !isRatio) << operation.name;
     }
+}
+
+TEST(BatchCompletion, OffersEveryOperationAndNothingElse)
+{
+    std::ifstream file(TESSARINE_COMPLETION);
+    const std::string script(std::istreambuf_iterator<char>(file), {});
+    const std::string begin = "local operations=\"";
+    const std::size_t first = script.find(begin) + begin.size();
+    std::istringstream list(script.substr(first, script.find('"', first) - first));
+    const std::vector<std::string> offered(std::istream_iterator<std::string>(list), {});
+    std::vector<std::string> known;
+    for (const Operation& operation : GetOperations())
+    {
+        known.emplace_back(operation.name);
+    }
+    EXPECT_EQ(offered, known);
 }

@@ -1,10 +1,12 @@
 #include "GuiTest.h"
 #include "resource.h"
 #include <QAction>
+#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QScreen>
 #include <QSettings>
 #include <QTimer>
@@ -22,6 +24,26 @@ class FilesGuiTest : public GuiTest
 {
 protected:
     QString PathOf(const char* name) { return QString::fromStdString((m_Folder / name).string()); }
+
+    /// @return whether the window takes it
+    bool Drop(const QStringList& paths)
+    {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString& path : paths)
+        {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        data.setUrls(urls);
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&View(), &enter);
+        if (enter.isAccepted())
+        {
+            QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&View(), &drop);
+        }
+        return enter.isAccepted();
+    }
 
     void Open(const char* name)
     {
@@ -65,6 +87,54 @@ TEST_F(FilesGuiTest, ComesBackToTheFolderOfBefore)
     ChooseFromMenu(ResourceID::ImportObj);
     EXPECT_EQ(PaneText(1), "顶点数: 4");
     EXPECT_EQ(GetCurrentFolder(), m_Folder.GetPath());
+}
+
+TEST_F(FilesGuiTest, BeginsInTheFolderOfTheLastFile)
+{
+    m_Folder.Write("first/a.obj", kTetrahedronObj);
+    m_Folder.Write("b.obj", kTetrahedronObj);
+    App().GetPlatform().SetLastFolder(m_Folder / "first"); // as the run before has left it
+    AnswerFileDialog("a.obj");
+    ChooseFromMenu(ResourceID::ImportObj);
+    EXPECT_EQ(PaneText(1), "顶点数: 4");
+    AnswerFileDialog("../b.obj");
+    ChooseFromMenu(ResourceID::ImportObj);
+    EXPECT_EQ(App().GetPlatform().GetLastFolder(), m_Folder.GetPath());
+    EXPECT_EQ(GetCurrentFolder(), m_Folder.GetPath());
+    EXPECT_THAT(GetMessages(), IsEmpty());
+
+    App().GetPlatform().SetLastFolder(m_Folder / "gone");
+    AnswerFileDialog("b.obj"); // in the current folder
+    ChooseFromMenu(ResourceID::ImportObj);
+    EXPECT_THAT(GetMessages(), IsEmpty());
+}
+
+TEST_F(FilesGuiTest, ShowsTheModelsNameInTheTitle)
+{
+    m_Folder.Write("duck.obj", kTetrahedronObj);
+    AnswerFileDialog("duck.obj");
+    ChooseFromMenu(ResourceID::ImportObj);
+    EXPECT_TRUE(Frame().windowTitle().contains("duck.obj")) << Frame().windowTitle().toStdString();
+
+    WhenDialogOpens([](QDialog& dialog) { dialog.reject(); });
+    ChooseFromMenu(ResourceID::ImportObj);
+    EXPECT_TRUE(Frame().windowTitle().contains("duck.obj"));
+    ChooseFromMenu(ResourceID::FileNew);
+    EXPECT_FALSE(Frame().windowTitle().contains("duck.obj"));
+}
+
+TEST_F(FilesGuiTest, ImportsAModelThatIsDroppedOnTheWindow)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    Drop({PathOf("a.obj")});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return PaneText(1) == "顶点数: 4"; }));
+}
+
+TEST_F(FilesGuiTest, TakesNothingElseThatIsDropped)
+{
+    EXPECT_FALSE(Drop({PathOf("a.png")}));
+    EXPECT_FALSE(Drop({PathOf("a.obj"), PathOf("b.obj")}));
+    EXPECT_FALSE(Drop({}));
 }
 
 TEST_F(FilesGuiTest, ImportsAFileWithAChineseName)
@@ -274,7 +344,7 @@ TEST_F(FilesGuiTest, ImportsTheModelOfTheCommandLine)
     m_Folder.Write("models/a.obj", kTetrahedronObj);
     EXPECT_TRUE(StartAgain("", "models/a.obj"));
     EXPECT_EQ(PaneText(1), "顶点数: 4");
-    EXPECT_EQ(Frame().windowTitle(), "无标题 - Tessarine");
+    EXPECT_EQ(Frame().windowTitle(), "a.obj - Tessarine");
     EXPECT_EQ(GetCurrentFolder(), m_Folder.GetPath());
 }
 }

@@ -1,5 +1,6 @@
 #include "GuiTest.h"
 #include "MenuTables.h"
+#include "ProgramSettings.h"
 #include "Resources.h"
 #include "resource.h"
 #include <QAction>
@@ -187,6 +188,18 @@ TEST_F(FrameGuiTest, HidesAndShowsItsBars)
         ChooseFromMenu(id);
         EXPECT_TRUE(Action(id).isChecked());
     }
+}
+
+TEST_F(FrameGuiTest, ComesBackWithItsBarsWhereTheyWere)
+{
+    auto* bar = Frame().findChild<QToolBar*>(QString::number(ResourceID::SelectToolbar));
+    ASSERT_NE(bar, nullptr);
+    Frame().addToolBar(Qt::LeftToolBarArea, bar);
+    Frame().close();
+    ASSERT_TRUE(StartAgain({}));
+    bar = Frame().findChild<QToolBar*>(QString::number(ResourceID::SelectToolbar));
+    EXPECT_EQ(Frame().toolBarArea(bar), Qt::LeftToolBarArea);
+    OpenSettings().clear(); // the other tests begin as a first run does
 }
 
 TEST_F(FrameGuiTest, ClosesWhileAMenuIsOpen)

@@ -35,6 +35,17 @@ TEST(StartOptions, TakeTheModelToImport)
     EXPECT_TRUE(Parse({"--import", "a.obj"}).file.isEmpty());
 }
 
+TEST(StartOptions, TakeTheFileForAModelInTheWorkspace)
+{
+    EXPECT_FALSE(Parse({"a.obj"}).workspace);
+    EXPECT_TRUE(Parse({"--workspace"}).workspace);
+    EXPECT_EQ(Parse({"--workspace", "a.obj"}).importModel, "a.obj");
+    EXPECT_TRUE(Parse({"--workspace", "a.obj"}).file.isEmpty());
+    EXPECT_EQ(Parse({"--workspace", "--import", "a.obj"}).importModel, "a.obj");
+    EXPECT_EQ(Parse({"--workspace", "--import", "a.obj", "b.obj"}).error, "one file at a time: a.obj b.obj");
+    EXPECT_EQ(Parse({"--workspace", ""}).error, "the name of the file is empty");
+}
+
 TEST(StartOptions, KnowHelpAndVersion)
 {
     EXPECT_TRUE(Parse({"--help"}).help);
