@@ -18,6 +18,7 @@ namespace tessarine
 namespace
 {
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -354,7 +355,15 @@ TEST_F(MeshOptimisation, FailsWhereASwapWouldGiveATriangleWithoutArea)
     IndexedMesh mesh = Sphere(0);
     mesh.positions[0] = smVec3d(0, 0, 0);
     Show(mesh);
-    EXPECT_THROW(Run(1), Failure);
+    EXPECT_THAT(GetRefusal(1), HasSubstr("an edge at (0.000000, 0.000000, "));
+}
+
+TEST_F(MeshOptimisation, FailsAtADoubledTriangle)
+{
+    IndexedMesh mesh = Sphere(0);
+    mesh.positions[5] = mesh.positions[2]; // the lower half lies in the upper
+    Show(mesh);
+    EXPECT_THAT(GetRefusal(1), HasSubstr("in one place"));
 }
 
 TEST_F(MeshOptimisation, FailsWhereNumbersAreTooLarge)
@@ -418,23 +427,38 @@ TEST_F(MeshOptimisation, OnlyComputesNormalsWhereNothingIsToBeRemoved)
     const auto before = EndsOfEdges(*solid);
     for (const int mode : {2, 0, 4})
     {
+        const ErrorLineCapture errors;
         solid->GetFaceList()[0]->GetNormal() = smVec3d(7, 7, 7);
         Run(mode);
         EXPECT_EQ(EndsOfEdges(*solid), before);
         EXPECT_EQ(m_Elements.GetEdgeArray().size(), 48U);
         EXPECT_NEAR(solid->GetFaceList()[0]->GetNormal().Length(), 1.0, 1e-15);
+        EXPECT_EQ(errors.GetText().empty(), mode == 2);
     }
 }
 
 TEST_F(MeshOptimisation, LeavesAnEdgeWithoutLengthWhereItsVertexLiesOnARim)
 {
     IndexedMesh mesh = Grid(3);
-    mesh.positions[1] = mesh.positions[0]; // both on the rim
+    mesh.positions[1] = mesh.positions[0];   // both on the rim
+    mesh.positions[15] = mesh.positions[10]; // the first one on it
     DSSolid* solid = Show(mesh);
     const AssertionCapture assertions;
+    const ErrorLineCapture errors;
     Run(2);
     EXPECT_EQ(solid->GetFaceList().size(), 18U);
     EXPECT_TRUE(LinksHold(*solid));
+    EXPECT_THAT(errors.GetText(), EndsWith("torn without them: 1\n"));
+}
+
+TEST_F(MeshOptimisation, TellsOfNoLengthWhereFacesClash)
+{
+    IndexedMesh mesh = Sphere(1);
+    std::swap(mesh.indices[1], mesh.indices[2]); // the two sides of its edges start at one vertex
+    Show(mesh);
+    const ErrorLineCapture errors;
+    Run(2);
+    EXPECT_EQ(errors.GetText(), "");
 }
 
 TEST_F(MeshOptimisation, IsRefusedWhereTooMuchStandsInOnePlace)

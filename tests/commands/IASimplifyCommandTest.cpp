@@ -21,6 +21,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 IndexedMesh Icosahedron()
 {
@@ -210,7 +211,9 @@ TEST_F(Simplification, MayLeaveNothing)
 {
     Show(Tetrahedron());
     ConsoleCapture console;
+    const ErrorLineCapture errors;
     Run(1.0F);
+    EXPECT_EQ(errors.GetText(), "simplification has left no face\n");
     EXPECT_EQ(console.GetText(), "sTriangles: 0\nsVertexes: 0\nfn.Size(): 0\nNumber of halfedge: 12\n");
     ASSERT_EQ(m_Scene.GetRootGroup()->GetChildren().size(), 2U);
     EXPECT_TRUE(GetChild(1)->GetSolid()->GetVertexList().empty());
@@ -388,7 +391,9 @@ TEST_F(Simplification, TakesThreeCornersOfQuadsForAFace)
 {
     // Of the 24 corners 18 are read, as six faces. The first pair goes, which two of them have.
     Show(Shaken(QuadCube(), 10));
+    const ErrorLineCapture errors;
     EXPECT_EQ(Simplify(0.0F).GetFaceList().size(), 4U);
+    EXPECT_THAT(errors.GetText(), StartsWith("simplification is for triangles"));
 }
 
 TEST_F(Simplification, IsRefusedForTooFewCorners)

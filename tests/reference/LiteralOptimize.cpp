@@ -79,13 +79,16 @@ private:
         return std::acos(std::min(1.0, std::max(-1.0, a.Dot(b))));
     }
 
-    static smVec3d Unit(smVec3d v)
+    static smVec3d Unit(smVec3d v, const smVec3d& end)
     {
         if (!(v.Length() > smVec3d_zero))
         {
             throw Failure(
-                "the three corners beside an edge of the model lie on one line, so that swapping the edge "
-                "would give a triangle without area: move one of them a little, and try again");
+                "swapping an edge at (" + std::to_string(end.x) + ", " + std::to_string(end.y) + ", " +
+                std::to_string(end.z) +
+                ") would give a triangle without area, as its end there and the two corners beside it "
+                "lie on one line or in one place: move one of them a little, or take out doubled triangles, "
+                "and try again");
         }
         v.Normalize();
         return v;
@@ -105,8 +108,8 @@ private:
         const smVec3d D = PositionOf(h2->GetPrev());
         const smVec3d n1 = FaceOf(h1)->CalcNormal();
         const smVec3d n2 = FaceOf(h2)->CalcNormal();
-        const smVec3d m1 = Unit((D - A).Cross(C - A));
-        const smVec3d m2 = Unit((C - B).Cross(D - B));
+        const smVec3d m1 = Unit((D - A).Cross(C - A), A);
+        const smVec3d m2 = Unit((C - B).Cross(D - B), B);
         const double L1 = (A - C).Length();
         const double L2 = (A - D).Length();
         const double L3 = (B - C).Length();

@@ -1,6 +1,7 @@
 #pragma once
 #include "Assert.h"
 #include "Console.h"
+#include "ErrorLine.h"
 #include "HeadlessPlatform.h"
 #include <string>
 #include <vector>
@@ -47,6 +48,22 @@ private:
     std::vector<std::string> m_Expressions;
     std::vector<std::string> m_Paths;
     AssertionHandler m_Before;
+};
+
+/// Collects what goes to standard error by PrintErrorLine while it lives. It is printed as well.
+class ErrorLineCapture
+{
+public:
+    ErrorLineCapture() : m_Before(SetErrorListener([this](std::string_view text) { m_strText += text; })) {}
+    ~ErrorLineCapture() { SetErrorListener(m_Before); }
+    ErrorLineCapture(const ErrorLineCapture&) = delete;
+    ErrorLineCapture& operator=(const ErrorLineCapture&) = delete;
+
+    const std::string& GetText() const { return m_strText; }
+
+private:
+    std::string m_strText;
+    ErrorListener m_Before;
 };
 
 /// Collects the message boxes from here on.

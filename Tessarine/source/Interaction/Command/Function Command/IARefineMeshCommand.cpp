@@ -2,6 +2,7 @@
 #include "ACTEuler.h"
 #include "Console.h"
 #include "CycleGuard.h"
+#include "ErrorLine.h"
 #include "Failure.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
@@ -46,14 +47,17 @@ double AngleBetween(const smVec3d& a, const smVec3d& b)
     return std::acos(std::clamp(a.Dot(b), -1.0, 1.0));
 }
 
-smVec3d UnitNormal(const smVec3d& a, const smVec3d& b)
+/// Of the triangle that a swap would give, seen from the end of the edge that is its first corner.
+smVec3d UnitNormal(const smVec3d& end, const smVec3d& p, const smVec3d& q)
 {
-    smVec3d normal = a.Cross(b);
+    smVec3d normal = (p - end).Cross(q - end);
     if (!(normal.Length() > smVec3d_zero))
     {
-        throw Failure(
-            "the three corners beside an edge of the model lie on one line, so that swapping the edge would "
-            "give a triangle without area: move one of them a little, and try again");
+        throw Failure("swapping an edge at (" + std::to_string(end.x) + ", " + std::to_string(end.y) + ", " +
+                      std::to_string(end.z) +
+                      ") would give a triangle without area, as its end there and the two corners beside it lie on "
+                      "one line or in one place: move one of them a little, or take out doubled triangles, and try "
+                      "again");
     }
     normal.Normalize();
     return normal;
@@ -128,6 +132,11 @@ void IARefineMeshCommand::Execute()
     {
         ZeroEdgeRemoval(m_pElementManager, *m_pSolid).Run();
     }
+    else
+    {
+        PrintErrorLine("optimisation knows the modes 1 and 3, which swap edges, and 2, which removes edges without "
+                       "length; mode " + std::to_string(m_nMode) + " computes normals alone");
+    }
     m_pSolid->CalcNormals();
 }
 
@@ -150,8 +159,8 @@ double IARefineMeshCommand::EdgeSwapGain(DSEdge* pEdge)
     const smVec3d& d = GetStartOf(h2->GetPrev());
     const smVec3d n1 = GetFaceAt(h1).CalcNormal();
     const smVec3d n2 = GetFaceAt(h2).CalcNormal();
-    const smVec3d m1 = UnitNormal(d - a, c - a);
-    const smVec3d m2 = UnitNormal(c - b, d - b);
+    const smVec3d m1 = UnitNormal(a, d, c);
+    const smVec3d m2 = UnitNormal(b, c, d);
     const double ac = (a - c).Length();
     const double ad = (a - d).Length();
     const double bc = (b - c).Length();

@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Console.h"
 #include "CycleGuard.h"
+#include "ErrorLine.h"
 #include "Failure.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
@@ -61,7 +62,14 @@ void IASimplifyCommand::ReadSolid(const DSSolid& solid)
 {
     ReadVertices(solid);
     ReadFaces(solid);
-    if (m_FaceVertices.size() < 3 * static_cast<std::size_t>(m_nFaces))
+    const std::size_t corners = 3 * static_cast<std::size_t>(m_nFaces);
+    if (m_FaceVertices.size() > corners)
+    {
+        PrintErrorLine("simplification is for triangles, and of the model's faces with more corners each three corners "
+                       "behind one another are taken for one: split them in the program that made it, and import "
+                       "again");
+    }
+    if (m_FaceVertices.size() < corners)
     {
         throw Failure("the model has faces with fewer than three corners, which "
                       "cannot be simplified: remove "
@@ -123,6 +131,10 @@ void IASimplifyCommand::ContractPairs()
     work.QueueEdgePairs();
     work.ContractCheapestFirst(static_cast<std::int32_t>(static_cast<float>(m_nFaces) * m_fRatio));
     NumberSurvivors(work);
+    if (sTriangles == 0)
+    {
+        PrintErrorLine("simplification has left no face");
+    }
 }
 
 /// A face survives whose corners have stayed three.

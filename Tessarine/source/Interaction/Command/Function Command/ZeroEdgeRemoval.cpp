@@ -56,7 +56,7 @@ void ZeroEdgeRemoval::Run()
         {
             CollapseEdge(*pEdge);
         }
-        else
+        else if (RunsOppositeWays(*pEdge))
         {
             ++left;
         }
@@ -67,6 +67,12 @@ void ZeroEdgeRemoval::Run()
             "edges without length that stay, as the mesh around them would be torn without them: " +
             std::to_string(left));
     }
+}
+
+/// Else the starts of its sides are one vertex, which tells nothing of its length.
+bool ZeroEdgeRemoval::RunsOppositeWays(const DSEdge& edge)
+{
+    return edge.GetHalfEdge1()->GetVertex() != edge.GetHalfEdge2()->GetVertex();
 }
 
 bool ZeroEdgeRemoval::HasNoLength(const DSEdge& edge)

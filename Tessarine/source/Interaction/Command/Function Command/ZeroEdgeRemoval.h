@@ -24,6 +24,7 @@ public:
 
 private:
     static bool HasNoLength(const DSEdge& edge);
+    static bool RunsOppositeWays(const DSEdge& edge);
     bool CanCollapse(const DSEdge& edge) const;
     bool IsInOneClosedFan(const DSHalfEdge& start) const;
     void CollapseEdge(const DSEdge& edge);
