@@ -1,9 +1,10 @@
-# What is installed, and the Debian package of it (cpack --config build/release/CPackConfig.cmake).
+# What is installed, and the Debian package of it (packaging/make-deb).
+set(CMAKE_INSTALL_DOCDIR share/doc/tessarine)
 include(GNUInstallDirs)
 
 install(TARGETS tessarine-batch tessarine-samples)
 install(DIRECTORY Tessarine/res DESTINATION ${CMAKE_INSTALL_DATADIR}/tessarine)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 install(FILES README.md README.zh-CN.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/tessarine-batch.1 packaging/tessarine-samples.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES packaging/completion.bash RENAME tessarine-batch
