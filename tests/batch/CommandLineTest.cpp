@@ -295,6 +295,17 @@ TEST(BatchHelp, KnowsTheFormOfEveryArgument)
     }
 }
 
+TEST(BatchTour, ShowsEveryOperation)
+{
+    std::ifstream file(TESSARINE_TOUR);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(file), {});
+    for (const Operation& operation : GetOperations())
+    {
+        const bool isMadeByAWord = operation.name == "render" || operation.name == "export"; // PICTURE, MODEL
+        EXPECT_TRUE(isMadeByAWord || std::ranges::count(words, operation.name) > 0) << operation.name;
+    }
+}
+
 TEST(BatchCompletion, OffersEveryOperationAndNothingElse)
 {
     std::ifstream file(TESSARINE_COMPLETION);
