@@ -8,6 +8,7 @@
 #include "IODatasetUnitizing.h"
 #include "ImageFilter.h"
 #include "LiteralSilhouette.h"
+#include "Path.h"
 #include "TemporaryFolder.h"
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -148,16 +149,19 @@ TEST_F(WorkspaceFiles, HaveLabelledPointsInAFrameOfTheirOwn)
     EXPECT_TRUE(std::filesystem::is_empty("data1"));
 }
 
-TEST_F(WorkspaceFiles, AreTheSameAgain)
+TEST_F(WorkspaceFiles, AreTheSameAgainInFoldersOfAnyCase)
 {
     const TemporaryFolder again;
+    again.Write("Data/Bunny/keep", "");
     WriteWorkspace(again.GetPath(), kSmall);
+    EXPECT_FALSE(again.Has("data")); // what reads it takes the one that is there
+    SetCurrentFolder(again.GetPath());
     for (const auto& entry : std::filesystem::recursive_directory_iterator(s_pFolder->GetPath()))
     {
         if (entry.is_regular_file())
         {
             const auto name = std::filesystem::relative(entry.path(), s_pFolder->GetPath());
-            ASSERT_EQ(again.Read(name), s_pFolder->Read(name)) << name;
+            ASSERT_EQ(again.Read(ResolveForReading(name)), s_pFolder->Read(name)) << name;
         }
     }
 }
