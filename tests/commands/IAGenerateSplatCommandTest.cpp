@@ -15,13 +15,13 @@ using testing::HasSubstr;
 
 constexpr char kIdentity[] = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n";
 
-/// A folder with marked images of four by two pixels.
+/// A folder with marked images, of four by two pixels where nothing else is said.
 class SplatTest : public testing::Test
 {
 protected:
-    void WriteCameras(const std::vector<std::string>& views) const
+    void WriteCameras(const std::vector<std::string>& views, const std::string& size = "4 2") const
     {
-        std::string text = std::to_string(views.size()) + "\n4 2\n";
+        std::string text = std::to_string(views.size()) + '\n' + size + '\n';
         for (const std::string& view : views)
         {
             text += view;
@@ -84,6 +84,45 @@ TEST_F(SplatTest, IsTurnedBackFromItsViewAndUnitised)
     WritePicture(1, {"..m.", "...."});
     // (0, -1, 0.2) of the view is x = y' = -1, y = -x' = 0; then ten times what is left of the centre.
     EXPECT_TRUE(IsAt(Generate().at(0)[0], -20, -20, static_cast<double>((0.2F - 3.0F) * 10)));
+}
+
+TEST_F(SplatTest, TakesPixelsOfAUnitThatAreNoWholeNumber)
+{
+    WriteCameras({kIdentity}, "5 3");
+    WriteUnitizing("0 0 0 1\n2 1\n");
+    WritePicture(1, {".....", "....m", "....."});
+    // 5 / (2 * 2) = 1.25 across and 3 / (2 * 1) = 1.5 down: 4 / 1.25 - 2 and 1 / 1.5 - 1.
+    EXPECT_TRUE(IsAt(Generate().at(0)[0], 1.2, -1.0 / 3, 0.2));
+}
+
+TEST_F(SplatTest, IsUnitisedInSinglePrecision)
+{
+    WriteCameras({kIdentity}, "5 3");
+    WriteUnitizing("0.1 -0.2 0.3 1.7\n2 1\n");
+    WritePicture(1, {".....", "....m", "....."});
+    const smVec3d& corner = Generate().at(0)[0];
+    EXPECT_EQ(corner.x, double{1.7F * (static_cast<float>(4 / 1.25 - 2) - 0.1F)});
+    EXPECT_EQ(corner.y, double{1.7F * (static_cast<float>(1 / 1.5 - 1) + 0.2F)});
+    EXPECT_EQ(corner.z, double{1.7F * (0.2F - 0.3F)});
+}
+
+TEST_F(SplatTest, IsTurnedAndMovedBackBeforeItIsUnitised)
+{
+    // About the vertical by (0.6, 0.8), then about the horizontal by (0.8, 0.6), then moved.
+    WriteCameras({"0.6 0.48 -0.64 0  0 0.8 0.6 0  0.8 -0.36 0.48 0  0.25 -0.5 0.125 1\n"});
+    WriteUnitizing("0.1 -0.2 0.3 1.7\n2 1\n");
+    WritePicture(1, {"..m.", "...m"});
+    // A rotation is undone by the products with its rows.
+    const smVec3d rows[] = {{0.6, 0.48, -0.64}, {0, 0.8, 0.6}, {0.8, -0.36, 0.48}};
+    const smVec3d inView[] = {{0, -1, 0.2}, {1, 0, 0.2}, {1, 0, -0.2}, {0, -1, -0.2}};
+    const CutFace& splat = Generate().at(0);
+    for (std::size_t i = 0; i < 4; ++i)
+    {
+        const smVec3d turned = inView[i] - smVec3d(0.25, -0.5, 0.125);
+        EXPECT_TRUE(IsAt(splat[i], 1.7 * (turned.Dot(rows[0]) - 0.1), 1.7 * (turned.Dot(rows[1]) + 0.2),
+                         1.7 * (turned.Dot(rows[2]) - 0.3)))
+            << i;
+    }
 }
 
 TEST_F(SplatTest, HasNoWidthForASingleMarker)

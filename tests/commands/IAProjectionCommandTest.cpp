@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace tessarine
 {
@@ -117,6 +118,25 @@ TEST_F(ProjectionTest, WritesNinetyImagesAndTheirViews)
     EXPECT_THAT(views,
                 StartsWith("90800 600\n1.000000 0.000000 0.000000 0.000000 0.000000 0.642788 -0.766044 "));
     EXPECT_EQ(std::count(views.begin(), views.end(), '\n'), 91);
+}
+
+TEST_F(ProjectionTest, WritesTheSameBytesAgain)
+{
+    CreateSurface();
+    m_Folder.Write("Data/man.data", "3\nleft -1 0 0\nright 1 0.3 0\nfront 0 0 0.7\n");
+    m_Folder.Write("data1/keep", "");
+    Sample();
+    std::filesystem::rename(m_Folder / "data1", m_Folder / "first");
+    m_Folder.Write("data1/keep", "");
+    m_View.Resize(0, 0, 100, 30); // neither the window's size nor what was drawn there counts
+    m_View.Redraw();
+    Sample();
+    const std::set<std::string> names = m_Folder.List("data1");
+    EXPECT_EQ(names.size(), 92U); // with the list of the views and what was there
+    for (const std::string& name : names)
+    {
+        EXPECT_TRUE(m_Folder.Read("first/" + name) == m_Folder.Read("data1/" + name)) << name;
+    }
 }
 
 TEST_F(ProjectionTest, ReportsTheMissingPointsFromTheCommand)

@@ -250,6 +250,17 @@ TEST_F(ReconstructionTest, LeavesTheSceneAndFillsTheOverlays)
     EXPECT_TRUE(m_Scene.GetCutFaceList().empty());
 }
 
+TEST_F(ReconstructionTest, UnitisesTheCloudTwice)
+{
+    Prepare({smMatrix44d(true)});
+    m_Folder.Write("Data/bunny.txta", "2\n1000000 0 0\n1000000.0625 0 0\n");
+    Execute();
+    // Single precision holds both, and not their middle, which becomes the first: 0 and 2. Once more: -1 and 1.
+    ASSERT_EQ(m_View.GetPointCloud().size(), 2U);
+    EXPECT_EQ(m_View.GetPointCloud()[0].x, -1.0);
+    EXPECT_EQ(m_View.GetPointCloud()[1].x, 1.0);
+}
+
 TEST_F(ReconstructionTest, WritesTheFieldAtEachPoint)
 {
     Execute();
@@ -296,20 +307,39 @@ Image DrawMarked(int rows)
     return image;
 }
 
+void ExpectCorners(const CutFace& face, const CutFace& expected)
+{
+    for (std::size_t i = 0; i < face.size(); ++i)
+    {
+        EXPECT_NEAR((face[i] - expected[i]).Length(), 0.0, 1e-12) << i;
+    }
+}
+
+constexpr double kCutDepth = double{0.2F};
+
 TEST_F(ReconstructionTest, AddsACutFaceForAnImageWithMarkers)
 {
     Prepare({smMatrix44d(true)});
     WriteDatasetImage(DrawMarked(2), "data\\bunny\\", 1);
     Execute();
     // u is 40 / 80 - 1 and 120 / 80 - 1, v is 60 / 60 - 1 and 61 / 60 - 1.
-    const CutFace& face = m_Scene.GetCutFaceList().at(0);
-    const double depth = double{0.2F};
-    const smVec3d expected[] = {
-        {-0.5, 0, depth}, {0.5, 1.0 / 60, depth}, {0.5, 1.0 / 60, -depth}, {-0.5, 0, -depth}};
-    for (std::size_t i = 0; i < 4; ++i)
-    {
-        EXPECT_NEAR((face[i] - expected[i]).Length(), 0.0, 1e-12) << i;
-    }
+    ExpectCorners(m_Scene.GetCutFaceList().at(0), {{{-0.5, 0, kCutDepth},
+                                                    {0.5, 1.0 / 60, kCutDepth},
+                                                    {0.5, 1.0 / 60, -kCutDepth},
+                                                    {-0.5, 0, -kCutDepth}}});
+}
+
+TEST_F(ReconstructionTest, TurnsACutFaceBackFromTheViewOfItsImage)
+{
+    Prepare({smMatrix44d(true), IAProjectionCommand::MakeView(90, 90)});
+    WriteDatasetImage(DrawMarked(2), "data\\bunny\\", 2);
+    Execute();
+    // The second view takes (x, y, z) to (z, x, y), so that (u, v, depth) was (v, depth, u).
+    ASSERT_EQ(m_Scene.GetCutFaceList().size(), 1U);
+    ExpectCorners(m_Scene.GetCutFaceList()[0], {{{0, kCutDepth, -0.5},
+                                                 {1.0 / 60, kCutDepth, 0.5},
+                                                 {1.0 / 60, -kCutDepth, 0.5},
+                                                 {0, -kCutDepth, -0.5}}});
 }
 
 TEST_F(ReconstructionTest, AddsNothingForAMarkerThatTheFilterTookAway)

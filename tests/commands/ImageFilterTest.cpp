@@ -47,6 +47,8 @@ TEST(ImageFilter, GoesOnFromTheEndOfARowToTheNext)
 {
     // One pixel at the end of row 0, then object: the run reaches back over the row's end.
     EXPECT_THAT(Filter({"###.", "####", "####"}), ElementsAre("####", "####", "####"));
+    // The same with background below, which no column fills: each run of theirs is of two or more.
+    EXPECT_THAT(Filter({"###.", "#...", "....", "...."}), ElementsAre("####", "#...", "....", "...."));
     // One at the end and one at the start are a run of two; in the columns they stay, each ends no short run.
     EXPECT_THAT(Filter({"..#.", ".##.", "...."}), ElementsAre("..#.", ".##.", "...."));
 }

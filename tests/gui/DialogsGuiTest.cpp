@@ -4,6 +4,8 @@
 #include "resource.h"
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -94,6 +96,44 @@ protected:
         return Control<QLineEdit>(dialog, edit).text().toStdString();
     }
 
+    /// The title of the group that a control stands in.
+    static std::string GroupOf(const QDialog& dialog, int id)
+    {
+        const auto* group = qobject_cast<QGroupBox*>(Control<QWidget>(dialog, id).parentWidget());
+        return group == nullptr ? "" : group->title().toStdString();
+    }
+
+    /// The text of the next label on the left of a control.
+    static std::string LabelOf(const QDialog& dialog, int id)
+    {
+        const auto& control = Control<QWidget>(dialog, id);
+        const QLabel* nearest = nullptr;
+        for (const auto* label : control.parentWidget()->findChildren<QLabel*>())
+        {
+            const QRect place = label->geometry();
+            const int middle = control.geometry().center().y();
+            if (place.top() <= middle && middle <= place.bottom() && place.right() < control.x() &&
+                (nearest == nullptr || nearest->x() < place.x()))
+            {
+                nearest = label;
+            }
+        }
+        return nearest == nullptr ? "" : nearest->text().toStdString();
+    }
+
+    /// Three sliders and their edits, in a group of its own.
+    static void ExpectColourGroup(const QDialog& dialog, const std::string& title, int firstSlider,
+                                  int firstEdit)
+    {
+        const char* const components[] = {"R", "G", "B"};
+        for (int i = 0; i < 3; ++i)
+        {
+            EXPECT_EQ(GroupOf(dialog, firstSlider + i), title);
+            EXPECT_EQ(GroupOf(dialog, firstEdit + i), title);
+            EXPECT_EQ(LabelOf(dialog, firstSlider + i), components[i]) << title;
+        }
+    }
+
     static void Click(QWidget& control, QPoint place)
     {
         QWidget* window = control.window();
@@ -133,6 +173,8 @@ protected:
             [text, key](QDialog& dialog)
             {
                 EXPECT_EQ(dialog.windowTitle(), "设置细分参数");
+                EXPECT_EQ(GroupOf(dialog, 1034), "自适应细分");
+                EXPECT_EQ(LabelOf(dialog, 1034), "最大面积阈值：");
                 auto& edit = Control<QLineEdit>(dialog, 1034);
                 EXPECT_EQ(edit.text(), "0");
                 edit.selectAll();
@@ -162,6 +204,24 @@ TEST_F(DialogsGuiTest, ShowsTheFirstLight)
     EXPECT_EQ(Text(dialog, 1024), "0.61237");
     EXPECT_EQ(Text(dialog, 1025), "0.5");
     EXPECT_EQ(Text(dialog, 1026), "0.61237");
+}
+
+TEST_F(DialogsGuiTest, NamesTheControlsOfALight)
+{
+    const QDialog& dialog = OpenLightingDialog();
+    EXPECT_EQ(LabelOf(dialog, 1030), "Select Light");
+    ExpectColourGroup(dialog, "Ambient", 1000, 1003);
+    ExpectColourGroup(dialog, "Diffuse", 1006, 1009);
+    ExpectColourGroup(dialog, "Specular", 1012, 1015);
+    EXPECT_EQ(Control<QCheckBox>(dialog, 1020).text(), "Ambient");
+    EXPECT_EQ(Control<QCheckBox>(dialog, 1019).text(), "Diffuse");
+    EXPECT_EQ(Control<QCheckBox>(dialog, 1021).text(), "Specular");
+    const std::pair<int, std::string> axes[] = {{1024, "X"}, {1025, "Y"}, {1026, "Z"}};
+    for (const auto& [edit, axis] : axes)
+    {
+        EXPECT_EQ(GroupOf(dialog, edit), "Position");
+        EXPECT_EQ(LabelOf(dialog, edit), axis);
+    }
 }
 
 TEST_F(DialogsGuiTest, EnablesTheGroupsOfTheColoursThatAreOn)
@@ -440,6 +500,24 @@ TEST_F(DialogsGuiTest, ShowsTheMaterialOfTheSolid)
     EXPECT_EQ(Control<QSlider>(dialog, 1037).maximum(), 100);
     EXPECT_EQ(NewestMaterial().m_fShininess, 40.0F) << "showing it writes nothing";
     EXPECT_EQ(NewestMaterial().m_Specular.x, 0.75F);
+}
+
+TEST_F(DialogsGuiTest, NamesTheControlsOfAMaterial)
+{
+    SelectTetrahedron();
+    const QDialog& dialog = OpenMaterialDialog();
+    ExpectColourGroup(dialog, "Ambient", 1000, 1003);
+    ExpectColourGroup(dialog, "Diffuse", 1006, 1009);
+    ExpectColourGroup(dialog, "Specular", 1012, 1015);
+    ExpectColourGroup(dialog, "Emissive", 1033, 1018);
+    const std::pair<int, std::string> groups[] = {
+        {1036, "Shininess"}, {1021, "Shininess"}, {1037, "Transparency"}, {1022, "Transparency"}};
+    for (const auto& [control, title] : groups)
+    {
+        EXPECT_EQ(GroupOf(dialog, control), title) << control;
+    }
+    EXPECT_EQ(Control<QPushButton>(dialog, ResourceID::OK).text(), "OK");
+    EXPECT_EQ(Control<QPushButton>(dialog, ResourceID::Cancel).text(), "Cancel");
 }
 
 TEST_F(DialogsGuiTest, WritesEachComponentOfAMaterialExactly)

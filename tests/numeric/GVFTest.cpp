@@ -93,6 +93,7 @@ TEST(GVF, SaysThatAMapIsConstantAndGoesOn)
     const MessageCapture messages;
     const Flow flow(2, 2, {3, 3, 3, 3}, 0.2, 1);
     EXPECT_THAT(messages.GetTexts(), ElementsAre("Edge map is a constant image."));
+    EXPECT_THAT(messages.GetTitles(), ElementsAre("error"));
     EXPECT_EQ(flow.text, "    1\n");
 }
 

@@ -37,6 +37,7 @@ TEST(pgDmatrix, SaysThatThereIsNotEnoughMemory)
     const MessageCapture messages;
     EXPECT_THROW(pgDmatrix(1, kMost, 1, kMost), Failure);
     EXPECT_THAT(messages.GetTexts(), ::testing::ElementsAre("allocation failure 1 in pgDmatrix()"));
+    EXPECT_THAT(messages.GetTitles(), ::testing::ElementsAre("error"));
 }
 
 TEST(pgDmatrix, DumpsItsRows)

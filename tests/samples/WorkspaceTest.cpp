@@ -1,18 +1,27 @@
 #include "Workspace.h"
 #include "Capture.h"
 #include "Distance2D.h"
+#include "FootSearch.h"
+#include "IAGenerateSplatCommand.h"
 #include "IAPointCloud.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IODatasetCameras.h"
 #include "IODatasetImages.h"
 #include "IODatasetText.h"
 #include "IODatasetUnitizing.h"
+#include "IOLoadObj.h"
 #include "ImageFilter.h"
+#include "LinksHold.h"
 #include "LiteralSilhouette.h"
+#include "MANSceneManager.h"
+#include "Open3DView.h"
 #include "Path.h"
 #include "TemporaryFolder.h"
 #include <algorithm>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace tessarine
 {
@@ -61,6 +70,70 @@ bool IsNearObject(const Image& image, int x, int y)
         }
     }
     return false;
+}
+
+/// A model, brought into a scene of its own.
+struct ImportedModel
+{
+    explicit ImportedModel(const std::string& file)
+    {
+        IOLoadObj load(&scene, &elements);
+        load.Load(file);
+        pSolid = static_cast<const MANSceneLeaf&>(*scene.GetRootGroup()->GetChildren().at(0)).GetSolid();
+    }
+
+    ConsoleCapture console;
+    MANBrepElementManager elements;
+    MANSceneManager scene;
+    const DSSolid* pSolid = nullptr;
+};
+
+TEST_F(WorkspaceFiles, HoldClosedModels)
+{
+    for (const char* file : {"box.obj", "bunny.obj", "dragon.obj", "horse.obj", "man.obj", "pebble.obj"})
+    {
+        ImportedModel model(file);
+        EXPECT_TRUE(LinksHold(*model.pSolid)) << file;
+        for (const DSEdge* edge : model.pSolid->GetEdgeList())
+        {
+            ASSERT_NE(edge->GetHalfEdge1(), nullptr) << file;
+            ASSERT_NE(edge->GetHalfEdge2(), nullptr) << file;
+        }
+        EXPECT_EQ(model.console.Count("Solid fits Euler formular: true"), 1) << file;
+    }
+}
+
+TEST_F(WorkspaceFiles, HaveTheirModelsInTheUnitCube)
+{
+    const ConsoleCapture console;
+    for (const char* file : {"box.obj", "bunny.obj", "dragon.obj", "horse.obj", "man.obj"})
+    {
+        MANBrepElementManager elements;
+        MANSceneManager scene;
+        IOLoadObj load(&scene, &elements);
+        load.ParseFile(file);
+        double longest = 0.0;
+        for (int axis = 0; axis < 3; ++axis)
+        {
+            const auto isLower = [axis](const smVec3d& a, const smVec3d& b) { return a[axis] < b[axis]; };
+            const auto [low, high] =
+                std::minmax_element(load.GetPositions().begin(), load.GetPositions().end(), isLower);
+            EXPECT_NEAR((*low)[axis], -(*high)[axis], 2e-6) << file; // six digits
+            longest = std::max(longest, (*high)[axis]);
+        }
+        EXPECT_EQ(longest, 1.0) << file;
+    }
+}
+
+TEST_F(WorkspaceFiles, HaveFurOnEveryFaceOfTheBunny)
+{
+    const ImportedModel model("bunny.obj");
+    for (const DSFace* face : model.pSolid->GetFaceList())
+    {
+        ASSERT_NE(face->GetMaterial(), nullptr);
+        ASSERT_NE(face->GetMaterial()->m_pTexture, nullptr);
+        EXPECT_EQ(face->GetMaterial()->m_pTexture->m_pTexture->GetWidth(), 256);
+    }
 }
 
 TEST_F(WorkspaceFiles, HoldTheCloudsOfTheFits)
@@ -134,6 +207,66 @@ TEST_F(WorkspaceFiles, HaveMarkersInThreeOfFourViews)
         EXPECT_EQ(FilterImage(image.width, image.height, image.pixels.data(), 0, true), view < 3);
         EXPECT_NO_THROW(cameras.GetInverse(view));
     }
+}
+
+TEST_F(WorkspaceFiles, GiveACutFaceForEachMarkerLine)
+{
+    MANSceneManager scene;
+    IAGenerateSplatCommand command;
+    command.SetSceneManager(&scene);
+    command.Execute();
+    ASSERT_EQ(scene.GetCutFaceList().size(), 3U);
+    // The first view looks along z: its line is the neck's, from -0.3 to 0.3 at 0.62.
+    constexpr double kPixelWidth = 4.0 / kSmall.imageWidth;
+    constexpr double kPixelHeight = 4.0 / kSmall.imageHeight;
+    const CutFace& neck = scene.GetCutFaceList()[0];
+    EXPECT_NEAR(neck[0].x, -0.3, kPixelWidth);
+    EXPECT_NEAR(neck[1].x, 0.3, kPixelWidth);
+    for (const smVec3d& corner : neck)
+    {
+        EXPECT_NEAR(corner.y, 0.62, kPixelHeight);
+        EXPECT_NEAR(std::abs(corner.z), 0.2, 1e-6);
+    }
+}
+
+/// The root of the mean square of what lies between the points and the model.
+double DistanceBetween(const std::vector<smVec3d>& cloud, DSSolid& solid)
+{
+    FootSearch search(solid, kIncrementalFeet);
+    double nearest = 0.0;
+    search.SetRefusal(
+        [&nearest](const DSFace&, const smVec3d& point, const smVec3d& foot)
+        {
+            nearest = std::min(nearest, (point - foot).Length());
+            return true; // to be asked for each
+        });
+    double sum = 0.0;
+    for (const smVec3d& point : cloud)
+    {
+        nearest = std::numeric_limits<double>::infinity();
+        search.Find(point);
+        nearest = std::min(nearest, search.GetVertexDistance());
+        sum += nearest * nearest;
+    }
+    return std::sqrt(sum / static_cast<double>(cloud.size()));
+}
+
+TEST_F(WorkspaceFiles, HaveADragonThatTheEnergyFitBringsNearerToItsCloud)
+{
+    ImportedModel model("dragon.obj");
+    DSSolid& dragon = *model.scene.GetCurrentSolid();
+    Open3DView view;
+    IAPointCloud cloud = ReadCloud("Data\\dragon.txta");
+    cloud.Normalize("Data\\dragon.txta");
+    const double before = DistanceBetween(cloud.m_Points, dragon);
+    IAReconstructionSmoothEnergyFunctionCommand command;
+    command.SetElementManager(&model.elements);
+    command.SetSceneManager(&model.scene);
+    command.SetView(&view);
+    command.Execute();
+    EXPECT_TRUE(LinksHold(dragon));
+    EXPECT_GT(before, 0.0004);
+    EXPECT_LT(DistanceBetween(cloud.m_Points, dragon), 0.5 * before);
 }
 
 TEST_F(WorkspaceFiles, HaveLabelledPointsInAFrameOfTheirOwn)

@@ -68,4 +68,15 @@ std::vector<std::string> MessageCapture::GetTexts() const
     }
     return texts;
 }
+
+std::vector<std::string> MessageCapture::GetTitles() const
+{
+    std::vector<std::string> titles;
+    const auto& messages = GetTestPlatform().GetMessages();
+    for (std::size_t i = m_nBefore; i < messages.size(); ++i)
+    {
+        titles.push_back(messages[i].title);
+    }
+    return titles;
+}
 }

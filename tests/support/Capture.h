@@ -66,12 +66,13 @@ private:
     ErrorListener m_Before;
 };
 
-/// Collects the texts of message boxes from here on.
+/// Collects the message boxes from here on.
 class MessageCapture
 {
 public:
     MessageCapture() : m_nBefore(GetTestPlatform().GetMessages().size()) {}
     std::vector<std::string> GetTexts() const;
+    std::vector<std::string> GetTitles() const;
 
 private:
     std::size_t m_nBefore;

@@ -54,11 +54,11 @@ public:
 
     bool Has(const std::filesystem::path& name) const { return std::filesystem::exists(m_Path / name); }
 
-    /// The names of all entries, to see that nothing was left behind.
-    std::set<std::string> List() const
+    /// The names of all entries, to see that nothing was left behind; or of those of a folder in it.
+    std::set<std::string> List(const std::filesystem::path& folder = {}) const
     {
         std::set<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(m_Path))
+        for (const auto& entry : std::filesystem::directory_iterator(m_Path / folder))
         {
             names.insert(entry.path().filename().string());
         }

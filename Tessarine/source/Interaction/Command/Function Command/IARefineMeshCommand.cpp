@@ -53,11 +53,12 @@ smVec3d UnitNormal(const smVec3d& end, const smVec3d& p, const smVec3d& q)
     smVec3d normal = (p - end).Cross(q - end);
     if (!(normal.Length() > smVec3d_zero))
     {
-        throw Failure("swapping an edge at (" + std::to_string(end.x) + ", " + std::to_string(end.y) + ", " +
-                      std::to_string(end.z) +
-                      ") would give a triangle without area, as its end there and the two corners beside it lie on "
-                      "one line or in one place: move one of them a little, or take out doubled triangles, and try "
-                      "again");
+        throw Failure(
+            "swapping an edge at (" + std::to_string(end.x) + ", " + std::to_string(end.y) + ", " +
+            std::to_string(end.z) +
+            ") would give a triangle without area, as its end there and the two corners beside it lie on "
+            "one line or in one place: move one of them a little, or take out doubled triangles, and try "
+            "again");
     }
     normal.Normalize();
     return normal;
@@ -134,8 +135,10 @@ void IARefineMeshCommand::Execute()
     }
     else
     {
-        PrintErrorLine("optimisation knows the modes 1 and 3, which swap edges, and 2, which removes edges without "
-                       "length; mode " + std::to_string(m_nMode) + " computes normals alone");
+        PrintErrorLine(
+            "optimisation knows the modes 1 and 3, which swap edges, and 2, which removes edges without "
+            "length; mode " +
+            std::to_string(m_nMode) + " computes normals alone");
     }
     m_pSolid->CalcNormals();
 }

@@ -65,9 +65,10 @@ void IASimplifyCommand::ReadSolid(const DSSolid& solid)
     const std::size_t corners = 3 * static_cast<std::size_t>(m_nFaces);
     if (m_FaceVertices.size() > corners)
     {
-        PrintErrorLine("simplification is for triangles, and of the model's faces with more corners each three corners "
-                       "behind one another are taken for one: split them in the program that made it, and import "
-                       "again");
+        PrintErrorLine(
+            "simplification is for triangles, and of the model's faces with more corners each three corners "
+            "behind one another are taken for one: split them in the program that made it, and import "
+            "again");
     }
     if (m_FaceVertices.size() < corners)
     {
