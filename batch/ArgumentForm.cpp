@@ -31,6 +31,12 @@ bool IsRatio(std::string_view word)
     return ReadNumber(word, value) && value >= 0.0 && value <= 1.0;
 }
 
+bool IsPositive(std::string_view word)
+{
+    double value = 0.0;
+    return ReadNumber(word, value) && value > 0.0;
+}
+
 bool IsName(std::string_view word)
 {
     return !word.empty();
@@ -43,7 +49,6 @@ bool IsCountOrAll(std::string_view word)
 
 constexpr auto IsAnyInteger = IsInteger<kLeastInteger, kMostInteger>;
 constexpr auto IsIndex = IsInteger<0, kMostInteger>;
-constexpr auto IsCount = IsInteger<1, kMostInteger>;
 
 constexpr std::string_view kFileName = "the name of a file";
 constexpr std::string_view kAnyNumber = "a number";
@@ -64,9 +69,9 @@ constexpr ArgumentForm kForms[] = {
     {"N|all", "a whole number from 1, or all", IsCountOrAll},
     {"NMAX", "a whole number from 3", IsInteger<3, kMostInteger>},
     {"FACE", "a whole number from 0", IsIndex},
-    {"ITOL", kWholeNumber, IsAnyInteger},
-    {"TOL", kAnyNumber, IsNumber},
-    {"ITMAX", "a whole number from 1", IsCount},
+    {"ITOL", "a whole number from 1 to 4", IsInteger<1, 4>},
+    {"TOL", "a number above 0", IsPositive},
+    {"ITMAX", "a whole number from 1 to 2147483646", IsInteger<1, kMostInteger - 1>}, // one more is counted
     {"ID", "a whole number from 0", IsIndex},
     {"X", kWholeNumber, IsAnyInteger},
     {"Y", kWholeNumber, IsAnyInteger},

@@ -3,6 +3,7 @@
 #include "BatchRun.h"
 #include "Distance2D.h"
 #include "Dump.h"
+#include "ErrorLine.h"
 #include "Failure.h"
 #include "File.h"
 #include "IACommandRouter.h"
@@ -262,7 +263,7 @@ Image ReadFiltered(const std::string& name, bool& hasMarker)
 {
     constexpr int kRunLength = 1;
     constexpr bool kFillBackground = true;
-    Image image = WithThreeComponents(ReadImage(name));
+    Image image = ReadColourImage(name);
     hasMarker = FilterImage(image.width, image.height, image.pixels.data(), kRunLength, kFillBackground);
     return image;
 }
@@ -338,6 +339,22 @@ bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
 }
 
+/// Whether x leaves more of b than the share `tol`. Vectors are one-based.
+bool IsNoSolution(const CSparseMatrix& matrix, const std::vector<double>& b, const std::vector<double>& x,
+                  double tol)
+{
+    std::vector<double> product(b.size());
+    matrix.MultiplyVector2(x, product, matrix.GetColumnCount());
+    double left = 0.0;
+    double whole = 0.0;
+    for (std::size_t i = 1; i < b.size(); ++i)
+    {
+        left = std::hypot(left, b[i] - product[i]);
+        whole = std::hypot(whole, b[i]);
+    }
+    return !(left <= tol * whole);
+}
+
 /// A x = b by files: two to read, one to write.
 void Solve(const Arguments& arguments, int itol, double tol, int itmax)
 {
@@ -363,8 +380,23 @@ void Solve(const Arguments& arguments, int itol, double tol, int itmax)
     }
     int iter = 0;
     double err = 0.0;
-    linbcg(matrix, transposed, n, b, x, itol, tol, itmax, iter, err);
+    const bool wentOn = linbcg(matrix, transposed, n, b, x, itol, tol, itmax, iter, err);
     SayEstimate(iter, err);
+    if (!wentOn && IsNoSolution(matrix, b, x, tol))
+    {
+        PrintErrorLine(arguments[2] + " is no solution: the iteration cannot go on behind step " +
+                       std::to_string(iter - 1) +
+                       ", where it would divide by zero or by no number; look whether " + arguments[0] +
+                       " has an inverse, and whether its numbers and those of " + arguments[1] +
+                       " are within reason");
+    }
+    else if (wentOn && iter > itmax && !(err <= tol))
+    {
+        PrintErrorLine(arguments[2] +
+                       " is no solution within TOL: the estimated error is still above it after " +
+                       std::to_string(iter) + " steps; allow more of them (ITMAX), or look whether " +
+                       arguments[0] + " has an inverse");
+    }
     CSparseMatrix solution(n, 1);
     for (int row = 0; row < n; ++row)
     {

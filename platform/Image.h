@@ -23,7 +23,11 @@ inline constexpr std::size_t kMostDecodedBytes = std::size_t{512} << 20U;
 class ImageBudget
 {
 public:
-    explicit ImageBudget(std::size_t bytes = kMostDecodedBytes) : m_nBytes(bytes), m_nLeft(bytes) {}
+    /// @param leastComponents as which pixels with fewer count, as they will be spread to as many
+    explicit ImageBudget(std::size_t bytes = kMostDecodedBytes, int leastComponents = 1)
+        : m_nBytes(bytes), m_nLeft(bytes), m_nLeastComponents(leastComponents)
+    {
+    }
 
     /// Takes the bytes of a picture. The first that are too many spend the budget, so that pictures behind need not
     /// be looked at.
@@ -32,12 +36,15 @@ public:
 
     bool IsSpent() const { return m_nLeft == 0; }
 
+    int GetLeastComponents() const { return m_nLeastComponents; }
+
     /// Why a picture is refused. Completes "cannot read NAME: ".
     std::string GetRefusal() const;
 
 private:
     std::size_t m_nBytes;
     std::size_t m_nLeft;
+    int m_nLeastComponents;
 };
 
 /// Decodes a BMP, PNG, JPEG, GIF (first frame), TGA or TIFF file; the format is the one of its name's ending.

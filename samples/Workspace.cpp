@@ -1,6 +1,8 @@
 #include "Workspace.h"
+#include "File.h"
 #include "IAProjectionCommand.h"
 #include "Image.h"
+#include "Path.h"
 #include "Pebble.h"
 #include "ShapeMesh.h"
 #include "ShapeSamples.h"
@@ -147,12 +149,35 @@ std::vector<smMatrix44d> GetViewsAllAround()
     return views;
 }
 
+void MakeFolder(const fs::path& folder)
+{
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+    {
+        throw FileError("cannot make the folder " + folder.string() + ": " + error.message() +
+                        "; name a folder where you may write, or one that is not there yet");
+    }
+}
+
+/// The folder of this name in whatever case it is there; made where there is none.
+fs::path FindSubfolder(const fs::path& folder, const std::string& name)
+{
+    fs::path found = folder;
+    {
+        const CurrentFolderGuard backAgain;
+        SetCurrentFolder(folder);
+        found /= ResolveForReading(name);
+    }
+    MakeFolder(found);
+    return found;
+}
+
 void WriteSilhouettes(const fs::path& folder, const ShapeMesh& mesh, const WorkspaceSize& size)
 {
     constexpr double kHalf = 1.2; // of the plane on which the distance field looks
     const PicturePlane plane{size.imageWidth, size.imageHeight, kHalf, kHalf};
     const std::vector<smMatrix44d> views = GetViewsAllAround();
-    fs::create_directories(folder);
     for (std::size_t i = 0; i < views.size(); ++i)
     {
         WriteImage(DrawSilhouette(mesh, views[i], plane), GetImagePath(folder, i));
@@ -187,7 +212,6 @@ void WriteMarkedSilhouettes(const fs::path& folder, const ShapeMesh& mesh, const
                                                std::nullopt};
     const PicturePlane plane{size.imageWidth, size.imageHeight, kHalf, kHalf};
     std::vector<smMatrix44d> views;
-    fs::create_directories(folder);
     for (const std::optional<MarkerLine>& line : lines)
     {
         views.push_back(IAProjectionCommand::MakeView(0, 90 * static_cast<int>(views.size())));
@@ -224,9 +248,9 @@ Pair MakePair(const ShapeSample& sample, const WorkspaceSize& size)
 
 void WriteWorkspace(const fs::path& folder, const WorkspaceSize& size)
 {
-    const fs::path data = folder / "data";
-    fs::create_directories(data);
-    fs::create_directories(folder / "data1");
+    MakeFolder(folder);
+    const fs::path data = FindSubfolder(folder, "data");
+    FindSubfolder(folder, "data1");
     constexpr int kPebbleCells = 16;
     WritePebble(folder, kPebbleCells);
     for (const ShapeSample& sample : GetFitSamples())
@@ -238,12 +262,12 @@ void WriteWorkspace(const fs::path& folder, const WorkspaceSize& size)
         if (hasFur)
         {
             WriteFur(folder);
-            WriteSilhouettes(data / sample.name, pair.mesh, size);
+            WriteSilhouettes(FindSubfolder(data, sample.name), pair.mesh, size);
         }
     }
     const Pair man = MakePair(GetManSample(), size);
     WriteText(folder / "man.obj", FormatObj(man.mesh, ""));
     WriteLabelledPoints(data / "man.data", man.cloud);
-    WriteMarkedSilhouettes(data / "man", man.mesh, size);
+    WriteMarkedSilhouettes(FindSubfolder(data, "man"), man.mesh, size);
 }
 }

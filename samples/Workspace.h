@@ -21,6 +21,8 @@ struct WorkspaceSize
 /// data1                      an empty folder
 /// pebble.obj                 a stone with two materials
 ///
-/// Throws FileError or a std::filesystem error.
+/// Where there are folders of these names in another case (Data) it writes into them, as the reconstruction reads them.
+///
+/// Throws FileError.
 void WriteWorkspace(const std::filesystem::path& folder, const WorkspaceSize& size = {});
 }

@@ -1,4 +1,5 @@
 #include "ImageDecoding.h"
+#include <algorithm>
 
 namespace tessarine
 {
@@ -30,8 +31,9 @@ void CheckImageSize(std::int64_t width, std::int64_t height, int components)
 
 void TakePixels(ImageBudget& budget, std::int64_t width, std::int64_t height, int components)
 {
-    CheckImageSize(width, height, components);
-    if (!budget.Take(static_cast<std::size_t>(width * height * components)))
+    const int counted = std::max(components, budget.GetLeastComponents());
+    CheckImageSize(width, height, counted);
+    if (!budget.Take(static_cast<std::size_t>(width * height * counted)))
     {
         throw ImageFault(budget.GetRefusal());
     }

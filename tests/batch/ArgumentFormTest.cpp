@@ -52,11 +52,24 @@ TEST(ArgumentForm, TakesWholeNumbersWithinTheirRange)
     EXPECT_TRUE(Accepts("X", "-5")); // a captured mouse leaves the window
     EXPECT_TRUE(Accepts("NMAX", "3"));
     EXPECT_FALSE(Accepts("NMAX", "2"));
-    EXPECT_TRUE(Accepts("ITOL", "5")); // a test that the solver does not know, and says so
     EXPECT_TRUE(Accepts("X", "+5"));
     EXPECT_FALSE(Accepts("X", "+-5"));
     EXPECT_FALSE(Accepts("X", "++5"));
     EXPECT_FALSE(Accepts("X", "+"));
+}
+
+TEST(ArgumentForm, TakesTheRulesTolerancesAndStepsThatTheSolverKnows)
+{
+    EXPECT_TRUE(Accepts("ITOL", "1"));
+    EXPECT_TRUE(Accepts("ITOL", "4"));
+    EXPECT_FALSE(Accepts("ITOL", "0"));
+    EXPECT_FALSE(Accepts("ITOL", "5"));
+    EXPECT_TRUE(Accepts("TOL", "1e-300"));
+    EXPECT_FALSE(Accepts("TOL", "0"));
+    EXPECT_FALSE(Accepts("TOL", "-1e-7"));
+    EXPECT_TRUE(Accepts("ITMAX", "2147483646"));
+    EXPECT_FALSE(Accepts("ITMAX", "2147483647")); // one step more is counted
+    EXPECT_FALSE(Accepts("ITMAX", "0"));
 }
 
 TEST(ArgumentForm, TakesAllWhereACountMayBeAll)

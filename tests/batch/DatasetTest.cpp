@@ -247,6 +247,29 @@ TEST(SolveOperation, TakesARuleAToleranceAndAMost)
     EXPECT_EQ(RunBatch(folder, {"solve", "a.mtx", "b.vec", "x.vec", "1"}).status, 2);
 }
 
+TEST(SolveOperation, TellsOfWhatIsNoSolution)
+{
+    const TemporaryFolder folder;
+    folder.Write("flat.mtx", "2\t2\n1\n0\t1\n1\n1\t-1\n"); // (1, 1) and its image (1, -1) are at right angles
+    folder.Write("b.vec", "2\n1\n1\n");
+    const ProcessResult broken = RunBatch(folder, {"solve", "flat.mtx", "b.vec", "x.vec"});
+    EXPECT_EQ(broken.status, 0);
+    EXPECT_THAT(broken.errors,
+                testing::StartsWith("x.vec is no solution: the iteration cannot go on behind step 0"));
+    folder.Write("none.vec", "2\n0\n0\n"); // 0 is its solution, though there is no step to do
+    EXPECT_EQ(RunBatch(folder, {"solve", "flat.mtx", "none.vec", "x.vec"}).errors, "");
+
+    folder.Write("a.mtx", "3\t3\n1\n0\t1\n1\n1\t2\n1\n2\t3\n");
+    folder.Write("c.vec", "3\n1\n1\n1\n");
+    const ProcessResult early = RunBatch(folder, {"solve", "a.mtx", "c.vec", "x.vec", "1", "1e-7", "1"});
+    EXPECT_EQ(early.status, 0);
+    EXPECT_THAT(
+        early.errors,
+        testing::StartsWith("x.vec is no solution within TOL: the estimated error is still above it after 2 "
+                            "steps"));
+    EXPECT_EQ(RunBatch(folder, {"solve", "a.mtx", "c.vec", "x.vec", "1", "1e-7", "2"}).errors, "");
+}
+
 TEST(SolveOperation, FailsOnSizesThatDoNotFitAndOnMissingFiles)
 {
     const TemporaryFolder folder;

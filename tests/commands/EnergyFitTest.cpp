@@ -1,7 +1,9 @@
 #include "FitStage.h"
+#include "IAPointCloud.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "LinksHold.h"
 #include "Refusal.h"
+#include "SolidNormalization.h"
 #include "Vectors.h"
 #include <cmath>
 #include <gmock/gmock.h>
@@ -166,9 +168,75 @@ TEST_F(EnergyFitTest, MovesNothingWhereNoPointHasAFoot)
     EXPECT_EQ(m_Stage.GetView().GetProjectedPoints(), m_Stage.GetView().GetPointCloud());
 }
 
+/// The steps of the fit up to its system.
+class FitToItsSystem : public IAReconstructionSmoothEnergyFunctionCommand
+{
+public:
+    const LeastSquaresSystem& Assemble()
+    {
+        TakeClosedSolid();
+        LoadPoints(kDragonCloud);
+        ShowCloud();
+        FindFeet();
+        InitSystem();
+        AddPoints();
+        return GetSystem();
+    }
+};
+
+IndexedMesh UnitCube()
+{
+    return Placed(TriangleCube(), 2.0, {-1, -1, -1});
+}
+
 TEST_F(EnergyFitTest, MakesEntriesOfZerosForAPointOverACorner)
 {
-    // Each cloud point is a corner of the model: its row has 1 on the diagonal and zeros beside it.
+    DSSolid& solid = m_Stage.Load(UnitCube());
+    m_Stage.WriteCloud(kDragonCloud, {{1, 1, 1}, {-1, -1, -1}});
+    FitToItsSystem command;
+    m_Stage.Equip(command);
+    const LeastSquaresSystem& system = command.Assemble();
+    // Two triangles have a point each, and no corner in common: six rows of three entries. The corner under the point
+    // has 1 on the diagonal; all other entries are there, and zero.
+    ASSERT_EQ(system.GetSize(), 6);
+    int entries = 0;
+    int ones = 0;
+    int rowsOfThree = 0;
+    for (int row = 0; row < system.GetSize(); ++row)
+    {
+        rowsOfThree += system.GetMatrix().GetColumnsOf(row).size() == 3 ? 1 : 0;
+        for (const double value : system.GetMatrix().GetValuesOf(row))
+        {
+            EXPECT_TRUE(value == 0.0 || value == 1.0) << value;
+            ones += value == 1.0 ? 1 : 0;
+            ++entries;
+        }
+    }
+    EXPECT_EQ(entries, 18);
+    EXPECT_EQ(rowsOfThree, 6);
+    EXPECT_EQ(ones, 2);
+    EXPECT_EQ(std::count_if(solid.GetFaceList().begin(), solid.GetFaceList().end(),
+                            [](const DSFace* face) { return face->GetTag() == 1; }),
+              2);
+}
+
+TEST_F(EnergyFitTest, TakesAVertexOfNoWeightToTheOriginAndSaysError)
+{
+    DSSolid& solid = m_Stage.Load(UnitCube());
+    m_Stage.WriteCloud(kDragonCloud, {{1, 1, 1}, {-1, -1, -1}});
+    Fit();
+    // Of the six corners of the two triangles, two have a point. The rows of the other four are zero on both sides, so
+    // that the solution stays where it starts. Two corners touch no triangle with a point.
+    EXPECT_EQ(m_Console.Count("The number of availible vertex: 6"), 1);
+    EXPECT_EQ(m_Console.Count("error..."), 4);
+    const std::vector<smVec3d> positions = PositionsOf(solid);
+    EXPECT_EQ(std::count(positions.begin(), positions.end(), smVec3d(0, 0, 0)), 4);
+    EXPECT_EQ(std::count(positions.begin(), positions.end(), smVec3d(1, 1, 1)), 1);
+    EXPECT_EQ(std::count(positions.begin(), positions.end(), smVec3d(-1, -1, -1)), 1);
+}
+
+TEST_F(EnergyFitTest, LeavesCornersOnWhichThePointsStand)
+{
     DSSolid& solid = m_Stage.Load(Sphere(2));
     const std::vector<smVec3d> cloud = m_Stage.WriteCloud(kDragonCloud, PositionsOf(solid));
     for (std::size_t i = 0; i < cloud.size(); ++i)
@@ -183,6 +251,56 @@ TEST_F(EnergyFitTest, MakesEntriesOfZerosForAPointOverACorner)
         EXPECT_NEAR((after[i] - before[i]).Length(), 0.0, 1e-6);
     }
     EXPECT_EQ(m_Console.Count("There are 0points cannot find projection point.."), 1);
+}
+
+struct CornersOfBox
+{
+    explicit CornersOfBox(const std::vector<smVec3d>& points) : low(points.at(0)), high(points.at(0))
+    {
+        for (const smVec3d& p : points)
+        {
+            for (int axis = 0; axis < 3; ++axis)
+            {
+                low[axis] = std::min(low[axis], p[axis]);
+                high[axis] = std::max(high[axis], p[axis]);
+            }
+        }
+    }
+
+    smVec3d low;
+    smVec3d high;
+};
+
+TEST_F(EnergyFitTest, HasSolidAndCloudOfDifferentBoxesInOneCube)
+{
+    // A slab of 3 x 1 x 0.3 around (100, 50, -20), and a flat cloud of 0.2 x 2 around (0, 7, 0.7).
+    DSSolid& solid = m_Stage.Load(TriangleCube());
+    for (DSVertex* vertex : solid.GetVertexList())
+    {
+        smVec3d& p = vertex->GetPosition();
+        p = smVec3d(98.5 + 3.0 * p.x, 49.5 + p.y, -20.15 + 0.3 * p.z);
+    }
+    IAPointCloud cloud;
+    cloud.m_Points = {{-0.1, 6, 0.7}, {0.1, 8, 0.7}, {0.05, 7.3, 0.7}};
+    NormalizeSolid(solid);
+    cloud.Normalize("cloud.txta");
+    const CornersOfBox solidBox(PositionsOf(solid));
+    const CornersOfBox cloudBox(cloud.m_Points);
+    EXPECT_EQ(solidBox.low.x, -1.0);
+    EXPECT_EQ(solidBox.high.x, 1.0);
+    EXPECT_NEAR(solidBox.high.y, 1.0 / 3.0, 1e-5); // a coordinate of 100 in single precision
+    EXPECT_EQ(cloudBox.low.y, -1.0);
+    EXPECT_EQ(cloudBox.high.y, 1.0);
+    EXPECT_NEAR(cloudBox.high.x, 0.1, 1e-15);
+    EXPECT_EQ(cloudBox.low.z, 0.0);
+    EXPECT_EQ(cloudBox.high.z, 0.0);
+    for (const smVec3d& p : PositionsOf(solid)) // rounded, which the cloud is not
+    {
+        EXPECT_EQ(
+            p, smVec3d(smVec3f(static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z))));
+    }
+    EXPECT_NEAR(cloud.m_Points[2].y, 0.3, 1e-14);
+    EXPECT_NE(cloud.m_Points[2].y, double{static_cast<float>(cloud.m_Points[2].y)});
 }
 
 TEST_F(EnergyFitTest, SizesTheFeetToTheCloud)
@@ -234,8 +352,6 @@ TEST_F(EnergyFitTest, RefusesACloudThatCannotBe)
     EXPECT_THAT(RefuseToFit(), HasSubstr("the number of points is 2000000000, and the file has 17 bytes"));
     m_Stage.GetFolder().Write(kDragonCloud, "2\n0 0 0\n1 nan 0\n");
     EXPECT_THAT(RefuseToFit(), EndsWith("data/dragon.txta, line 3: a point's y is not finite"));
-    m_Stage.GetFolder().Write(kDragonCloud, "0\n");
-    EXPECT_THAT(RefuseToFit(), HasSubstr("holds no points"));
     m_Stage.GetFolder().Write(kDragonCloud, "1\n1 2 3\n");
     EXPECT_THAT(RefuseToFit(), HasSubstr("are at one place"));
 }
@@ -251,9 +367,50 @@ TEST_F(EnergyFitTest, ReportsAMissingCloudAsAnAssertion)
 #endif
 }
 
+TEST_F(EnergyFitTest, ReportsAnEmptyCloudAndAMissingModelAsAssertions)
+{
+    const AssertionCapture assertions;
+    EXPECT_THAT(RefuseToFit(), HasSubstr("there is no model"));
+    m_Stage.Load(Sphere(1));
+    m_Stage.GetFolder().Write(kDragonCloud, "0\n");
+    EXPECT_THAT(RefuseToFit(), HasSubstr("data/dragon.txta holds no points"));
+#if TESSARINE_ASSERTIONS
+    EXPECT_THAT(assertions.GetExpressions(),
+                testing::ElementsAre("m_pSolid != nullptr", "!cloud.m_Points.empty()"));
+#endif
+}
+
+/// Two tetrahedra that share vertex 1 and nothing else: all edges have two faces.
+IndexedMesh TwoTetrahedraOnOneVertex()
+{
+    IndexedMesh mesh = Tetrahedron();
+    for (const smVec3d& p : Placed(Tetrahedron(), -1.0, {}).positions)
+    {
+        mesh.positions.push_back(p);
+    }
+    const IndexList first = mesh.indices;
+    for (std::size_t i = 0; i < first.size(); i += 3) // turned over, as they are mirrored
+    {
+        const auto other = [&first](std::size_t place) { return first[place] == 1 ? 1 : first[place] + 4; };
+        mesh.AddFace({other(i), other(i + 2), other(i + 1)});
+    }
+    return mesh;
+}
+
+TEST_F(EnergyFitTest, RefusesAVertexWithTwoRingsBeforeAnythingChanges)
+{
+    DSSolid& solid = m_Stage.Load(TwoTetrahedraOnOneVertex());
+    m_Stage.WriteCloud(kDragonCloud, SphereCloud(50, 1));
+    const std::vector<smVec3d> before = PositionsOf(solid);
+    EXPECT_THAT(RefuseToFit(),
+                HasSubstr("at (0.000000, 0.000000, 0.000000) two parts of the surface share one"));
+    EXPECT_EQ(PositionsOf(solid), before);
+    EXPECT_TRUE(m_Stage.GetView().GetPointCloud().empty());
+    EXPECT_EQ(m_Console.GetText(), "");
+}
+
 TEST_F(EnergyFitTest, RefusesAllButClosedModelsOfTriangles)
 {
-    EXPECT_THAT(RefuseToFit(), HasSubstr("there is no model"));
     const std::pair<IndexedMesh, const char*> models[] = {
         {QuadCube(), "triangles only"},
         {Grid(2), "a closed model only"},

@@ -3,6 +3,7 @@
 #include "Meshes.h"
 #include "Refusal.h"
 #include "Vectors.h"
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -114,6 +115,57 @@ TEST_F(FootSearchTest, PrefersTheDeepestFaceForTheEnergy)
     ASSERT_TRUE(deepest.has_value());
     EXPECT_EQ(deepest->point.z, 0.0);
     EXPECT_NEAR(deepest->distance, 0.02, 1e-15);
+}
+
+TEST_F(FootSearchTest, TakesAFootOutsideItsFaceByLessThanTheTolerance)
+{
+    DSSolid& solid = Load(TriangleCube());
+    // Beyond the top's edge at x = 1 by d the areas are 2 d too many.
+    const std::pair<FootVariant, double> tolerances[] = {{kHierarchicalFeet, 0.0001},
+                                                         {kIncrementalFeet, 0.0001},
+                                                         {kEnergyFeet, 1e-8},
+                                                         {kTwoStepFeet, 0.00001}};
+    for (const auto& [variant, tolerance] : tolerances)
+    {
+        const std::optional<Foot> foot = FootSearch(solid, variant).Find({1.0 + 0.49 * tolerance, 0.5, 1.5});
+        ASSERT_TRUE(foot.has_value()) << tolerance;
+        EXPECT_EQ(foot->distance, 0.5);
+        EXPECT_FALSE(FootSearch(solid, variant).Find({1.0 + 0.51 * tolerance, 0.5, 1.5}).has_value())
+            << tolerance;
+    }
+}
+
+TEST_F(FootSearchTest, LeavesAFaceAHundredOrMoreBelowForTheEnergy)
+{
+    DSSolid& solid = Load(TriangleCube());
+    EXPECT_TRUE(FootSearch(solid, kEnergyFeet).Find({0.25, 0.125, std::nextafter(101.0, 0.0)}).has_value());
+    EXPECT_FALSE(FootSearch(solid, kEnergyFeet).Find({0.25, 0.125, 101.0}).has_value());
+    EXPECT_TRUE(FootSearch(solid, kHierarchicalFeet).Find({0.25, 0.125, 101.0}).has_value());
+}
+
+/// A pyramid on its apex, whose base around vertex 1 is four triangles of the double area `width` in the plane z = 0.
+IndexedMesh FlatFanOnItsApex(double width)
+{
+    IndexedMesh mesh;
+    mesh.positions = {smVec3d(0, 0, 0),      smVec3d(width, 0, 0), smVec3d(0, 1, 0),
+                      smVec3d(-width, 0, 0), smVec3d(0, -1, 0),    smVec3d(0, 0, -1)};
+    for (const int i : {0, 1, 2, 3})
+    {
+        const int next = (i + 1) % 4;
+        mesh.AddFace({1, i + 2, next + 2});
+        mesh.AddFace({6, next + 2, i + 2});
+    }
+    return mesh;
+}
+
+TEST_F(FootSearchTest, LeavesAFaceOfTenMillionTimesTheMoveOrMoreInTwoSteps)
+{
+    const double move = std::ldexp(1.0, -24);
+    const double width = 1e7 * move; // so that the double area over the move is the bound itself
+    const smVec3d point(0.125, 0.125, move);
+    EXPECT_FALSE(FootSearch(Load(FlatFanOnItsApex(width)), kTwoStepFeet).Find(point).has_value());
+    const double less = std::nextafter(width, 0.0);
+    EXPECT_TRUE(FootSearch(Load(FlatFanOnItsApex(less)), kTwoStepFeet).Find(point).has_value());
 }
 
 TEST_F(FootSearchTest, NeverTakesAPointOnItsFaceInTwoSteps)

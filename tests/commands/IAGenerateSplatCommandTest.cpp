@@ -1,5 +1,4 @@
 #include "IAGenerateSplatCommand.h"
-#include "CExcp.h"
 #include "Capture.h"
 #include "IODatasetImages.h"
 #include "MANSceneManager.h"
@@ -166,15 +165,8 @@ TEST_F(SplatTest, NeedsAnInverseOnlyWhereItIsUsed)
     WritePicture(1, {"....", ".#.."});
     EXPECT_TRUE(Generate().empty());
     WritePicture(1, {"....", ".m.."});
-    try
-    {
-        Generate();
-        FAIL() << "the view has no inverse";
-    }
-    catch (const CExcpSingularMatrix& error)
-    {
-        EXPECT_THAT(error.GetMessage(), HasSubstr("data/man/param.dat, line 3, the camera of image 1"));
-    }
+    EXPECT_THAT(RefuseToGenerate(),
+                testing::StartsWith("data/man/param.dat, line 3: the camera of image 1 has no inverse"));
 }
 
 TEST_F(SplatTest, NamesWhatIsMissing)
@@ -187,7 +179,34 @@ TEST_F(SplatTest, NamesWhatIsMissing)
     WriteUnitizing("0 0 0 1\n2 1\n");
     EXPECT_THAT(RefuseToGenerate(), HasSubstr("data/man/1.bmp"));
     WritePicture(1, {"....", "....", "...."});
-    EXPECT_THAT(RefuseToGenerate(), HasSubstr("is 4 x 3 pixels, and its camera file says 4 x 2"));
+    EXPECT_THAT(RefuseToGenerate(),
+                HasSubstr("data/man/1.bmp is 4 x 3 pixels, and data/man/param.dat, line 2 says 4 x 2"));
+}
+
+TEST_F(SplatTest, TellsWhereNoImageHasAMarker)
+{
+    WriteCameras({kIdentity});
+    WriteUnitizing("0 0 0 1\n2 1\n");
+    WritePicture(1, {"....", ".#.."});
+    {
+        const ErrorLineCapture errors;
+        EXPECT_TRUE(Generate().empty());
+        EXPECT_THAT(errors.GetText(), HasSubstr("no image of data/man has a marker"));
+    }
+    WritePicture(1, {"....", ".m.."});
+    const ErrorLineCapture errors;
+    Generate();
+    EXPECT_EQ(errors.GetText(), "");
+}
+
+TEST_F(SplatTest, RefusesAScaleThatLeavesSinglePrecision)
+{
+    WriteCameras({kIdentity});
+    WriteUnitizing("0 0 0 3e38\n20 10\n");
+    WritePicture(1, {"..m.", "...."}); // at (0, -10), far from the centre
+    EXPECT_THAT(RefuseToGenerate(),
+                testing::StartsWith("data/man/unitize.dat, line 1: with this centre and scale"));
+    EXPECT_TRUE(m_Scene.GetCutFaceList().empty());
 }
 
 TEST(IAGenerateSplatCommand, AssertsItsScene)

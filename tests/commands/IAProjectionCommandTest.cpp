@@ -175,6 +175,22 @@ TEST_F(ProjectionTest, LeavesNoListOfViewsWithoutItsImages)
     EXPECT_FALSE(m_Folder.Has("data1/param.data"));
 }
 
+TEST_F(ProjectionTest, TellsWhichImagesAreThereWhereOneCannotBeWritten)
+{
+    CreateSurface();
+    m_Folder.Write("Data/man.data", "2\na 0 0 0\nb 1 1 1\n");
+    m_Folder.Write("data1/4.bmp/occupied", ""); // a folder of this name
+    const std::string refusal = RefuseToSample();
+    EXPECT_THAT(refusal, HasSubstr("data1/4.bmp"));
+    EXPECT_THAT(refusal, EndsWith("; new are the images 1 to 3, and the list of views was not written"));
+    EXPECT_TRUE(m_Folder.Has("data1/3.bmp"));
+    EXPECT_FALSE(m_Folder.Has("data1/param.data"));
+    m_Folder.Write("data1/1.bmp", "");
+    std::filesystem::remove(m_Folder / "data1/1.bmp");
+    m_Folder.Write("data1/1.bmp/occupied", "");
+    EXPECT_THAT(RefuseToSample(), EndsWith("; no image is new, and the list of views was not written"));
+}
+
 TEST(IAProjectionCommand, AssertsItsView)
 {
     const AssertionCapture assertions;

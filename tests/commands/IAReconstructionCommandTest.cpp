@@ -1,5 +1,4 @@
 #include "IAReconstructionCommand.h"
-#include "CExcp.h"
 #include "Capture.h"
 #include "Distance2D.h"
 #include "IAProjectionCommand.h"
@@ -358,15 +357,7 @@ TEST_F(ReconstructionTest, NeedsAnInverseOnlyForMarkers)
     Prepare({flat});
     EXPECT_EQ(RefuseToExecute(), "");
     WriteDatasetImage(DrawMarked(2), "data\\bunny\\", 1);
-    try
-    {
-        Execute();
-        FAIL() << "the view has no inverse";
-    }
-    catch (const CExcpSingularMatrix& error)
-    {
-        EXPECT_THAT(error.GetMessage(), HasSubstr("param.dat, line 3, the camera of image 1"));
-    }
+    EXPECT_THAT(RefuseToExecute(), HasSubstr("/param.dat, line 3: the camera of image 1 has no inverse"));
 }
 
 TEST_F(ReconstructionTest, ReportsAMissingCloudFromTheCommand)
@@ -401,7 +392,8 @@ TEST_F(ReconstructionTest, RefusesCamerasAndImagesThatDoNotFit)
     m_Folder.Write("Data/bunny/param.dat", "2\n160 120\n1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n");
     EXPECT_THAT(RefuseToExecute(), HasSubstr("the file ends after 1 of 2 views"));
     m_Folder.Write("Data/bunny/param.dat", "1\n100 120\n1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n");
-    EXPECT_THAT(RefuseToExecute(), HasSubstr("is 160 x 120 pixels, and its camera file says 100 x 120"));
+    EXPECT_THAT(RefuseToExecute(),
+                HasSubstr("1.bmp is 160 x 120 pixels, and Data/bunny/param.dat, line 2 says 100 x 120"));
     m_Folder.Write("Data/bunny/param.dat", "1\n160 0\n1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n");
     EXPECT_THAT(RefuseToExecute(), HasSubstr("the height of the images is 0"));
     std::filesystem::remove(m_Folder / "Data/bunny/param.dat");
@@ -492,8 +484,11 @@ TEST_F(ReconstructionTest, BuildsAnEmptySolidWhereNothingIsInside)
 {
     MakeCommand();
     m_Command->GenerateMesh(-2000.0F);
+    const ErrorLineCapture errors;
     m_Command->BuildSolid();
     EXPECT_EQ(GetLastSolid().GetVertexList().size(), 0U);
+    EXPECT_THAT(errors.GetText(),
+                testing::StartsWith("the surface has no face, as the field does not cross its level"));
 }
 
 TEST_F(ReconstructionTest, LeavesOutTrianglesWithoutArea)

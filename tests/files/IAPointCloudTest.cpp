@@ -114,6 +114,48 @@ TEST(IAPointCloud, UnitizesInSinglePrecisionStepByStep)
     EXPECT_EQ(cloud.m_Points[1].x, double{(0.3F - centre) * scale});
 }
 
+TEST(IAPointCloud, NormalizesInDoublePrecisionFromAnyPlaceAndSize)
+{
+    // From (10, 0.1, 5) to (10.7, 0.3, 5): the scale is 2 over 0.7, and the z axis has no extent.
+    IAPointCloud cloud = MakeCloud({{10.0, 0.1, 5.0}, {10.7, 0.2, 5.0}, {10.3, 0.3, 5.0}});
+    cloud.Normalize("cloud.txta");
+    const double scale = 2.0 / (10.7 - 10.0);
+    const smVec3d centre((10.7 + 10.0) / 2, (0.3 + 0.1) / 2, 5.0);
+    ExpectPoint(cloud.m_Points[0], (10.0 - centre.x) * scale, (0.1 - centre.y) * scale, 0.0);
+    ExpectPoint(cloud.m_Points[1], (10.7 - centre.x) * scale, (0.2 - centre.y) * scale, 0.0);
+    ExpectPoint(cloud.m_Points[2], (10.3 - centre.x) * scale, (0.3 - centre.y) * scale, 0.0);
+    EXPECT_NEAR(cloud.m_Points[0].x, -1.0, 1e-14);
+    EXPECT_NEAR(cloud.m_Points[1].x, 1.0, 1e-14);
+    // No coordinate was rounded to single precision on its way.
+    EXPECT_NE(cloud.m_Points[2].x, static_cast<double>(static_cast<float>(cloud.m_Points[2].x)));
+    EXPECT_NEAR(cloud.m_Points[2].x, (10.3 - 10.35) / 0.35, 1e-14);
+}
+
+TEST(IAPointCloud, IsNormalizedByAnyLongestAxis)
+{
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        smVec3d far(1, 1, 1);
+        far[axis] = 5.0;
+        IAPointCloud cloud = MakeCloud({{0, 0, 0}, far});
+        cloud.Normalize("cloud.txta");
+        for (int other = 0; other < 3; ++other)
+        {
+            EXPECT_EQ(cloud.m_Points[1][other], other == axis ? 1.0 : 0.2); // scale 2/5
+        }
+    }
+}
+
+TEST(IAPointCloud, RefusesToNormalizeWhatHasNoExtent)
+{
+    EXPECT_THAT(GetRefusal([] { MakeCloud({}).Normalize("a.txta"); }), HasSubstr("a.txta holds no points"));
+    EXPECT_THAT(GetRefusal(
+                    [] {
+                        MakeCloud({{1, 2, 3}, {1, 2, 3}}).Normalize("a.txta");
+                    }),
+                HasSubstr("all points of a.txta are at one place"));
+}
+
 TEST(IAPointCloud, RefusesToUnitizeWhatHasNoExtent)
 {
     EXPECT_THAT(GetRefusal([] { MakeCloud({}).Unitize("Data/man.data"); }),

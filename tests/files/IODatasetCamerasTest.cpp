@@ -98,15 +98,13 @@ TEST(IODatasetCameras, NamesTheLineOfAViewThatHasNoInverse)
     const IODatasetCameras cameras = ReadText("2\n8 8\n1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n\n"
                                               "1 0 0 0 0 1 0 0 0 0 0 0 0 0 0 1\n");
     EXPECT_NO_THROW(cameras.GetInverse(0));
-    try
-    {
-        cameras.GetInverse(1);
-        FAIL() << "a flat view has no inverse";
-    }
-    catch (const CExcpSingularMatrix& error)
-    {
-        EXPECT_EQ(error.GetMessage(), "( param.dat, line 5, the camera of image 2 ) ");
-    }
+    EXPECT_THAT(GetRefusal([&cameras] { cameras.GetInverse(1); }),
+                testing::StartsWith("param.dat, line 5: the camera of image 2 has no inverse"));
+}
+
+TEST(IODatasetCameras, KnowWhereTheSizeOfTheImagesStands)
+{
+    EXPECT_EQ(ReadText(kTwoViews).GetSizeSource(), "param.dat, line 2");
 }
 
 TEST(IOViewFile, WritesACountOfOneDigitAsALineOfItsOwn)

@@ -44,6 +44,34 @@ TEST(DatasetImages, MustHaveTheSizeThatTheCameraFileSays)
     WriteDatasetImage({1, 2, 3, std::vector<std::uint8_t>(6)}, kFolder, 1);
     EXPECT_EQ(GetRefusal([] { ReadDatasetImage(kFolder, 1, 2, 1); }),
               "data/bunny/1.bmp is 1 x 2 pixels, and its camera file says 2 x 1");
+    EXPECT_EQ(GetRefusal([] { ReadDatasetImage(kFolder, 1, 2, 1, "param.dat, line 2"); }),
+              "data/bunny/1.bmp is 1 x 2 pixels, and param.dat, line 2 says 2 x 1");
+}
+
+/// The head of a grey picture of 16384 pixels a side, which takes 256 MiB as it is.
+std::string MakeVastBitmap()
+{
+    const std::string zeros(24, '\0');
+    const std::string side("\0\x40\0\0", 4);
+    std::string head = "BM" + zeros.substr(0, 8) + std::string("\x36\4\0\0\x28\0\0\0", 8) + side + side +
+                       std::string("\1\0\10\0", 4) + zeros;
+    for (int grey = 0; grey < 256; ++grey)
+    {
+        head += std::string(3, static_cast<char>(grey)) + '\0';
+    }
+    return head;
+}
+
+TEST(DatasetImages, AreRefusedBeforeThreeComponentsTakeMoreThanPicturesMay)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("data/bunny/1.bmp", MakeVastBitmap());
+    const std::string refusal =
+        "cannot read data/bunny/1.bmp: its 16384 x 16384 pixels take more than 512 MiB";
+    EXPECT_EQ(GetRefusal([] { ReadDatasetImage(kFolder, 1, 16384, 16384); }), refusal);
+    EXPECT_EQ(GetRefusal([] { ReadColourImage("data/bunny/1.bmp"); }), refusal);
+    // As a picture of its own kind it is not too large, and only ends early.
+    EXPECT_THAT(GetRefusal([] { ReadImage("data/bunny/1.bmp"); }), HasSubstr("the file ends before"));
 }
 
 TEST(DatasetImages, TellWhichOneIsMissing)

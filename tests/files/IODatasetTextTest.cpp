@@ -171,6 +171,15 @@ TEST(IODatasetText, TellsWhatCannotBeOpenedAndWhere)
     EXPECT_THAT(refusal, HasSubstr("(working folder: " + folder.GetPath().string() + ")"));
 }
 
+TEST(IODatasetText, TellsOfAMissingFileInTheFolderThatIsThere)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("data/other.txta", "");
+    IODatasetText text("Data\\bunny.txta");
+    EXPECT_THAT(GetRefusal([&text] { text.ReadInteger("a number"); }),
+                HasSubstr("cannot open data/bunny.txta: "));
+}
+
 TEST(IODatasetText, ReadsAPointWhateverTheLocale)
 {
     const std::string before = std::setlocale(LC_NUMERIC, nullptr);

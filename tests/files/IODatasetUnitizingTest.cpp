@@ -27,6 +27,14 @@ TEST(IODatasetUnitizing, ReadsCentreScaleAndHalfExtents)
     EXPECT_EQ(unitizing.m_fUnitizeScale, 1.5F);
     EXPECT_EQ(unitizing.m_nHalfWidth, 2);
     EXPECT_EQ(unitizing.m_nHalfHeight, 3);
+    EXPECT_EQ(unitizing.m_strFile, "unitize.dat");
+    EXPECT_EQ(unitizing.m_nScaleLine, 1);
+}
+
+TEST(IODatasetUnitizing, RefusesAScaleOfZero)
+{
+    EXPECT_EQ(RefuseUnitizing("0.5 0 0\n0.0\n2 2\n"),
+              "unitize.dat, line 2: the scale is 0; it is 2 over the longest side of the model, for example");
 }
 
 TEST(IODatasetUnitizing, RefusesAPlaneWithoutExtent)

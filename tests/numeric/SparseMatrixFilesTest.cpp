@@ -78,15 +78,19 @@ std::string RefuseMatrix(const std::string& content)
 
 TEST(SparseMatrixFiles, RefuseWhatIsNoMatrixWithItsLine)
 {
-    EXPECT_EQ(RefuseMatrix("2 2\n1\n2 1\n0\n"),
-              "a.mtx, line 3: row 0 has an entry in column 2, which is none of "
-              "the matrix or has one already");
-    EXPECT_THAT(RefuseMatrix("1 2\n2\n0 1\n0 1\n"), HasSubstr("line 4: row 0 has an entry in column 0"));
-    EXPECT_THAT(RefuseMatrix("1 2\n1\n-1 1\n"), HasSubstr("in column -1"));
-    EXPECT_THAT(RefuseMatrix("-1 2\n"), EndsWith("the number of rows is -1"));
-    EXPECT_THAT(RefuseMatrix("2000000000 2000000000\n"), EndsWith("the number of rows is 2000000000"));
-    EXPECT_THAT(RefuseMatrix("1 -2\n0\n"), EndsWith("the number of columns is -2"));
-    EXPECT_THAT(RefuseMatrix("1 2\n-3\n"), EndsWith("the number of entries is -3"));
+    EXPECT_EQ(
+        RefuseMatrix("2 2\n1\n2 1\n0\n"),
+        "a.mtx, line 3: an entry stands in row 0, column 2, and the matrix has 2 columns, counted from 0");
+    EXPECT_EQ(RefuseMatrix("1 2\n2\n0 1\n0 1\n"),
+              "a.mtx, line 4: a second entry stands in row 0, column 0 (both count from 0)");
+    EXPECT_THAT(RefuseMatrix("1 2\n1\n-1 1\n"), HasSubstr("in row 0, column -1, and the matrix has 2"));
+    EXPECT_EQ(RefuseMatrix("-1 2\n"),
+              "a.mtx, line 1: the number of rows is -1; it must be 0 at least, and no "
+              "more than the file's 5 bytes");
+    EXPECT_THAT(RefuseMatrix("2000000000 2000000000\n"),
+                HasSubstr("the number of rows is 2000000000; it must"));
+    EXPECT_THAT(RefuseMatrix("1 -2\n0\n"), EndsWith("the number of columns is -2; it must be 0 at least"));
+    EXPECT_THAT(RefuseMatrix("1 2\n-3\n"), HasSubstr("the number of entries is -3; it must"));
     EXPECT_THAT(RefuseMatrix("1 2\n1\n0 nan\n"), EndsWith("line 3: an entry's value is not finite"));
     EXPECT_THAT(RefuseMatrix("1 2\n1\n0 1e999\n"), EndsWith("not finite"));
     EXPECT_THAT(RefuseMatrix("1 2\n1\n0"), EndsWith("the file ends before an entry's value"));

@@ -200,6 +200,23 @@ TEST(CSparseMatrix, AddsAndSubtractsPlaceByPlace)
     }
 }
 
+TEST(CSparseMatrix, LeavesOutSumsBelowAHundredthOfATrillionth)
+{
+    // 1e-14 itself is not below.
+    CSparseMatrix a(1, 4);
+    a.SetValue(0, 0, 0.9e-14);
+    a.SetValue(0, 1, 1e-14);
+    a.SetValue(0, 2, -0.9e-14);
+    a.SetValue(0, 3, -1e-14);
+    const CSparseMatrix none(1, 4);
+    CSparseMatrix result;
+    EXPECT_TRUE(a.Add(none, result));
+    EXPECT_THAT(result.GetColumnsOf(0), ElementsAre(1, 3));
+    EXPECT_TRUE(none.Subtract(a, result));
+    EXPECT_THAT(result.GetColumnsOf(0), ElementsAre(1, 3));
+    EXPECT_THAT(result.GetValuesOf(0), ElementsAre(-1e-14, 1e-14));
+}
+
 TEST(CSparseMatrix, TakesTheProductOfTwoColumns)
 {
     CSparseMatrix a(3, 1);
@@ -265,6 +282,16 @@ TEST(CSparseMatrix, CountsWhatIsNotSymmetric)
     matrix.SetValue(5, 7, 1.0);
     EXPECT_FALSE(matrix.CheckSymmetric());
     EXPECT_EQ(console.GetText(), "\n# Not Symmetric Elements = 1\n\n# Not Symmetric Elements = 2\n");
+}
+
+TEST(CSparseMatrix, CountsADifferenceOfExactlyATenBillionth)
+{
+    const ConsoleCapture console;
+    CSparseMatrix matrix(2, 2);
+    matrix.SetValue(0, 1, 1e-10); // its counterpart is 0
+    EXPECT_FALSE(matrix.CheckSymmetric());
+    matrix.SetValue(0, 1, std::nextafter(1e-10, 0.0));
+    EXPECT_TRUE(matrix.CheckSymmetric());
 }
 
 TEST(CSparseMatrix, SaysItsMean)

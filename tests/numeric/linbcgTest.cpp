@@ -5,6 +5,7 @@
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <random>
 
 namespace tessarine
@@ -193,7 +194,23 @@ TEST(Linbcg, SolvesNothingInNoStep)
     EXPECT_EQ(solution.x.size(), 1U);
 }
 
-TEST(Linbcg, AssertsItsSizes)
+TEST(Linbcg, TellsWhetherItBrokeDown)
+{
+    const ConsoleCapture console;
+    const auto goesOn = [](const LinearSystem& system, int itol)
+    {
+        OneBasedVector x(system.rightSide.size());
+        int iter = 0;
+        double err = 0.0;
+        return linbcg(system.matrix, system.transposed, system.GetSize(), system.rightSide, x, itol, 1e-7,
+                      200, iter, err);
+    };
+    EXPECT_TRUE(goesOn(MakeRandomSystem(10, 1), 3));
+    EXPECT_FALSE(goesOn(MakeRandomSystem(10, 1), 5));
+    EXPECT_FALSE(goesOn(MakeDiagonalSystem({1.0, -1.0}, {1.0, 1.0}), 3));
+}
+
+TEST(Linbcg, AssertsItsSizesAndThatItCanCountItsSteps)
 {
     const AssertionCapture assertions;
     LinearSystem system = MakeRandomSystem(10, 1);
@@ -202,6 +219,10 @@ TEST(Linbcg, AssertsItsSizes)
     system = MakeRandomSystem(10, 1);
     system.transposed.SetSize(10, 9);
     EXPECT_THROW(Solve(system, 3, 1e-7, 200), AssertionFailure);
+    system = MakeRandomSystem(10, 1);
+    constexpr int kMost = std::numeric_limits<int>::max();
+    EXPECT_THROW(Solve(system, 3, 1e-7, kMost), AssertionFailure);
+    EXPECT_LT(Solve(system, 3, 1e-7, kMost - 1).iter, 100);
 }
 
 TEST(Linbcg, SaysItsEstimate)

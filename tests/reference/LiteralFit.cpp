@@ -221,6 +221,13 @@ LiteralEnergyFit FitByEnergyLiterally(DSSolid& solid, const std::vector<smVec3d>
         }
     }
     fit.console += "Set CGM ok...\n";
+    for (std::size_t place = 1; place <= static_cast<std::size_t>(available); ++place)
+    {
+        if (rightSide[0][place] == 0.0 && rightSide[1][place] == 0.0 && rightSide[2][place] == 0.0)
+        {
+            fit.console += "error...\n";
+        }
+    }
     CSparseMatrix transposed;
     matrix.Transpose(transposed);
     std::vector<double> x[3];

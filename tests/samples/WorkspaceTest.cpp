@@ -1,8 +1,10 @@
 #include "Workspace.h"
 #include "Capture.h"
 #include "Distance2D.h"
+#include "FootSearch.h"
 #include "IAGenerateSplatCommand.h"
 #include "IAPointCloud.h"
+#include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IODatasetCameras.h"
 #include "IODatasetImages.h"
 #include "IODatasetText.h"
@@ -12,10 +14,14 @@
 #include "LinksHold.h"
 #include "LiteralSilhouette.h"
 #include "MANSceneManager.h"
+#include "Open3DView.h"
+#include "Path.h"
 #include "TemporaryFolder.h"
 #include <algorithm>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace tessarine
 {
@@ -223,6 +229,46 @@ TEST_F(WorkspaceFiles, GiveACutFaceForEachMarkerLine)
     }
 }
 
+/// The root of the mean square of what lies between the points and the model.
+double DistanceBetween(const std::vector<smVec3d>& cloud, DSSolid& solid)
+{
+    FootSearch search(solid, kIncrementalFeet);
+    double nearest = 0.0;
+    search.SetRefusal(
+        [&nearest](const DSFace&, const smVec3d& point, const smVec3d& foot)
+        {
+            nearest = std::min(nearest, (point - foot).Length());
+            return true; // to be asked for each
+        });
+    double sum = 0.0;
+    for (const smVec3d& point : cloud)
+    {
+        nearest = std::numeric_limits<double>::infinity();
+        search.Find(point);
+        nearest = std::min(nearest, search.GetVertexDistance());
+        sum += nearest * nearest;
+    }
+    return std::sqrt(sum / static_cast<double>(cloud.size()));
+}
+
+TEST_F(WorkspaceFiles, HaveADragonThatTheEnergyFitBringsNearerToItsCloud)
+{
+    ImportedModel model("dragon.obj");
+    DSSolid& dragon = *model.scene.GetCurrentSolid();
+    Open3DView view;
+    IAPointCloud cloud = ReadCloud("Data\\dragon.txta");
+    cloud.Normalize("Data\\dragon.txta");
+    const double before = DistanceBetween(cloud.m_Points, dragon);
+    IAReconstructionSmoothEnergyFunctionCommand command;
+    command.SetElementManager(&model.elements);
+    command.SetSceneManager(&model.scene);
+    command.SetView(&view);
+    command.Execute();
+    EXPECT_TRUE(LinksHold(dragon));
+    EXPECT_GT(before, 0.0004);
+    EXPECT_LT(DistanceBetween(cloud.m_Points, dragon), 0.5 * before);
+}
+
 TEST_F(WorkspaceFiles, HaveLabelledPointsInAFrameOfTheirOwn)
 {
     IODatasetText text("Data\\man.data");
@@ -236,16 +282,19 @@ TEST_F(WorkspaceFiles, HaveLabelledPointsInAFrameOfTheirOwn)
     EXPECT_TRUE(std::filesystem::is_empty("data1"));
 }
 
-TEST_F(WorkspaceFiles, AreTheSameAgain)
+TEST_F(WorkspaceFiles, AreTheSameAgainInFoldersOfAnyCase)
 {
     const TemporaryFolder again;
+    again.Write("Data/Bunny/keep", "");
     WriteWorkspace(again.GetPath(), kSmall);
+    EXPECT_FALSE(again.Has("data")); // what reads it takes the one that is there
+    SetCurrentFolder(again.GetPath());
     for (const auto& entry : std::filesystem::recursive_directory_iterator(s_pFolder->GetPath()))
     {
         if (entry.is_regular_file())
         {
             const auto name = std::filesystem::relative(entry.path(), s_pFolder->GetPath());
-            ASSERT_EQ(again.Read(name), s_pFolder->Read(name)) << name;
+            ASSERT_EQ(again.Read(ResolveForReading(name)), s_pFolder->Read(name)) << name;
         }
     }
 }

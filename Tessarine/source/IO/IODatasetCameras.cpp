@@ -1,4 +1,6 @@
 #include "IODatasetCameras.h"
+#include "CExcp.h"
+#include "Failure.h"
 #include "IODatasetText.h"
 #include "IOTextOutput.h"
 #include "Image.h"
@@ -46,6 +48,11 @@ smMatrix44d ReadView(IODatasetText& text)
 }
 }
 
+std::string IODatasetCameras::GetSizeSource() const
+{
+    return m_strFile + ", line " + std::to_string(m_nSizeLine);
+}
+
 smMatrix44d IODatasetCameras::GetInverse(int view) const
 {
     const auto index = static_cast<std::size_t>(view);
@@ -54,11 +61,13 @@ smMatrix44d IODatasetCameras::GetInverse(int view) const
     {
         inverse.Invert();
     }
-    catch (IException& error)
+    catch (const CExcpSingularMatrix&)
     {
-        error.AddContext(m_strFile + ", line " + std::to_string(m_Lines.at(index)) +
-                         ", the camera of image " + std::to_string(view + 1));
-        throw;
+        throw Failure(
+            m_strFile + ", line " + std::to_string(m_Lines.at(index)) + ": the camera of image " +
+            std::to_string(view + 1) +
+            " has no inverse (a singular matrix), which the markers of the image need: mend the line, or "
+            "take the markers away");
     }
     return inverse;
 }
@@ -76,6 +85,7 @@ IODatasetCameras ReadCameras(IODatasetText& text)
     const int count = ReadViewCount(text);
     cameras.m_nImageWidth = ReadSide(text, "the width of the images");
     cameras.m_nImageHeight = ReadSide(text, "the height of the images");
+    cameras.m_nSizeLine = text.GetLine();
     for (int i = 0; i < count; ++i)
     {
         if (text.IsAtEnd())

@@ -17,12 +17,16 @@ struct IODatasetCameras
     int m_nImageWidth = 0;
     int m_nImageHeight = 0;
     std::string m_strFile;    ///< where they come from, for the messages
+    int m_nSizeLine = 0;      ///< on which the size of the images stands there
     std::vector<int> m_Lines; ///< on which each view starts there
 
     int GetImageCount() const { return static_cast<int>(m_Views.size()); }
 
+    /// "data/bunny/param.dat, line 2"
+    std::string GetSizeSource() const;
+
     /// For what is given on the plane of an image.
-    /// Throws CExcpSingularMatrix, which names the file and the line, where the view has no inverse.
+    /// Throws Failure, which names the file and the line, where the view has no inverse.
     smMatrix44d GetInverse(int view) const;
 };
 

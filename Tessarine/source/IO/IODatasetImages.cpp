@@ -37,14 +37,21 @@ Image WithThreeComponents(Image image)
     return converted;
 }
 
-Image ReadDatasetImage(const std::string& folder, int number, int width, int height)
+Image ReadColourImage(const std::filesystem::path& path)
+{
+    ImageBudget budget(kMostDecodedBytes, 3);
+    return WithThreeComponents(ReadImage(path, budget));
+}
+
+Image ReadDatasetImage(const std::string& folder, int number, int width, int height,
+                       const std::string& sizeSource)
 {
     const std::string name = GetDatasetImageName(folder, number);
-    Image image = WithThreeComponents(ReadImage(ResolveForReading(name)));
+    Image image = ReadColourImage(ResolveForReading(name));
     if (image.width != width || image.height != height)
     {
         throw Failure(ResolveForReading(name).string() + " is " + DescribeSize(image.width, image.height) +
-                      " pixels, and its camera file says " + DescribeSize(width, height));
+                      " pixels, and " + sizeSource + " says " + DescribeSize(width, height));
     }
     return image;
 }

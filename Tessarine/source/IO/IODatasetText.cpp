@@ -31,6 +31,14 @@ double ConvertSlowly(const char* begin, char** end, locale_t locale, double /*ki
     return ::strtod_l(begin, end, locale);
 }
 
+/// Where there is none, the name that it would have in the folder that is there.
+std::filesystem::path FindDatasetFile(const std::string& name)
+{
+    std::error_code error;
+    const std::filesystem::path path = ResolveForReading(name);
+    return std::filesystem::exists(path, error) ? path : ResolveForWriting(name);
+}
+
 /// As the C library reads it in the C locale.
 template <class T>
 const char* ParseRealSlowly(const char* begin, T& value)
@@ -55,7 +63,7 @@ IODatasetText::IODatasetText(const std::string& name) : m_strName(name)
 {
     try
     {
-        const std::filesystem::path path = ResolveForReading(name);
+        const std::filesystem::path path = FindDatasetFile(name);
         m_strName = path.string();
         m_strText = ReadFile(path);
     }

@@ -31,6 +31,12 @@ IODatasetUnitizing ReadUnitizing(IODatasetText& text)
         *coordinate = text.ReadFloat("the centre");
     }
     unitizing.m_fUnitizeScale = text.ReadFloat("the scale");
+    if (unitizing.m_fUnitizeScale == 0.0F)
+    {
+        text.Refuse("the scale is 0; it is 2 over the longest side of the model, for example");
+    }
+    unitizing.m_strFile = text.GetName();
+    unitizing.m_nScaleLine = text.GetLine();
     unitizing.m_nHalfWidth = ReadHalfExtent(text, "half the width of the image plane");
     unitizing.m_nHalfHeight = ReadHalfExtent(text, "half the height of the image plane");
     return unitizing;

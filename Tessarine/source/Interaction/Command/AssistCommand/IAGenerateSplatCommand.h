@@ -10,7 +10,8 @@ class MANSceneManager;
 ///
 /// Needs   The scene (asserted).
 /// Fails   FileError and Failure name the file, and the line, of what is missing or cannot be used.
-///         CExcpSingularMatrix for the camera of an image with markers.
+///         Such is a camera without an inverse of an image with markers, and a scale that leaves single precision.
+/// Says    On standard error, that no image has a marker.
 /// Kept    The line counts by the first and the last of its pixels in the order of the rows, however it was drawn.
 class IAGenerateSplatCommand : public IACommand
 {

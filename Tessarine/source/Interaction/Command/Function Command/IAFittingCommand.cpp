@@ -6,6 +6,8 @@
 #include "IODatasetText.h"
 #include "MANSceneManager.h"
 #include "Open3DView.h"
+#include "VertexWalk.h"
+#include <unordered_map>
 
 namespace tessarine
 {
@@ -18,6 +20,39 @@ bool IsSingleTriangle(const DSFace& face)
     ASSERT(h != nullptr);
     return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h &&
            h->GetNext()->GetNext()->GetNext() == h;
+}
+
+/// Each vertex of a closed mesh has one fan, which its walk meets whole.
+void DemandSingleFans(const DSSolid& solid)
+{
+    std::unordered_map<const DSVertex*, std::size_t> unmet; // corners that no walk has met
+    for (const DSFace* pFace : solid.GetFaceList())
+    {
+        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
+        for (const DSVertex* corner : {h->GetVertex(), h->GetNext()->GetVertex(), h->GetPrev()->GetVertex()})
+        {
+            ++unmet[corner];
+        }
+    }
+    for (const DSVertex* pVertex : solid.GetVertexList())
+    {
+        if (pVertex->GetHalfEdge() != nullptr)
+        {
+            for (VertexWalk walk(pVertex->GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
+            {
+                --unmet[walk.Get()->GetVertex()];
+            }
+        }
+        if (unmet[pVertex] != 0)
+        {
+            const smVec3d& place = pVertex->GetPosition();
+            throw Failure(
+                "a model can be fitted to a cloud only where each vertex has one ring of faces, and at (" +
+                std::to_string(place.x) + ", " + std::to_string(place.y) + ", " + std::to_string(place.z) +
+                ") two parts of the surface share one: give each part a vertex of its own in the file and "
+                "import again");
+        }
+    }
 }
 
 /// Two faces, which run against each other along the edge; no third one has displaced this half-edge.
@@ -53,6 +88,7 @@ void DemandClosedTriangles(const DSSolid& solid)
                 "against each other: mend it in the file and import again");
         }
     }
+    DemandSingleFans(solid);
 }
 }
 
@@ -60,6 +96,7 @@ void IAFittingCommand::TakeClosedSolid()
 {
     ASSERT(m_pElementManager != nullptr && m_pSceneManager != nullptr && m_pView != nullptr);
     m_pSolid = m_pSceneManager->GetCurrentSolid();
+    ASSERT_VALUE(m_pSolid != nullptr); // told below what to do
     if (m_pSolid == nullptr || m_pSolid->GetFaceList().empty())
     {
         throw Failure("there is no model with faces to be fitted to a cloud: import one first");
@@ -74,6 +111,7 @@ void IAFittingCommand::LoadPoints(const std::string& fileName)
     IAPointCloud cloud;
     cloud.ReadPointsRepeatingTheLast(file);
     DebugConsole() << "点云大小: " << cloud.m_Points.size() << '\n';
+    ASSERT_VALUE(!cloud.m_Points.empty()); // told below which file it is
     cloud.Normalize(file.GetName());
     m_Points = std::move(cloud.m_Points);
 }

@@ -25,15 +25,15 @@ protected:
     /// Takes the current solid, and refuses one whose vertices cannot be walked around. All managers must be set
     /// (asserted).
     ///
-    /// Fails   Failure without a solid; for a face that is no triangle; for an edge without two faces that run against
-    ///         each other.
+    /// Fails   No solid is reported as an assertion. Failure without one; for a face that is no triangle; for an edge
+    ///         without two faces that run against each other; for a vertex with more than one ring of faces.
     void TakeClosedSolid();
 
     /// Reads the cloud and brings it into the cube from -1 to 1 in double precision.
     ///
     /// Says    The number of points.
-    /// Fails   A file that cannot be opened is reported as an assertion, and named (FileError). Failure for what the
-    ///         file should not hold, and for a cloud without extent.
+    /// Fails   A file that cannot be opened is reported as an assertion, and named (FileError); so is a cloud without
+    ///         points (Failure). Failure for what the file should not hold, and for a cloud without extent.
     void LoadPoints(const std::string& fileName);
 
     /// Has the view show the cloud, and a foot point for each of its points; where there was none yet, the point

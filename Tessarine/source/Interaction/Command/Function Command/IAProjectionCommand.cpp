@@ -1,5 +1,7 @@
 #include "IAProjectionCommand.h"
 #include "Assert.h"
+#include "Failure.h"
+#include "File.h"
 #include "IAPointCloud.h"
 #include "IODatasetCameras.h"
 #include "IODatasetImages.h"
@@ -40,6 +42,22 @@ void PrepareFrame()
     glClearDepth(1.0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
+
+/// Tells as well which images are there already where one cannot be written.
+void WriteFrame(const Image& frame, int number)
+{
+    try
+    {
+        WriteDatasetImage(frame, kImageFolder, number);
+    }
+    catch (const FileError& error)
+    {
+        throw Failure(error.what() +
+                      (number == 1 ? std::string("; no image is new")
+                                   : "; new are the images 1 to " + std::to_string(number - 1)) +
+                      ", and the list of views was not written");
+    }
+}
 }
 
 void IAProjectionCommand::Execute()
@@ -77,7 +95,7 @@ void IAProjectionCommand::SampleViews() const
             const smMatrix44d view = MakeView(elevation, azimuth);
             views.AddView(view);
             m_pView->DrawApart(frame, [&] { DrawPoints(view); });
-            WriteDatasetImage(frame, kImageFolder, ++count);
+            WriteFrame(frame, ++count);
         }
     }
     views.Commit(count);

@@ -14,7 +14,8 @@ class Open3DView;
 ///
 /// Needs   A view with a surface; the folder, which is not made.
 /// Fails   A missing file of points is reported as an assertion, and named (FileError). Failure without a
-///         surface, and for points without extent. An image or a list of views is there whole or not at all.
+///         surface, and for points without extent; for an image that cannot be written, which tells those that
+///         were. An image or a list of views is there whole or not at all.
 /// Kept    The depth reaches from -1 to 3 along the view: points before it vanish.
 class IAProjectionCommand : public IACommand
 {

@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Console.h"
 #include "Distance2D.h"
+#include "ErrorLine.h"
 #include "HullCarver.h"
 #include "IODatasetImages.h"
 #include "IODatasetText.h"
@@ -118,8 +119,8 @@ void IAReconstructionCommand::BuildField()
 
 void IAReconstructionCommand::AddView(int view, HullCarver& carver, std::vector<std::int32_t>& layers)
 {
-    Image image =
-        ReadDatasetImage(kSilhouetteFolder, view + 1, m_Cameras.m_nImageWidth, m_Cameras.m_nImageHeight);
+    Image image = ReadDatasetImage(kSilhouetteFolder, view + 1, m_Cameras.m_nImageWidth,
+                                   m_Cameras.m_nImageHeight, m_Cameras.GetSizeSource());
     if (FilterImage(image.width, image.height, image.pixels.data(), kFilteredRun, true))
     {
         const std::vector<Pixel> ends = FindMarkerEnds(image); // what the filter has left of them
@@ -200,6 +201,13 @@ void IAReconstructionCommand::BuildSolid()
     const bool fits = m_pSolid->CheckTopology();
     DebugConsole() << "solid flag: " << (fits ? "true" : "false") << '\n';
     AddToScene(m_pSolid);
+    if (lists.faceSizes.empty())
+    {
+        PrintErrorLine(
+            "the surface has no face, as the field does not cross its level: look whether every "
+            "silhouette shows its body with red on black, whether the cameras see the body (from -1.2 to "
+            "1.2 across and down), and whether the level is near 0");
+    }
 }
 
 void IAReconstructionCommand::ShowField()

@@ -22,7 +22,7 @@ class Open3DView;
 /// Leaves  The scene's solids as they are; cut faces for the images with markers; the cloud and the octree in the
 ///         view, which points at the nodes of this command; "pointDistance.dat".
 /// Fails   A missing cloud is reported as an assertion. FileError and Failure name the file, and the line, of what is
-///         missing or cannot be used. CExcpSingularMatrix for the camera of an image with markers.
+///         missing or cannot be used, such as a camera without an inverse of an image with markers.
 /// Source  A. Laurentini, "The visual hull concept for silhouette-based image understanding", 1994.
 class IAReconstructionCommand : public IACommand
 {
@@ -40,7 +40,7 @@ public:
 
     /// A solid of the triangles, welded, as a new child of the root.
     /// Says    " Ambiguous triangle:" for each one that has two corners at one place, and is left out; the sizes of
-    ///         the lists; "solid flag: "
+    ///         the lists; "solid flag: "; on standard error, that there is no face
     void BuildSolid();
 
     /// A solid of points as a new child of the root: half the position of each sample that a view has bounded, its

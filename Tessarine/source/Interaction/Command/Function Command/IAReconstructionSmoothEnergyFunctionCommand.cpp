@@ -124,12 +124,17 @@ void IAReconstructionSmoothEnergyFunctionCommand::AddPoint(std::size_t index)
     }
 }
 
-void IAReconstructionSmoothEnergyFunctionCommand::SetSystem()
+void IAReconstructionSmoothEnergyFunctionCommand::AddPoints()
 {
     for (std::size_t i = 0; i < m_FitPoints.size(); ++i)
     {
         AddPoint(i);
     }
+}
+
+void IAReconstructionSmoothEnergyFunctionCommand::SetSystem()
+{
+    AddPoints();
     DebugConsole() << "Set CGM ok..." << '\n';
     for (std::size_t place = 1; place <= static_cast<std::size_t>(m_nAvailable); ++place)
     {

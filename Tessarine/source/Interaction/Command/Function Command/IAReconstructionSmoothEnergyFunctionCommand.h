@@ -30,9 +30,14 @@ public:
     /// Needs   A closed solid; a system of as many unknowns as it has vertices (asserted).
     static void AddUmbrellaTerm(const DSSolid& solid, LeastSquaresSystem& system);
 
-private:
+protected:
+    // The first steps of the run, and what they add up to.
     void FindFeet();
     void InitSystem();
+    void AddPoints();
+    const LeastSquaresSystem& GetSystem() const { return m_System; }
+
+private:
     void SetSystem();
     void AddPoint(std::size_t index);
     void MoveVertices(const std::vector<smVec3d>& positions);

@@ -41,7 +41,9 @@ int ReadCount(IODatasetText& text, const char* meaning)
     const int count = text.ReadDecimal(meaning);
     if (count < 0 || static_cast<std::size_t>(count) > text.GetSize())
     {
-        text.Refuse(std::string(meaning) + " is " + std::to_string(count));
+        text.Refuse(std::string(meaning) + " is " + std::to_string(count) +
+                    "; it must be 0 at least, and no more than the file's " + std::to_string(text.GetSize()) +
+                    " bytes");
     }
     return count;
 }
@@ -49,10 +51,15 @@ int ReadCount(IODatasetText& text, const char* meaning)
 void ReadEntry(IODatasetText& text, CSparseMatrix& matrix, int row)
 {
     const int column = text.ReadDecimal("an entry's column");
-    if (column < 0 || column >= matrix.GetColumnCount() || matrix.HasEntry(row, column))
+    const std::string place = "row " + std::to_string(row) + ", column " + std::to_string(column);
+    if (column < 0 || column >= matrix.GetColumnCount())
     {
-        text.Refuse("row " + std::to_string(row) + " has an entry in column " + std::to_string(column) +
-                    ", which is none of the matrix or has one already");
+        text.Refuse("an entry stands in " + place + ", and the matrix has " +
+                    std::to_string(matrix.GetColumnCount()) + " columns, counted from 0");
+    }
+    if (matrix.HasEntry(row, column))
+    {
+        text.Refuse("a second entry stands in " + place + " (both count from 0)");
     }
     matrix.SetValue(row, column, text.ReadDouble("an entry's value"));
 }
@@ -122,7 +129,7 @@ void CSparseMatrix::ReadMatrix(const std::string& path)
     const int columns = text.ReadDecimal("the number of columns");
     if (columns < 0)
     {
-        text.Refuse("the number of columns is " + std::to_string(columns));
+        text.Refuse("the number of columns is " + std::to_string(columns) + "; it must be 0 at least");
     }
     CSparseMatrix matrix(rows, columns);
     for (int row = 0; row < rows; ++row)

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 
 namespace tessarine
 {
@@ -224,12 +225,13 @@ void SayProgress(int iter, double err)
 }
 }
 
-void linbcg(const CSparseMatrix& A, const CSparseMatrix& At, int n, const std::vector<double>& b,
+bool linbcg(const CSparseMatrix& A, const CSparseMatrix& At, int n, const std::vector<double>& b,
             std::vector<double>& x, int itol, double tol, int itmax, int& iter, double& err)
 {
     ASSERT(n >= 0 && A.GetRowCount() == n && A.GetColumnCount() == n);
     ASSERT(At.GetRowCount() == n && At.GetColumnCount() == n);
     ASSERT(b.size() == static_cast<std::size_t>(n) + 1 && x.size() == b.size());
+    ASSERT(itmax < std::numeric_limits<int>::max());
     iter = 0;
     err = 0.0;
     BiconjugateGradients method(A, At, b, x, itol);
@@ -239,7 +241,7 @@ void linbcg(const CSparseMatrix& A, const CSparseMatrix& At, int n, const std::v
         if (!method.Step(iter))
         {
             DebugConsole() << "linbcg cannot go on behind step " << iter - 1 << '\n';
-            return;
+            return false;
         }
         if (!method.EstimateError(err))
         {
@@ -248,9 +250,10 @@ void linbcg(const CSparseMatrix& A, const CSparseMatrix& At, int n, const std::v
         SayProgress(iter, err);
         if (err <= tol)
         {
-            return;
+            break;
         }
     }
+    return true;
 }
 
 void SayEstimate(int iter, double err)
