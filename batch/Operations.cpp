@@ -344,6 +344,12 @@ bool RunFitVertices(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().FitVertices(); });
 }
 
+bool RunFitLimitSurface(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().FitLimitSurface(); });
+}
+
 bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
@@ -449,7 +455,7 @@ constexpr Operation kOperations[] = {
     {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",
      RunLater},
     {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunFitVertices},
-    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
+    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunFitLimitSurface},
     {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
     {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
      RunTriangleQuality},

@@ -228,6 +228,16 @@ void IAController::FitVertices()
         });
 }
 
+void IAController::FitLimitSurface()
+{
+    RunHierarchical(
+        [](IASmoothCommand& command)
+        {
+            command.TakeSolidAndCloud();
+            command.FitLimitSurface();
+        });
+}
+
 void IAController::RunHierarchical(const std::function<void(IASmoothCommand&)>& run)
 {
     Run<IASmoothCommand>(

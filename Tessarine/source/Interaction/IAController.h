@@ -64,8 +64,10 @@ public:
     void GenerateMesh(float level);
     void ShowField();
     void RefineHierarchical();
-    /// A fresh hierarchical command: takes solid and cloud as its run does, and fits the vertices to the cloud.
+    /// A fresh hierarchical command: takes solid and cloud as its run does, and fits to the cloud the vertices, or the
+    /// limit surface of Loop subdivision.
     void FitVertices();
+    void FitLimitSurface();
     void RefineIncremental();
     void RefineTwoStep();
     void RefineEnergy();

@@ -109,14 +109,14 @@ void IAFittingCommand::TakeClosedSolid(FaceForm form)
     DemandClosed(*m_pSolid, form == FaceForm::Triangles);
 }
 
-void IAFittingCommand::NormalizeSolid()
+void IAFittingCommand::NormalizeCurrentSolid()
 {
     ASSERT(m_pSolid != nullptr && !m_pSolid->GetVertexList().empty());
     if (!HasExtent(*m_pSolid))
     {
         throw Failure("all vertices of the model are at one place: a fit needs a model with an extent");
     }
-    tessarine::NormalizeSolid(*m_pSolid);
+    NormalizeSolid(*m_pSolid);
 }
 
 void IAFittingCommand::ReadPoints(const std::string& fileName)

@@ -38,8 +38,8 @@ protected:
 
     /// Brings the solid into the cube from -1 to 1 in single precision.
     ///
-    /// Fails   As tessarine::NormalizeSolid; Failure for a solid without extent.
-    void NormalizeSolid();
+    /// Fails   As NormalizeSolid; Failure for a solid without extent.
+    void NormalizeCurrentSolid();
 
     /// Reads the cloud as it stands in the file.
     ///

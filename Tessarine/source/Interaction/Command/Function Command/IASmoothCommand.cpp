@@ -1,4 +1,5 @@
 #include "IASmoothCommand.h"
+#include "CloudNormals.h"
 #include "Console.h"
 #include "DSBrep.h"
 #include "FaceCutting.h"
@@ -6,6 +7,7 @@
 #include "File.h"
 #include "IODatasetText.h"
 #include "IOTextOutput.h"
+#include "LimitSurfaceFit.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
 #include "Open3DView.h"
@@ -22,6 +24,7 @@ constexpr char kHorseCloud[] = "Data\\horse.txta";
 constexpr char kCoefficientFile[] = "Data\\CheckCofficientMatrix.data";
 constexpr char kResultFile[] = "Data\\result.txt";
 constexpr int kVertexFitRounds = 2;
+constexpr int kLimitFitRounds = 4;
 constexpr double kSmoothingWeight = 0.001;
 constexpr std::int32_t kNoVertex = -1;
 
@@ -69,7 +72,7 @@ void IASmoothCommand::Execute()
 void IASmoothCommand::TakeSolidAndCloud()
 {
     TakeClosedSolid(FaceForm::Polygons);
-    NormalizeSolid();
+    NormalizeCurrentSolid();
     ReadPoints(kHorseCloud);
     m_PointDone.assign(m_Points.size(), false);
     m_pView->GetProjectedPoints() = m_Points; // Kept: as they stand in the file
@@ -120,6 +123,20 @@ void IASmoothCommand::FitVertices()
         CheckError();
         BuildConstMatrix();
         WriteMatrix();
+        SolveSystem();
+    }
+    ReleaseSystem();
+}
+
+void IASmoothCommand::FitLimitSurface()
+{
+    ASSERT(m_pSolid != nullptr);
+    DemandLimitPatches(*m_pSolid, m_EigenTable);
+    for (int round = 0; round < kLimitFitRounds; ++round)
+    {
+        ResetSystem();
+        AssembleLimitSystem();
+        CheckError();
         SolveSystem();
     }
     ReleaseSystem();
@@ -178,6 +195,20 @@ void IASmoothCommand::BuildConstMatrix()
     {
         m_System.AddToRightSide(i, 2.0 * m_TargetPoints[static_cast<std::size_t>(i)]);
     }
+}
+
+void IASmoothCommand::ResetSystem()
+{
+    m_System.SetSize(static_cast<int>(m_pSolid->GetVertexList().size()));
+}
+
+void IASmoothCommand::AssembleLimitSystem()
+{
+    NearestPoints nearest = BuildCloudIndex();
+    LimitSamples samples =
+        tessarine::AssembleLimitSystem(*m_pSolid, m_EigenTable, nearest, m_Points, m_System);
+    m_SamplePoints = std::move(samples.points);
+    m_TargetPoints = std::move(samples.targets);
 }
 
 void IASmoothCommand::WriteMatrix() const
@@ -254,7 +285,12 @@ void IASmoothCommand::PerturbVertices()
     }
 }
 
-void IASmoothCommand::EstimateNormals() {}
+void IASmoothCommand::EstimateNormals()
+{
+    ASSERT(m_pView != nullptr);
+    NearestPoints nearest = BuildCloudIndex();
+    m_pView->GetPointNormals() = EstimateCloudNormals(m_Points, nearest);
+}
 
 const std::vector<std::int32_t>& IASmoothCommand::FindVertexFeet()
 {

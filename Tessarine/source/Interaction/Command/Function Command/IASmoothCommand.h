@@ -1,5 +1,6 @@
 #pragma once
 #include "DualMesh.h"
+#include "EigenTable.h"
 #include "FitError.h"
 #include "FootSearch.h"
 #include "IAFittingCommand.h"
@@ -42,6 +43,15 @@ public:
     /// Leaves  "Data\CheckFootPoint.data" and "Data\CheckCofficientMatrix.data" of the last time.
     /// Fails   FileError where these cannot be written.
     void FitVertices();
+
+    /// Moves all vertices so that the limit surface of Loop subdivision comes as close as it can to the cloud points
+    /// that are nearest to its samples. Four times.
+    ///
+    /// Needs   The eigen table; triangles with at most one corner of another valence than 6.
+    /// Says    The error before each time, and what the solver says.
+    /// Leaves  "Data\CheckFootPoint.data" of the last time.
+    /// Fails   Failure for a table that is missing or does not have a valence, and for other faces; FileError.
+    void FitLimitSurface();
 
     /// A new child of the root from "Data\result.txt": the number of triangles, and three places in the cloud for
     /// each.
@@ -91,6 +101,8 @@ private:
     void FindTargets();
     void CheckError();
     void BuildConstMatrix();
+    void ResetSystem();
+    void AssembleLimitSystem();
     void WriteMatrix() const;
     void SolveSystem();
     void ReleaseSystem();
@@ -98,6 +110,7 @@ private:
     std::vector<smVec3d> m_SamplePoints;
     std::vector<smVec3d> m_TargetPoints; ///< the cloud point that each sample is to reach
     LeastSquaresSystem m_System;
+    EigenTable m_EigenTable = ReadEigenTable();
     double m_fMaxError = 0.0;
     double m_fAverageError = 0.0;
     std::vector<bool> m_PointDone; ///< for each cloud point, whether it takes no part any more
