@@ -1,6 +1,8 @@
-#include "FitStage.h"
 #include "IASmoothCommand.h"
+#include "EigenTable.h"
+#include "FitStage.h"
 #include "LinksHold.h"
+#include "RandomMeshes.h"
 #include "Refusal.h"
 #include "Vectors.h"
 #include <cmath>
@@ -140,8 +142,8 @@ TEST_F(SmoothCommandTest, KeepsThePointsOfTheFileForPointsWithoutAFoot)
 {
     // Corners of the cube opposite to those of the tetrahedron: no foot lies on it within the tolerance.
     m_Stage.Load(Placed(CentredTetrahedron(), 3.0, {1, 1, 1}));
-    const std::vector<smVec3d> file = m_Stage.WriteCloud(
-        kHorseCloudPath, {{0, 0, 0}, {8, 8, 8}, {8, 8, 8}, {8, 8, 0}});
+    const std::vector<smVec3d> file =
+        m_Stage.WriteCloud(kHorseCloudPath, {{0, 0, 0}, {8, 8, 8}, {8, 8, 8}, {8, 8, 0}});
     m_Command.Execute();
     EXPECT_EQ(m_Console.Count("There are 4points cannot find projection point.."),
               m_Command.GetFeet().points.empty() ? 1 : 0);
@@ -325,7 +327,7 @@ TEST_F(SmoothCommandTest, FitsTheVerticesTwiceAndLowersTheError)
     m_Command.FitVertices();
     const std::vector<double> errors = AverageErrors(m_Console);
     ASSERT_EQ(errors.size(), 2U);
-    EXPECT_GT(errors[0], 0.02);            // 400 points on a sphere are 0.18 apart
+    EXPECT_GT(errors[0], 0.02);             // 400 points on a sphere are 0.18 apart
     EXPECT_LT(errors[1], 0.01 * errors[0]); // the weight of the other term is a thousandth over the vertices
     EXPECT_NEAR(m_Command.GetAverageError(), errors[1], 1e-6 * errors[1]);
     EXPECT_LE(m_Command.GetAverageError(), m_Command.GetMaxError());
@@ -401,6 +403,108 @@ TEST_F(SmoothCommandTest, BringsVerticesWithoutFacesToTheirTargets)
     EXPECT_NEAR(solid.GetVertexList()[18]->GetPosition().Length(), 1.0, 1e-3);
 }
 
+// --- the fit of the limit surface
+
+/// A command that finds the table of valences up to 8.
+class LimitFitTest : public SmoothCommandTest
+{
+protected:
+    LimitFitTest()
+    {
+        m_Stage.GetFolder().Write("data/keep", "");
+        WriteEigenTable(m_Stage.GetFolder() / "data/lpdata50NT.dat", 8);
+    }
+
+    /// What the fit says against it; the model must be as it was taken.
+    std::string RefuseToFit(const IndexedMesh& mesh)
+    {
+        FitStage stage;
+        stage.GetFolder().Write("data/keep", "");
+        std::filesystem::copy_file(m_Stage.GetFolder() / "data/lpdata50NT.dat",
+                                   stage.GetFolder() / "data/lpdata50NT.dat");
+        const DSSolid& solid = stage.Load(mesh);
+        stage.WriteCloud(kHorseCloudPath, SphereCloud(30, 1));
+        IASmoothCommand command;
+        stage.Equip(command);
+        command.TakeSolidAndCloud();
+        const smVec3d before = solid.GetVertexList()[0]->GetPosition();
+        const std::string refusal = GetRefusal([&command] { command.FitLimitSurface(); });
+        EXPECT_EQ(solid.GetVertexList()[0]->GetPosition(), before);
+        EXPECT_FALSE(stage.GetFolder().Has("data/CheckFootPoint.data"));
+        return refusal;
+    }
+};
+
+TEST_F(LimitFitTest, LowersTheErrorOfALimitSurface)
+{
+    // A torus has valence 6 everywhere. Its limit surface lies within the mesh, the points on it.
+    m_Stage.Load(Placed(Torus(7, 5), 0.7, {}));
+    m_Stage.WriteCloud(kHorseCloudPath, Placed(Torus(70, 40), 0.7, {}).positions);
+    IASmoothCommand command;
+    m_Stage.Equip(command);
+    command.TakeSolidAndCloud();
+    command.FitLimitSurface();
+    const std::vector<double> errors = AverageErrors(m_Console);
+    ASSERT_EQ(errors.size(), 4U);
+    EXPECT_LT(errors[3], 0.5 * errors[0]);
+    EXPECT_EQ(m_Console.Count("Points Cloud ANN Init is OK"), 4);
+    // 70 faces of 1326 samples.
+    const std::string feet = m_Stage.GetFolder().Read("data/CheckFootPoint.data");
+    EXPECT_EQ(std::count(feet.begin(), feet.end(), '\n'), 70 * 1326);
+}
+
+TEST_F(LimitFitTest, RefusesFacesWithTwoIrregularCorners)
+{
+    EXPECT_THAT(RefuseToFit(CentredTetrahedron()), HasSubstr("subdivide the model once"));
+    EXPECT_THAT(RefuseToFit(Sphere(2)), testing::IsEmpty()); // its irregular vertices are apart
+}
+
+TEST_F(LimitFitTest, RefusesPolygonsAndValencesWithoutAnEntry)
+{
+    EXPECT_THAT(RefuseToFit(QuadTorus(4, 4)), HasSubstr("triangles only"));
+    EXPECT_THAT(RefuseToFit(Bipyramid(9)), HasSubstr("9"));
+    IndexedMesh pillow;
+    pillow.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    pillow.AddFace({1, 2, 3});
+    pillow.AddFace({1, 3, 2});
+    EXPECT_THAT(RefuseToFit(pillow), HasSubstr("two faces only"));
+}
+
+TEST_F(LimitFitTest, LeavesVerticesThatNoPatchReaches)
+{
+    IndexedMesh mesh = Torus(5, 4);
+    mesh.positions.emplace_back(0.25, 0.25, 0.0);
+    const DSSolid& solid = m_Stage.Load(mesh);
+    m_Stage.WriteCloud(kHorseCloudPath, SphereCloud(30, 1));
+    IASmoothCommand command;
+    m_Stage.Equip(command);
+    command.TakeSolidAndCloud();
+    const smVec3d before = solid.GetVertexList()[20]->GetPosition();
+    command.FitLimitSurface();
+    EXPECT_EQ(solid.GetVertexList()[20]->GetPosition(), before);
+}
+
+TEST_F(LimitFitTest, TakesASolidBehindAnother)
+{
+    LoadQuietly(m_Stage.GetElements(), Tetrahedron()); // ids are not places
+    m_Stage.Load(Torus(5, 4));
+    m_Stage.WriteCloud(kHorseCloudPath, SphereCloud(30, 1));
+    IASmoothCommand command;
+    m_Stage.Equip(command);
+    command.TakeSolidAndCloud();
+    command.FitLimitSurface();
+    EXPECT_EQ(AverageErrors(m_Console).size(), 4U);
+}
+
+TEST_F(SmoothCommandTest, RunsWithoutATableAndFitsNoLimitSurface)
+{
+    m_Stage.Load(Torus(5, 4));
+    m_Stage.WriteCloud(kHorseCloudPath, SphereCloud(300, 1));
+    m_Command.Execute();
+    EXPECT_NE(m_Command.GetDualSolid(), nullptr);
+    EXPECT_THAT(GetRefusal([this] { m_Command.FitLimitSurface(); }), HasSubstr("lpdata50NT.dat"));
+}
+
 // --- further operations
 
 TEST_F(SmoothCommandTest, ReadsATriangulationOfTheCloud)
@@ -422,8 +526,7 @@ TEST_F(SmoothCommandTest, ReadsATriangulationOfTheCloud)
 TEST_F(SmoothCommandTest, RefusesATriangulationThatCannotBe)
 {
     Take(CentredTetrahedron(), {{1, 1, 1}, {-1, -1, -1}});
-    const auto refusal = [this]
-    { return GetRefusal([this] { m_Command.ReadResult(); }); };
+    const auto refusal = [this] { return GetRefusal([this] { m_Command.ReadResult(); }); };
     EXPECT_THAT(refusal(), HasSubstr("cannot open Data/result.txt"));
     const std::pair<const char*, const char*> files[] = {
         {"-1\n", "line 1: the number of triangles is -1"},

@@ -35,8 +35,7 @@ void TurnAround(const DSVertex& vertex, TVisit visit)
 std::vector<int> RingOf(const DSSolid& solid, int vertex)
 {
     std::vector<int> ring;
-    TurnAround(*solid.GetVertexList()[static_cast<std::size_t>(vertex)],
-               [&ring](const DSHalfEdge* h)
+    TurnAround(*solid.GetVertexList()[static_cast<std::size_t>(vertex)], [&ring](const DSHalfEdge* h)
                { ring.push_back(static_cast<int>(h->GetTwin()->GetVertex()->GetID())); });
     return ring;
 }
@@ -77,8 +76,8 @@ void SayErrorLiterally(const std::vector<smVec3d>& samples, const std::vector<sm
         largest = d > largest ? d : largest;
     }
     console += "***********************\nTotal Error: " + SixDigits(total) +
-               "\nMax Error: " + SixDigits(largest) + "\nAverage Error: " +
-               SixDigits(std::sqrt(total / static_cast<double>(samples.size()))) +
+               "\nMax Error: " + SixDigits(largest) +
+               "\nAverage Error: " + SixDigits(std::sqrt(total / static_cast<double>(samples.size()))) +
                "\n***********************\n";
 }
 

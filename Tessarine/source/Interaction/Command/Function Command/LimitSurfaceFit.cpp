@@ -142,7 +142,7 @@ public:
         PatchTerms terms(m_System, std::move(rows));
         for (const LimitSample& sample : GetGrid(data))
         {
-            const smVec3d point = patch.Evaluate(sample);
+            const smVec3d point = patch.EvalEigenPatch(sample);
             const smVec3d& target = m_Cloud[static_cast<std::size_t>(m_Nearest.Find(point, 1).front())];
             m_Samples.points.push_back(point);
             m_Samples.targets.push_back(target);
