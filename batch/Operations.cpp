@@ -333,6 +333,23 @@ bool RunDumpField(BatchRun& run, const Arguments& arguments)
         });
 }
 
+bool RunRefineHierarchical(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().RefineHierarchical(); });
+}
+
+bool RunFitVertices(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().FitVertices(); });
+}
+
+bool RunFitLimitSurface(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().FitLimitSurface(); });
+}
+
 bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
@@ -413,7 +430,8 @@ constexpr Operation kOperations[] = {
      RunProjectSamples},
     {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
      RunBuildInitialMesh},
-    {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
+    {"refine-hierarchical", "", Group::MenuCommand, "builds the dual of the mesh over the cloud",
+     RunRefineHierarchical},
     {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
     {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
     {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
@@ -436,8 +454,8 @@ constexpr Operation kOperations[] = {
      RunLater},
     {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",
      RunLater},
-    {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunLater},
-    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
+    {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunFitVertices},
+    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunFitLimitSurface},
     {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
     {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
      RunTriangleQuality},

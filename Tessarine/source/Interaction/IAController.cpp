@@ -9,6 +9,7 @@
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
+#include "IASmoothCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
@@ -115,16 +116,22 @@ void IAController::ExportObj()
     IOSaveObj(&m_SceneManager, &m_ElementManager).SaveObj(fileName);
 }
 
-/// Create, hand over, run, keep, redraw.
 template <class TCommand, class THandOver>
 TCommand* IAController::Run(unsigned nCommandID, THandOver handOver)
+{
+    return Run<TCommand>(nCommandID, handOver, [](TCommand& command) { command.Execute(); });
+}
+
+/// Create, hand over, run, keep, redraw.
+template <class TCommand, class THandOver, class TRun>
+TCommand* IAController::Run(unsigned nCommandID, THandOver handOver, TRun run)
 {
     ASSERT(m_pCommandManager != nullptr);
     std::unique_ptr<IACommand> command = m_pCommandManager->CreateCommand(nCommandID);
     ASSERT(command != nullptr);
     auto* pCommand = static_cast<TCommand*>(command.get());
     handOver(*pCommand);
-    pCommand->Execute();
+    run(*pCommand);
     m_pCommandManager->StoreCommand(std::move(command));
     const bool isKept = command == nullptr; // a command that cannot be undone would go at the end of this
     ASSERT(isKept);
@@ -208,7 +215,33 @@ IAReconstructionCommand& IAController::GetReconstructionCommand() const
 
 void IAController::RefineHierarchical()
 {
-    RunLater(CommandID::Smooth);
+    RunHierarchical([](IASmoothCommand& command) { command.Execute(); });
+}
+
+void IAController::FitVertices()
+{
+    RunHierarchical(
+        [](IASmoothCommand& command)
+        {
+            command.TakeSolidAndCloud();
+            command.FitVertices();
+        });
+}
+
+void IAController::FitLimitSurface()
+{
+    RunHierarchical(
+        [](IASmoothCommand& command)
+        {
+            command.TakeSolidAndCloud();
+            command.FitLimitSurface();
+        });
+}
+
+void IAController::RunHierarchical(const std::function<void(IASmoothCommand&)>& run)
+{
+    Run<IASmoothCommand>(
+        CommandID::Smooth, [this](IASmoothCommand& command) { HandStores(command); }, run);
 }
 
 void IAController::RefineIncremental()

@@ -1,6 +1,7 @@
 #pragma once
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include <functional>
 #include <optional>
 
 namespace tessarine
@@ -8,6 +9,7 @@ namespace tessarine
 class IACommand;
 class IAFittingCommand;
 class IAReconstructionCommand;
+class IASmoothCommand;
 class MANCommandManager;
 class Open3DView;
 
@@ -62,6 +64,10 @@ public:
     void GenerateMesh(float level);
     void ShowField();
     void RefineHierarchical();
+    /// A fresh hierarchical command: takes solid and cloud as its run does, and fits to the cloud the vertices, or the
+    /// limit surface of Loop subdivision.
+    void FitVertices();
+    void FitLimitSurface();
     void RefineIncremental();
     void RefineTwoStep();
     void RefineEnergy();
@@ -102,8 +108,11 @@ public:
 private:
     template <class TCommand, class THandOver>
     TCommand* Run(unsigned nCommandID, THandOver handOver);
+    template <class TCommand, class THandOver, class TRun>
+    TCommand* Run(unsigned nCommandID, THandOver handOver, TRun run);
     IACommand* RunLater(unsigned nCommandID);
     void HandStores(IAFittingCommand& command);
+    void RunHierarchical(const std::function<void(IASmoothCommand&)>& run);
     void RunTwoStep(const char* step);
     void EmptyElements();
 

@@ -17,6 +17,7 @@
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
+#include "IASmoothCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
@@ -56,7 +57,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::GenerateSplat, "generating splats", Make<IAGenerateSplatCommand>},
     {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
     {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
-    {CommandID::Smooth, "hierarchical refinement", nullptr},
+    {CommandID::Smooth, "hierarchical refinement", Make<IASmoothCommand>},
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",

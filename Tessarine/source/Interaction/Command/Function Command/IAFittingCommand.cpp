@@ -1,23 +1,31 @@
 #include "IAFittingCommand.h"
 #include "Console.h"
+#include "CycleGuard.h"
 #include "DSBrep.h"
 #include "Failure.h"
 #include "IAPointCloud.h"
 #include "IODatasetText.h"
 #include "MANSceneManager.h"
 #include "Open3DView.h"
+#include "SolidNormalization.h"
+#include <algorithm>
 
 namespace tessarine
 {
 namespace
 {
-bool IsSingleTriangle(const DSFace& face)
+bool HasThreeCorners(const DSHalfEdge* h)
+{
+    return h->GetNext()->GetNext()->GetNext() == h;
+}
+
+/// One loop of three corners or more.
+bool IsPolygon(const DSFace& face)
 {
     ASSERT(!face.GetLoopList().empty() && face.GetLoopList()[0] != nullptr);
     const DSHalfEdge* h = face.GetLoopList()[0]->GetHalfEdge();
     ASSERT(h != nullptr);
-    return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h &&
-           h->GetNext()->GetNext()->GetNext() == h;
+    return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h;
 }
 
 /// Two faces, which run against each other along the edge; no third one has displaced this half-edge.
@@ -34,19 +42,41 @@ bool HasFaceAcross(const DSHalfEdge* h)
            pMate->GetNext()->GetVertex() == h->GetVertex();
 }
 
-void DemandClosedTriangles(const DSSolid& solid)
+bool HasFacesAllAround(const DSHalfEdge* pStart)
+{
+    CycleGuard guard;
+    const DSHalfEdge* h = pStart;
+    do
+    {
+        if (!HasFaceAcross(h))
+        {
+            return false;
+        }
+        guard.Visit(h);
+        h = h->GetNext();
+    } while (h != pStart);
+    return true;
+}
+
+void DemandClosed(const DSSolid& solid, bool isOfTriangles)
 {
     for (const DSFace* pFace : solid.GetFaceList())
     {
         ASSERT(pFace != nullptr);
-        if (!IsSingleTriangle(*pFace))
+        if (!IsPolygon(*pFace))
+        {
+            throw Failure(
+                "a face of the model has fewer than three corners, or a hole: mend it in the file and "
+                "import again");
+        }
+        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
+        if (isOfTriangles && !HasThreeCorners(h))
         {
             throw Failure(
                 "a model of triangles only can be fitted to a cloud, and a face has another number of "
                 "corners: split such faces in the file and import again");
         }
-        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
-        if (!HasFaceAcross(h) || !HasFaceAcross(h->GetNext()) || !HasFaceAcross(h->GetPrev()))
+        if (!HasFacesAllAround(h))
         {
             throw Failure(
                 "a closed model only can be fitted to a cloud, and an edge has no two faces that run "
@@ -54,9 +84,21 @@ void DemandClosedTriangles(const DSSolid& solid)
         }
     }
 }
+
+bool HasExtent(const DSSolid& solid)
+{
+    const auto& vertices = solid.GetVertexList();
+    const smVec3d& first = vertices[0]->GetPosition();
+    return std::any_of(vertices.begin(), vertices.end(),
+                       [&first](const DSVertex* pVertex)
+                       {
+                           const smVec3d& p = pVertex->GetPosition();
+                           return p.x != first.x || p.y != first.y || p.z != first.z;
+                       });
+}
 }
 
-void IAFittingCommand::TakeClosedSolid()
+void IAFittingCommand::TakeClosedSolid(FaceForm form)
 {
     ASSERT(m_pElementManager != nullptr && m_pSceneManager != nullptr && m_pView != nullptr);
     m_pSolid = m_pSceneManager->GetCurrentSolid();
@@ -64,18 +106,42 @@ void IAFittingCommand::TakeClosedSolid()
     {
         throw Failure("there is no model with faces to be fitted to a cloud: import one first");
     }
-    DemandClosedTriangles(*m_pSolid);
+    DemandClosed(*m_pSolid, form == FaceForm::Triangles);
 }
 
-void IAFittingCommand::LoadPoints(const std::string& fileName)
+void IAFittingCommand::NormalizeCurrentSolid()
+{
+    ASSERT(m_pSolid != nullptr && !m_pSolid->GetVertexList().empty());
+    if (!HasExtent(*m_pSolid))
+    {
+        throw Failure("all vertices of the model are at one place: a fit needs a model with an extent");
+    }
+    NormalizeSolid(*m_pSolid);
+}
+
+void IAFittingCommand::ReadPoints(const std::string& fileName)
 {
     IODatasetText file(fileName);
     ASSERT_VALUE(file.IsOpen()); // the reader tells what is missing
     IAPointCloud cloud;
     cloud.ReadPointsRepeatingTheLast(file);
     DebugConsole() << "点云大小: " << cloud.m_Points.size() << '\n';
-    cloud.Normalize(file.GetName());
     m_Points = std::move(cloud.m_Points);
+    m_strCloudName = file.GetName();
+}
+
+void IAFittingCommand::NormalizePoints()
+{
+    IAPointCloud cloud;
+    cloud.m_Points = std::move(m_Points);
+    cloud.Normalize(m_strCloudName);
+    m_Points = std::move(cloud.m_Points);
+}
+
+void IAFittingCommand::LoadPoints(const std::string& fileName)
+{
+    ReadPoints(fileName);
+    NormalizePoints();
 }
 
 void IAFittingCommand::ShowCloud()
