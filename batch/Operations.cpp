@@ -28,6 +28,7 @@ using Group = OperationGroup;
 using Arguments = std::vector<std::string>;
 
 constexpr std::string_view kStandardOutput = "-";
+constexpr std::string_view kAll = "all";
 
 bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
 {
@@ -48,6 +49,11 @@ int IntegerAt(const Arguments& arguments, std::size_t index)
     long long value = 0;
     ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
     return static_cast<int>(value);
+}
+
+std::uint64_t CountAt(const Arguments& arguments, std::size_t index)
+{
+    return static_cast<std::uint64_t>(IntegerAt(arguments, index));
 }
 
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
@@ -333,6 +339,32 @@ bool RunDumpField(BatchRun& run, const Arguments& arguments)
         });
 }
 
+bool RunRefineIncremental(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().RefineIncremental(); });
+}
+
+bool RunConnectNext(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&]
+                       {
+                           IAController& controller = run.GetWorkbench().GetController();
+                           if (!arguments.empty() && arguments[0] == kAll)
+                           {
+                               controller.ConnectAll();
+                               return;
+                           }
+                           controller.ConnectNext(arguments.empty() ? 1 : CountAt(arguments, 0));
+                       });
+}
+
+bool RunSaveEnvironment(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None, [&run] { run.GetWorkbench().GetController().SaveEnvironment(); });
+}
+
 bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
@@ -414,7 +446,8 @@ constexpr Operation kOperations[] = {
     {"build-initial-mesh", "", Group::MenuCommand, "distance field of images and cloud, and a mesh of it",
      RunBuildInitialMesh},
     {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
-    {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
+    {"refine-incremental", "", Group::MenuCommand, "starts a new mesh over the feet of the cloud",
+     RunRefineIncremental},
     {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
     {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
      RunLater},
@@ -433,9 +466,9 @@ constexpr Operation kOperations[] = {
      RunGenerateMesh},
     {"show-field", "", Group::KeptCommand, "shows the kept distance field", RunShowField},
     {"connect-next", "[N|all]", Group::KeptCommand, "N steps (1) of the kept incremental command, or all",
-     RunLater},
+     RunConnectNext},
     {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",
-     RunLater},
+     RunSaveEnvironment},
     {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunLater},
     {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
     {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},

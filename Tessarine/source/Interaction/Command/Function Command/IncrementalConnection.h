@@ -1,7 +1,9 @@
 #pragma once
 #include "FootSearch.h"
+#include <array>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <vector>
 
 namespace tessarine
@@ -70,14 +72,36 @@ public:
     const std::vector<std::int32_t>& GetCandidates() const { return m_Candidates; }
 
 private:
+    using FootIndices = std::vector<std::int32_t>;
+    using Seed = std::array<std::int32_t, 3>;
+
+    const smVec3d& PointOf(std::int32_t foot) const { return m_Feet.points[static_cast<std::size_t>(foot)]; }
+    std::int32_t& VertexOf(std::int32_t foot) { return m_FootVertex[static_cast<std::size_t>(foot)]; }
+
+    std::optional<Seed> FindSeed(const DSFace& face) const;
+    std::size_t FindNearestFoot(const smVec3d& point, const FootIndices& feet) const;
+    std::int32_t BestThird(const smVec3d& a, const smVec3d& b, const FootIndices& feet) const;
+    void BuildSeed(const Seed& seed, const smVec3d& normal);
+    DSHalfEdge* FindOpenSide(const DSEdge& edge) const;
+    std::int32_t FindCandidate(const DSEdge& edge);
+    void GatherNearFeet();
+    void BuildCandidates(const DSHalfEdge& open);
+    std::size_t CountCandidatesWithVertex() const;
+    void ConnectEdge(DSHalfEdge* pOpen, std::int32_t foot);
+    void ConnectNewVertex(DSHalfEdge* pOpen, std::int32_t foot);
+    bool CloseTriangle(DSHalfEdge* pOpen, const DSVertex& third);
+
     MANBrepElementManager* m_pManager = nullptr;
     DSSolid* m_pSolid = nullptr;
+    std::uint32_t m_nSolidID = 0;
+    std::size_t m_nOldFaces = 0;
     FootList m_Feet;
     std::vector<std::int32_t> m_FootVertex; ///< for each foot the id of its vertex, or -1
     std::deque<DSEdge*> m_FrontEdges; ///< edges of the new mesh with an open side, first come first served
     std::vector<std::int32_t> m_Candidates; ///< feet for the present step
     std::vector<DSFace*> m_NearFaces;       ///< of the old mesh, around the present edge
     DSSolid* m_pNewSolid = nullptr;
+    std::uint32_t m_nNewSolidID = 0;
     DSFace* m_pSeedFace = nullptr;
     DSLoop* m_pOuterLoop = nullptr;
     std::int32_t m_nFaces = 0;
