@@ -620,5 +620,24 @@ TEST_F(SmoothCommandTest, CountsThePointsWithoutAFoot)
     }
     EXPECT_EQ(m_Console.Count("check the unprojected ponits number: " + std::to_string(without)), 1);
 }
+
+TEST_F(SmoothCommandTest, GrowsAMeshOverItsFeetByTheSameOperations)
+{
+    Take(Sphere(1), SphereCloud(1500, 3));
+    m_Command.BuildDualMesh();
+    m_Command.MakeSeed();
+    const IncrementalConnection& connection = m_Command.GetConnection();
+    ASSERT_NE(connection.GetNewSolid(), nullptr);
+    EXPECT_EQ(m_Stage.GetView().GetNewMesh(), connection.GetNewSolid());
+    EXPECT_EQ(connection.GetFrontEdges().size(), 3U);
+    const std::size_t seeded = connection.GetNewSolid()->GetFaceList().size();
+    for (int i = 0; i < 10; ++i)
+    {
+        m_Command.ConnectNext();
+    }
+    EXPECT_GT(connection.GetNewSolid()->GetFaceList().size(), seeded);
+    m_Command.SaveEnvironment();
+    EXPECT_THAT(m_Stage.GetFolder().Read("data/SmoothEnvionment.data"), testing::Not(testing::IsEmpty()));
+}
 }
 }

@@ -4,6 +4,7 @@
 #include "FitError.h"
 #include "FootSearch.h"
 #include "IAFittingCommand.h"
+#include "IncrementalConnection.h"
 #include "LeastSquaresSystem.h"
 #include "NearestPoints.h"
 #include <cstdint>
@@ -81,6 +82,14 @@ public:
     void TriangulateFaces();
     void StarFaces();
 
+    /// A mesh that grows over the feet of the last BuildDualMesh (see IncrementalConnection): its first triangle, one
+    /// triangle more, its state as a file.
+    ///
+    /// Needs   A solid of triangles (asserted).
+    void MakeSeed();
+    void ConnectNext();
+    void SaveEnvironment() const;
+
     /// Where the seconds come from that seed PerturbVertices; the system's clock if not set.
     void SetClock(std::function<std::time_t()> clock) { m_Clock = std::move(clock); }
 
@@ -88,6 +97,7 @@ public:
     /// For each vertex of the dual the index of its cloud point.
     const std::vector<std::int32_t>& GetDualPointIndices() const { return m_DualPointIndex; }
     const FootList& GetFeet() const { return m_Feet; }
+    const IncrementalConnection& GetConnection() const { return m_Connection; }
     /// Of the last fit's last time.
     double GetMaxError() const { return m_fMaxError; }
     double GetAverageError() const { return m_fAverageError; }
@@ -118,6 +128,7 @@ private:
     std::vector<std::int32_t> m_PointVertex; ///< for each cloud point the id of its vertex
     std::vector<std::int32_t> m_DualPointIndex;
     DSSolid* m_pDualSolid = nullptr;
+    IncrementalConnection m_Connection;
     std::function<std::time_t()> m_Clock = [] { return std::time(nullptr); };
 };
 }
