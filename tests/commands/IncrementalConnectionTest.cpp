@@ -396,7 +396,7 @@ TEST_F(ConnectionTest, KnowsWhetherItsModelIsThere)
 
 TEST_F(ConnectionTest, WritesItsEnvironmentWithSignedIdsAndWholeNumbers)
 {
-    AddFeet(0, {{0, 0, 0}, {0.1, 0, 0}, {0, 0.1, 0}, {1.75, -2.5, 3e300}});
+    AddFeet(0, {{0, 0, 0}, {0.1, 0, 0}, {0, 0.125, 0}, {1.75, -2.5, 3e300}});
     Seed();
     m_Stage.GetFolder().Write("data/box.txta", "");
     m_Connection.SaveEnvironment({false, true, false, false});

@@ -160,6 +160,7 @@ TEST_F(IncrementalMenuTest, RefusesTheStepsWhereAnotherOperationChangedTheModel)
     EXPECT_FALSE(Connect(1));
     EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("start anew (\"递增连接算法\")"));
     EXPECT_EQ(PictureOf(m_Bench), before);
+    m_Folder.Write("data/box.txta", SpiralCloud(2000)); // enough for the finer model
     EXPECT_TRUE(Refine());
     EXPECT_TRUE(Connect(1));
 }
