@@ -57,7 +57,7 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
         {32778, ""},
         {32835, "there is no model to subdivide: import one first"},
         {32796, "there is no model with faces to be fitted to a cloud: import one first"},
-        {32828, "incremental refinement" + later},
+        {32828, "there is no model with faces to be fitted to a cloud: import one first"},
         {32829, "two-step refinement" + later},
         {32834, "there is no model with faces to be fitted to a cloud: import one first"},
         {32821, "optimisation needs a model: import one first"},

@@ -34,7 +34,11 @@ void IAReconstructionSmoothCommand::Execute()
 
 void IAReconstructionSmoothCommand::ConnectNext(std::uint64_t steps)
 {
-    const auto connection = std::make_shared<IncrementalConnection>(GetLiveConnection());
+    if (GetLiveConnection().IsFrontEmpty())
+    {
+        return;
+    }
+    const auto connection = std::make_shared<IncrementalConnection>(*m_pConnection);
     for (; steps != 0 && !connection->IsFrontEmpty(); --steps)
     {
         connection->ConnectNext();

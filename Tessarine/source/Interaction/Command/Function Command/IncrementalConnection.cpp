@@ -53,11 +53,11 @@ std::int32_t AsSigned(std::uint32_t id)
 /// What lies beyond an edge of the rim: its border stands upright on the plane of a triangle.
 struct HalfSpace
 {
-    smVec3d onBorder;
+    smVec3d corner; ///< on the border
     smVec3d outward;
-    std::int32_t endVertex; ///< on the border as well, whatever is rounded
+    std::int32_t endVertex; ///< on the border as well, but for rounding
 
-    bool Has(const smVec3d& p) const { return (p - onBorder).Dot(outward) >= 0.0; }
+    bool Has(const smVec3d& p) const { return (p - corner).Dot(outward) >= 0.0; }
 };
 
 /// Beyond an open edge, and beyond the edges before and behind it on the rim where they turn outward, all by the plane
@@ -71,18 +71,15 @@ std::vector<HalfSpace> HalfSpacesAt(const DSHalfEdge& open)
     const smVec3d& b = end.GetPosition();
     const smVec3d& c = open.GetTwin()->GetPrev()->GetVertex()->GetPosition();
     const smVec3d normal = (b - a).Cross(c - a);
-    const auto beyond = [&normal](const smVec3d& from, const smVec3d& to, const DSVertex& vertex) {
-        return HalfSpace{from, (to - from).Cross(normal), AsSigned(vertex.GetID())};
-    };
-
-    std::vector<HalfSpace> spaces{beyond(a, b, end)};
-    if (spaces.front().Has(before.GetPosition()))
+    const HalfSpace beyondEdge{a, (b - a).Cross(normal), AsSigned(end.GetID())};
+    std::vector<HalfSpace> spaces{beyondEdge};
+    if (beyondEdge.Has(before.GetPosition()))
     {
-        spaces.push_back(beyond(before.GetPosition(), a, before));
+        spaces.push_back({a, (a - before.GetPosition()).Cross(normal), AsSigned(before.GetID())});
     }
-    if (spaces.front().Has(behind.GetPosition()))
+    if (beyondEdge.Has(behind.GetPosition()))
     {
-        spaces.push_back(beyond(b, behind.GetPosition(), behind));
+        spaces.push_back({b, (behind.GetPosition() - b).Cross(normal), AsSigned(behind.GetID())});
     }
     return spaces;
 }

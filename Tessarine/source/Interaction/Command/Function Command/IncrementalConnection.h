@@ -12,6 +12,7 @@ class DSEdge;
 class DSHalfEdge;
 class DSLoop;
 class DSSolid;
+class DSVertex;
 class MANBrepElementManager;
 
 /// Grows a new mesh over the feet of a cloud on a mesh, triangle by triangle, from one seed outward along a front of
