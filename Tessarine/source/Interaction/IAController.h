@@ -2,6 +2,7 @@
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace tessarine
@@ -71,6 +72,8 @@ public:
     void RefineIncremental();
     void RefineTwoStep();
     void RefineEnergy();
+    /// Divides the space of a cloud; no entry of the menu leads here.
+    void BuildOctree();
     /// @param mode 1 and 3 swap edges, 2 removes those without length
     void OptimizeMesh(int mode);
     /// @param ratio the share of the faces that goes, 0 to 1: the menu's "20%" is 0.8
@@ -110,6 +113,7 @@ private:
     TCommand* Run(unsigned nCommandID, THandOver handOver);
     template <class TCommand, class THandOver, class TRun>
     TCommand* Run(unsigned nCommandID, THandOver handOver, TRun run);
+    void KeepAndRedraw(std::unique_ptr<IACommand> command);
     IACommand* RunLater(unsigned nCommandID);
     void HandStores(IAFittingCommand& command);
     void RunHierarchical(const std::function<void(IASmoothCommand&)>& run);
