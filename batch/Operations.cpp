@@ -3,12 +3,14 @@
 #include "BatchRun.h"
 #include "Distance2D.h"
 #include "Dump.h"
+#include "EigenTable.h"
 #include "Failure.h"
 #include "File.h"
 #include "IACommandRouter.h"
 #include "IAReconstructionCommand.h"
 #include "IODatasetImages.h"
 #include "ImageFilter.h"
+#include "LimitText.h"
 #include "PngCodec.h"
 #include "QualityText.h"
 #include "Report.h"
@@ -387,6 +389,35 @@ bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
 }
 
+bool RunBuildOctree(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().BuildOctree(); });
+}
+
+bool RunMakeEigenTable(BatchRun& run, const Arguments& arguments)
+{
+    constexpr int kUsualMost = 50;
+    return run.Perform(
+        Effect::None,
+        [&] { WriteEigenTable(arguments[0], arguments.size() > 1 ? IntegerAt(arguments, 1) : kUsualMost); });
+}
+
+bool RunLimitPoint(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(
+        Effect::None,
+        [&]
+        {
+            const DSSolid* solid = run.GetWorkbench().GetController().GetSceneManager().GetCurrentSolid();
+            if (solid == nullptr)
+            {
+                throw Failure("there is no model with a limit surface: import one first");
+            }
+            run.WriteOutput(MakeLimitText(*solid, IntegerAt(arguments, 0), NumberAt(arguments, 1),
+                                          NumberAt(arguments, 2), ReadEigenTable()));
+        });
+}
+
 /// A x = b by files: two to read, one to write.
 void Solve(const Arguments& arguments, int itol, double tol, int itmax)
 {
@@ -489,13 +520,13 @@ constexpr Operation kOperations[] = {
      RunSaveEnvironment},
     {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunFitVertices},
     {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunFitLimitSurface},
-    {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
+    {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunBuildOctree},
     {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
      RunTriangleQuality},
     {"make-eigen-table", "FILE [NMAX]", Group::KeptCommand,
-     "writes the loop evaluation data up to valence NMAX (50)", RunLater},
+     "writes the loop evaluation data up to valence NMAX (50)", RunMakeEigenTable},
     {"limit-point", "FACE V W", Group::KeptCommand,
-     "prints a point of the limit surface and its control vertices", RunLater},
+     "prints a point of the limit surface and its control vertices", RunLimitPoint},
     {"solve", "A.mtx B.vec X.vec [ITOL TOL ITMAX]", Group::KeptCommand,
      "solves a sparse system by biconjugate gradients (3 1e-7 200)", RunSolve},
     {"filter-image", "IN OUT", Group::KeptCommand, "filters an image by runs and fills its background",

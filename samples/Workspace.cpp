@@ -1,4 +1,5 @@
 #include "Workspace.h"
+#include "EigenTable.h"
 #include "IAProjectionCommand.h"
 #include "Image.h"
 #include "Pebble.h"
@@ -227,6 +228,8 @@ void WriteWorkspace(const fs::path& folder, const WorkspaceSize& size)
     const fs::path data = folder / "data";
     fs::create_directories(data);
     fs::create_directories(folder / "data1");
+    constexpr int kMostValence = 50;
+    WriteEigenTable(data / "lpdata50NT.dat", kMostValence);
     constexpr int kPebbleCells = 16;
     WritePebble(folder, kPebbleCells);
     for (const ShapeSample& sample : GetFitSamples())

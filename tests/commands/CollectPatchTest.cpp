@@ -96,6 +96,7 @@ TEST(CollectPatch, RefusesTwoIrregularCorners)
     const AssertionCapture capture;
     EXPECT_THROW(FindPatch(Sphere(0), 0), AssertionFailure); // an octahedron
     EXPECT_THROW(FindPatch(Tetrahedron(), 0), AssertionFailure);
+    EXPECT_THAT(capture.GetExpressions(), testing::Each(testing::HasSubstr("== kRegularValence")));
 }
 
 TEST(CollectPatch, RefusesABoundaryWhereverItTouchesTheTriangle)
@@ -154,19 +155,11 @@ TEST(CollectPatch, EndsOnMeshesThatAreNone)
 
 TEST(CollectPatch, RefusesAVertexOfValenceTwo)
 {
-    // Two triangles on each other within a regular surface: a vertex in the middle of an edge.
     const AssertionCapture capture;
-    IndexedMesh mesh = RegularTorus();
-    const std::int32_t a = mesh.indices[0];
-    const std::int32_t b = mesh.indices[1];
-    const std::int32_t c = mesh.indices[2];
-    mesh.positions.push_back(mesh.positions[static_cast<std::size_t>(a - 1)]);
-    const auto middle = static_cast<std::int32_t>(mesh.positions.size());
-    mesh.AddFace({a, b, middle});
-    mesh.AddFace({b, a, middle});
-    ConsoleCapture console;
-    EXPECT_THROW(FindPatch(mesh, mesh.CountFaces() - 1), AssertionFailure);
-    EXPECT_NE(c, middle);
+    IndexedMesh pillow = SingleTriangle();
+    pillow.AddFace({1, 3, 2});
+    EXPECT_THROW(FindPatch(pillow, 0), AssertionFailure);
+    EXPECT_THAT(capture.GetExpressions(), testing::ElementsAre("n >= EigenTable::kLeastValence"));
 }
 }
 }

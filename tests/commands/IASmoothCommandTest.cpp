@@ -621,6 +621,42 @@ TEST_F(SmoothCommandTest, CountsThePointsWithoutAFoot)
     EXPECT_EQ(m_Console.Count("check the unprojected ponits number: " + std::to_string(without)), 1);
 }
 
+TEST_F(SmoothCommandTest, BuildsAnOctreeAndFindsTheNearestPointOfALeaf)
+{
+    EXPECT_EQ(m_Command.NearestInLeaf({0, 0, 0}), nullptr); // no octree yet
+    Take(Sphere(1), SphereCloud(99, 3));
+    m_Command.BuildOctree();
+    EXPECT_TRUE(m_Command.GetOctreeRoot()->IsLeaf()); // it takes a hundred
+    EXPECT_EQ(m_Console.Count("total face number:99"), 1);
+    EXPECT_EQ(*m_Command.NearestInLeaf({0.9, 0.01, 0.0}), smVec3d(1, 0, 0));
+}
+
+TEST_F(SmoothCommandTest, FindsTheLeafOfAPointByTheFirstChildThatHoldsIt)
+{
+    Take(Sphere(1), SphereCloud(4000, 3));
+    m_Command.BuildOctree();
+    const OCTNODE* root = m_Command.GetOctreeRoot();
+    EXPECT_EQ(root->GetMin(), smVec3d(-1, -1, -1));
+    EXPECT_EQ(root->GetMax(), smVec3d(1, 1, 1));
+    for (const smVec3d& p : m_Stage.GetView().GetPointCloud())
+    {
+        const OCTNODE* leaf = m_Command.FindLeaf(p);
+        ASSERT_NE(leaf, nullptr);
+        EXPECT_TRUE(leaf->IsLeaf());
+        EXPECT_LE(leaf->GetDepth(), 6);
+        EXPECT_EQ(*m_Command.NearestInLeaf(p), p);
+    }
+    const OCTNODE* node =
+        m_Command.FindLeaf({0, 0, 0}); // a corner of all eight: the first, which has the largest corner
+    while (node->GetParent() != root)
+    {
+        node = node->GetParent();
+    }
+    EXPECT_EQ(node, root->GetChildren()[0]);
+    EXPECT_EQ(m_Command.FindLeaf({1.1, 0, 0}), nullptr);
+    EXPECT_EQ(m_Command.NearestInLeaf({0.01, 0.01, 0.01}), nullptr); // an empty leaf
+}
+
 TEST_F(SmoothCommandTest, GrowsAMeshOverItsFeetByTheSameOperations)
 {
     Take(Sphere(1), SphereCloud(1500, 3));

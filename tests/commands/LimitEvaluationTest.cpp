@@ -230,6 +230,9 @@ TEST(LimitEvaluation, RefusesPlacesOutsideOfItsRange)
     {
         EXPECT_THROW(LimitSample(data, v, w), AssertionFailure) << v << ' ' << w;
     }
+    const double smallest = std::ldexp(1.0, -1024);
+    EXPECT_NO_THROW(LimitSample(data, smallest, smallest));
+    EXPECT_THROW(LimitSample(data, smallest / 2.0, smallest / 2.0), AssertionFailure);
     EXPECT_THROW(GetBoxSplineBasis(-0.1, 0.0), AssertionFailure);
     EXPECT_THROW(GetBoxSplineBasis(0.0, 1.5), AssertionFailure);
 }

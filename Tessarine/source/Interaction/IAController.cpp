@@ -7,6 +7,7 @@
 #include "IAReconstructionCommand.h"
 #include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
+#include "IAReconstructionSmoothOctreeCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
@@ -134,11 +135,16 @@ TCommand* IAController::Run(unsigned nCommandID, THandOver handOver, TRun run)
     auto* pCommand = static_cast<TCommand*>(command.get());
     handOver(*pCommand);
     run(*pCommand);
+    KeepAndRedraw(std::move(command));
+    return pCommand;
+}
+
+void IAController::KeepAndRedraw(std::unique_ptr<IACommand> command)
+{
     m_pCommandManager->StoreCommand(std::move(command));
     const bool isKept = command == nullptr; // a command that cannot be undone would go at the end of this
     ASSERT(isKept);
     Redraw();
-    return pCommand;
 }
 
 /// A command that comes with a later version: the command manager says so.
@@ -244,6 +250,16 @@ void IAController::RunHierarchical(const std::function<void(IASmoothCommand&)>& 
 {
     Run<IASmoothCommand>(
         CommandID::Smooth, [this](IASmoothCommand& command) { HandStores(command); }, run);
+}
+
+void IAController::BuildOctree()
+{
+    ASSERT(m_pCommandManager != nullptr);
+    auto command =
+        std::make_unique<IAReconstructionSmoothOctreeCommand>(); // the factory has no number for it
+    HandStores(*command);
+    command->Execute();
+    KeepAndRedraw(std::move(command));
 }
 
 void IAController::RefineIncremental()

@@ -1,8 +1,8 @@
 #pragma once
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
-#include <functional>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -80,6 +80,8 @@ public:
     void SaveEnvironment();
     void RefineTwoStep();
     void RefineEnergy();
+    /// Divides the space of a cloud; no entry of the menu leads here.
+    void BuildOctree();
     /// @param mode 1 and 3 swap edges, 2 removes those without length
     void OptimizeMesh(int mode);
     /// @param ratio the share of the faces that goes, 0 to 1: the menu's "20%" is 0.8
@@ -121,6 +123,7 @@ private:
     TCommand* Run(unsigned nCommandID, THandOver handOver);
     template <class TCommand, class THandOver, class TRun>
     TCommand* Run(unsigned nCommandID, THandOver handOver, TRun run);
+    void KeepAndRedraw(std::unique_ptr<IACommand> command);
     IACommand* RunLater(unsigned nCommandID);
     void HandStores(IAFittingCommand& command);
     void RunHierarchical(const std::function<void(IASmoothCommand&)>& run);

@@ -94,29 +94,17 @@ EigenData ReadEntry(std::string_view& bytes, int nValence)
     return data;
 }
 
-/// Failure with a half sentence where the file is no table.
-std::vector<EigenData> ReadEntries(const std::filesystem::path& path)
+std::int32_t ReadMostValence(std::string_view bytes)
 {
-    const FileHead head = ReadFileHead(path, kCountBytes);
-    const auto nMostValence =
-        head.bytes.size() == kCountBytes ? static_cast<std::int32_t>(ReadWord<std::uint32_t>(head.bytes)) : 0;
-    if (!FitsValences(head.size, nMostValence))
+    return bytes.size() < kCountBytes ? 0 : static_cast<std::int32_t>(ReadWord<std::uint32_t>(bytes));
+}
+
+void DemandFit(std::uintmax_t fileSize, std::int32_t nMostValence)
+{
+    if (!FitsValences(fileSize, nMostValence))
     {
         throw Failure("its length is not that of a table up to the valence that it names");
     }
-    const std::string content = ReadFile(path);
-    if (content.size() != head.size)
-    {
-        throw Failure("it has changed while it was read");
-    }
-    std::string_view bytes = content;
-    bytes.remove_prefix(kCountBytes);
-    std::vector<EigenData> entries;
-    for (int n = EigenTable::kLeastValence; n <= nMostValence; ++n)
-    {
-        entries.push_back(ReadEntry(bytes, n));
-    }
-    return entries;
 }
 
 /// @param numbers by column
@@ -174,12 +162,28 @@ const EigenData& EigenTable::Get(int nValence) const
     return m_Entries[static_cast<std::size_t>(nValence - kLeastValence)];
 }
 
+EigenTable ParseEigenTable(std::string_view bytes)
+{
+    const std::int32_t nMostValence = ReadMostValence(bytes);
+    DemandFit(bytes.size(), nMostValence);
+    bytes.remove_prefix(kCountBytes);
+    std::vector<EigenData> entries;
+    for (int n = EigenTable::kLeastValence; n <= nMostValence; ++n)
+    {
+        entries.push_back(ReadEntry(bytes, n));
+    }
+    return EigenTable(std::move(entries));
+}
+
 EigenTable ReadEigenTable(const std::string& name)
 {
     constexpr char kRemedy[] = "; make a new one (tessarine-batch make-eigen-table FILE)";
     try
     {
-        return EigenTable(ReadEntries(ResolveForReading(name)));
+        const std::filesystem::path path = ResolveForReading(name);
+        const FileHead head = ReadFileHead(path, kCountBytes);
+        DemandFit(head.size, ReadMostValence(head.bytes)); // before as much is allocated
+        return ParseEigenTable(ReadFile(path));
     }
     catch (const FileError& error)
     {

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tessarine
@@ -49,6 +51,13 @@ private:
 
 /// The name of the table that the fits read.
 inline constexpr char kEigenTableFile[] = "data\\lpdata50NT.dat";
+
+/// A table from the bytes of its file: the highest valence as an int32, then for each valence its arrays in the order of
+/// EigenData, little-endian.
+///
+/// Fails   Failure with a half sentence about the file, where its length is not that of its valences, or it holds what
+///         is no number.
+EigenTable ParseEigenTable(std::string_view bytes);
 
 /// Reads a table. One that is not there, or whose length is not that of its valences, or that holds what is no number,
 /// is missing, and nothing of it is kept.

@@ -98,7 +98,7 @@ bool HasExtent(const DSSolid& solid)
 }
 }
 
-void IAFittingCommand::TakeClosedSolid(FaceForm form)
+void IAFittingCommand::TakeSolid()
 {
     ASSERT(m_pElementManager != nullptr && m_pSceneManager != nullptr && m_pView != nullptr);
     m_pSolid = m_pSceneManager->GetCurrentSolid();
@@ -106,6 +106,11 @@ void IAFittingCommand::TakeClosedSolid(FaceForm form)
     {
         throw Failure("there is no model with faces to be fitted to a cloud: import one first");
     }
+}
+
+void IAFittingCommand::TakeClosedSolid(FaceForm form)
+{
+    TakeSolid();
     DemandClosed(*m_pSolid, form == FaceForm::Triangles);
 }
 

@@ -29,10 +29,14 @@ protected:
 
     IAFittingCommand() = default;
 
-    /// Takes the current solid, and refuses one whose vertices cannot be walked around. All managers must be set
-    /// (asserted).
+    /// Takes the current solid. All managers must be set (asserted).
     ///
-    /// Fails   Failure without a solid; for a face of another form; for an edge without two faces that run against
+    /// Fails   Failure without a solid with faces.
+    void TakeSolid();
+
+    /// Takes the current solid, and refuses one whose vertices cannot be walked around.
+    ///
+    /// Fails   As TakeSolid. Failure for a face of another form; for an edge without two faces that run against
     ///         each other.
     void TakeClosedSolid(FaceForm form = FaceForm::Triangles);
 

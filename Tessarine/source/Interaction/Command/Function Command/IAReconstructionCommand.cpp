@@ -154,7 +154,7 @@ void IAReconstructionCommand::SamplePoints()
 
 void IAReconstructionCommand::BuildOctree()
 {
-    m_Octree.Build(m_Cloud.m_Points);
+    m_Octree.Build(m_Cloud.m_Points, kBodyOctree);
     DebugConsole() << "total face number:" << m_Cloud.m_Points.size() << '\n';
 }
 

@@ -341,6 +341,19 @@ void IASmoothCommand::StarFaces()
     tessarine::StarFaces(*m_pElementManager, *m_pSolid, m_Feet.points);
 }
 
+void IASmoothCommand::BuildOctree()
+{
+    ASSERT(m_pSolid != nullptr);
+    DebugConsole() << "total face number:" << m_Points.size() << '\n';
+    m_Octree.Build(m_Points, kCoarseCloudOctree);
+}
+
+const smVec3d* IASmoothCommand::NearestInLeaf(const smVec3d& point) const
+{
+    const OCTNODE* pLeaf = FindLeaf(point);
+    return pLeaf == nullptr ? nullptr : FindNearestOf(pLeaf->GetPoints(), point);
+}
+
 void IASmoothCommand::MakeSeed()
 {
     ASSERT(m_pSolid != nullptr);

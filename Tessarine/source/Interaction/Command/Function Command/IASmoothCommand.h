@@ -1,4 +1,5 @@
 #pragma once
+#include "CloudOctree.h"
 #include "DualMesh.h"
 #include "EigenTable.h"
 #include "FitError.h"
@@ -82,6 +83,16 @@ public:
     void TriangulateFaces();
     void StarFaces();
 
+    /// Divides the space of the cloud into boxes of fewer than a hundred points, or six levels.
+    ///
+    /// Says    "total face number:" and the number of points.
+    void BuildOctree();
+    const OCTNODE* GetOctreeRoot() const { return m_Octree.GetRoot(); }
+    /// The leaf of the octree that a point falls into; null outside of the cube, and before BuildOctree.
+    const OCTNODE* FindLeaf(const smVec3d& point) const { return m_Octree.FindLeaf(point); }
+    /// The nearest of the points that this leaf holds, the earliest of equal ones; null where it holds none.
+    const smVec3d* NearestInLeaf(const smVec3d& point) const;
+
     /// A mesh that grows over the feet of the last BuildDualMesh (see IncrementalConnection): its first triangle, one
     /// triangle more, its state as a file.
     ///
@@ -129,6 +140,7 @@ private:
     std::vector<std::int32_t> m_DualPointIndex;
     DSSolid* m_pDualSolid = nullptr;
     IncrementalConnection m_Connection;
+    CloudOctree m_Octree;
     std::function<std::time_t()> m_Clock = [] { return std::time(nullptr); };
 };
 }
