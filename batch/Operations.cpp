@@ -30,6 +30,7 @@ using Group = OperationGroup;
 using Arguments = std::vector<std::string>;
 
 constexpr std::string_view kStandardOutput = "-";
+constexpr std::string_view kAll = "all";
 
 bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
 {
@@ -50,6 +51,11 @@ int IntegerAt(const Arguments& arguments, std::size_t index)
     long long value = 0;
     ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
     return static_cast<int>(value);
+}
+
+std::uint64_t CountAt(const Arguments& arguments, std::size_t index)
+{
+    return static_cast<std::uint64_t>(IntegerAt(arguments, index));
 }
 
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
@@ -352,6 +358,32 @@ bool RunFitLimitSurface(BatchRun& run, const Arguments& /*arguments*/)
                        [&run] { run.GetWorkbench().GetController().FitLimitSurface(); });
 }
 
+bool RunRefineIncremental(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().RefineIncremental(); });
+}
+
+bool RunConnectNext(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&]
+                       {
+                           IAController& controller = run.GetWorkbench().GetController();
+                           if (!arguments.empty() && arguments[0] == kAll)
+                           {
+                               controller.ConnectAll();
+                               return;
+                           }
+                           controller.ConnectNext(arguments.empty() ? 1 : CountAt(arguments, 0));
+                       });
+}
+
+bool RunSaveEnvironment(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None, [&run] { run.GetWorkbench().GetController().SaveEnvironment(); });
+}
+
 bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
@@ -463,7 +495,8 @@ constexpr Operation kOperations[] = {
      RunBuildInitialMesh},
     {"refine-hierarchical", "", Group::MenuCommand, "builds the dual of the mesh over the cloud",
      RunRefineHierarchical},
-    {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
+    {"refine-incremental", "", Group::MenuCommand, "starts a new mesh over the feet of the cloud",
+     RunRefineIncremental},
     {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
     {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
      RunLater},
@@ -482,9 +515,9 @@ constexpr Operation kOperations[] = {
      RunGenerateMesh},
     {"show-field", "", Group::KeptCommand, "shows the kept distance field", RunShowField},
     {"connect-next", "[N|all]", Group::KeptCommand, "N steps (1) of the kept incremental command, or all",
-     RunLater},
+     RunConnectNext},
     {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",
-     RunLater},
+     RunSaveEnvironment},
     {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunFitVertices},
     {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunFitLimitSurface},
     {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunBuildOctree},

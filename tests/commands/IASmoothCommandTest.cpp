@@ -456,7 +456,7 @@ TEST_F(LimitFitTest, LowersTheErrorOfALimitSurface)
 TEST_F(LimitFitTest, RefusesFacesWithTwoIrregularCorners)
 {
     EXPECT_THAT(RefuseToFit(CentredTetrahedron()), HasSubstr("subdivide the model once"));
-    EXPECT_THAT(RefuseToFit(Sphere(2)), testing::IsEmpty()); // its irregular vertices are apart
+    EXPECT_THAT(RefuseToFit(Sphere(0)), HasSubstr("subdivide the model once")); // an octahedron
 }
 
 TEST_F(LimitFitTest, RefusesPolygonsAndValencesWithoutAnEntry)
@@ -593,7 +593,8 @@ TEST_F(SmoothCommandTest, GivesEachVertexAFreePointOfItsEightNearest)
 {
     // Four vertices, and four points near the first: each takes the nearest that is left.
     DSSolid& solid = Take(CentredTetrahedron(), {{1, 1, 1}, {-1, -1, -1}, {0.9, 0.9, 0.9}, {0.8, 0.8, 0.8}});
-    EXPECT_THAT(m_Command.FindVertexFeet(), ElementsAre(0, 1, 2, 3)); // (-1,-1,-1) is nearest to the second
+    // The second takes (-1,-1,-1), the third (0.8, ...), which is nearer to it than (0.9, ...).
+    EXPECT_THAT(m_Command.FindVertexFeet(), ElementsAre(0, 1, 3, 2));
     EXPECT_EQ(m_Console.Count("m_Points.Size()== 4"), 1);
     EXPECT_EQ(m_Console.Count("There still exsits error points..."), 0);
     EXPECT_EQ(m_Console.Count("Find init vertex footpoint ok..."), 1);
@@ -618,6 +619,61 @@ TEST_F(SmoothCommandTest, CountsThePointsWithoutAFoot)
         EXPECT_EQ(projected[i], hasFoot ? m_Stage.GetView().GetPointCloud()[i] : smVec3d());
     }
     EXPECT_EQ(m_Console.Count("check the unprojected ponits number: " + std::to_string(without)), 1);
+}
+
+TEST_F(SmoothCommandTest, BuildsAnOctreeAndFindsTheNearestPointOfALeaf)
+{
+    EXPECT_EQ(m_Command.NearestInLeaf({0, 0, 0}), nullptr); // no octree yet
+    Take(Sphere(1), SphereCloud(99, 3));
+    m_Command.BuildOctree();
+    EXPECT_TRUE(m_Command.GetOctreeRoot()->IsLeaf()); // it takes a hundred
+    EXPECT_EQ(m_Console.Count("total face number:99"), 1);
+    EXPECT_EQ(*m_Command.NearestInLeaf({0.9, 0.01, 0.0}), smVec3d(1, 0, 0));
+}
+
+TEST_F(SmoothCommandTest, FindsTheLeafOfAPointByTheFirstChildThatHoldsIt)
+{
+    Take(Sphere(1), SphereCloud(4000, 3));
+    m_Command.BuildOctree();
+    const OCTNODE* root = m_Command.GetOctreeRoot();
+    EXPECT_EQ(root->GetMin(), smVec3d(-1, -1, -1));
+    EXPECT_EQ(root->GetMax(), smVec3d(1, 1, 1));
+    for (const smVec3d& p : m_Stage.GetView().GetPointCloud())
+    {
+        const OCTNODE* leaf = m_Command.FindLeaf(p);
+        ASSERT_NE(leaf, nullptr);
+        EXPECT_TRUE(leaf->IsLeaf());
+        EXPECT_LE(leaf->GetDepth(), 6);
+        EXPECT_EQ(*m_Command.NearestInLeaf(p), p);
+    }
+    const OCTNODE* node =
+        m_Command.FindLeaf({0, 0, 0}); // a corner of all eight: the first, which has the largest corner
+    while (node->GetParent() != root)
+    {
+        node = node->GetParent();
+    }
+    EXPECT_EQ(node, root->GetChildren()[0]);
+    EXPECT_EQ(m_Command.FindLeaf({1.1, 0, 0}), nullptr);
+    EXPECT_EQ(m_Command.NearestInLeaf({0.01, 0.01, 0.01}), nullptr); // an empty leaf
+}
+
+TEST_F(SmoothCommandTest, GrowsAMeshOverItsFeetByTheSameOperations)
+{
+    Take(Sphere(1), SphereCloud(1500, 3));
+    m_Command.BuildDualMesh();
+    m_Command.MakeSeed();
+    const IncrementalConnection& connection = m_Command.GetConnection();
+    ASSERT_NE(connection.GetNewSolid(), nullptr);
+    EXPECT_EQ(m_Stage.GetView().GetNewMesh(), connection.GetNewSolid());
+    EXPECT_EQ(connection.GetFrontEdges().size(), 3U);
+    const std::size_t seeded = connection.GetNewSolid()->GetFaceList().size();
+    for (int i = 0; i < 10; ++i)
+    {
+        m_Command.ConnectNext();
+    }
+    EXPECT_GT(connection.GetNewSolid()->GetFaceList().size(), seeded);
+    m_Command.SaveEnvironment();
+    EXPECT_THAT(m_Stage.GetFolder().Read("data/SmoothEnvionment.data"), testing::Not(testing::IsEmpty()));
 }
 }
 }

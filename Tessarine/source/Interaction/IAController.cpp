@@ -5,6 +5,7 @@
 #include "IAGenerateSplatCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IAReconstructionSmoothOctreeCommand.h"
 #include "IARefineMeshCommand.h"
@@ -65,6 +66,7 @@ void IAController::ClearModels()
 void IAController::EmptyElements()
 {
     ++m_nModelNumber;
+    m_pIncrementalCommand = nullptr; // it holds records
     if (m_pView != nullptr)
     {
         m_pView->SetNewMesh(nullptr); // its solid goes as well
@@ -262,7 +264,36 @@ void IAController::BuildOctree()
 
 void IAController::RefineIncremental()
 {
-    m_pIncrementalCommand = RunLater(CommandID::ReconstructionSmooth);
+    m_pIncrementalCommand = Run<IAReconstructionSmoothCommand>(CommandID::ReconstructionSmooth,
+                                                               [this](IAReconstructionSmoothCommand& command)
+                                                               { HandStores(command); });
+}
+
+void IAController::ConnectNext(std::uint64_t steps)
+{
+    GetLiveIncrementalCommand().ConnectNext(steps);
+    Redraw();
+}
+
+void IAController::ConnectAll()
+{
+    GetLiveIncrementalCommand().ConnectAll();
+    Redraw();
+}
+
+void IAController::SaveEnvironment()
+{
+    GetLiveIncrementalCommand().SaveEnvironment();
+}
+
+IAReconstructionSmoothCommand& IAController::GetLiveIncrementalCommand() const
+{
+    if (m_pIncrementalCommand == nullptr)
+    {
+        throw Failure("no new mesh has been started on this model: run incremental refinement first "
+                      "(\"递增连接算法\")");
+    }
+    return *m_pIncrementalCommand;
 }
 
 void IAController::RefineTwoStep()
@@ -347,9 +378,19 @@ void IAController::RunTwoStep(const char* step)
                   " step of two-step refinement comes with a later version of Tessarine");
 }
 
+IAController::Checkpoint IAController::Save() const
+{
+    return {m_pIncrementalCommand, m_pIncrementalCommand != nullptr ? m_pIncrementalCommand->Save() : nullptr,
+            m_pTwoStepCommand, m_pReconstructionCommand};
+}
+
 void IAController::Restore(const Checkpoint& checkpoint) noexcept
 {
     m_pIncrementalCommand = checkpoint.incrementalCommand;
+    if (m_pIncrementalCommand != nullptr)
+    {
+        m_pIncrementalCommand->Restore(checkpoint.connection);
+    }
     m_pTwoStepCommand = checkpoint.twoStepCommand;
     m_pReconstructionCommand = checkpoint.reconstructionCommand;
 }

@@ -12,6 +12,7 @@
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
@@ -58,7 +59,7 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
     {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
     {CommandID::Smooth, "hierarchical refinement", Make<IASmoothCommand>},
-    {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
+    {CommandID::ReconstructionSmooth, "incremental refinement", Make<IAReconstructionSmoothCommand>},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",
      Make<IAReconstructionSmoothEnergyFunctionCommand>},

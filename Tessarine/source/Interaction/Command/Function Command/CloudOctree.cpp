@@ -36,6 +36,20 @@ void CloudOctree::Build(const std::vector<smVec3d>& points, const OctreeVariant&
     SubdivideNode(root, variant);
 }
 
+const OCTNODE* CloudOctree::FindLeaf(const smVec3d& point) const
+{
+    const auto holds = [&point](const OCTNODE* pNode)
+    { return point.IsInBox(pNode->GetMin(), pNode->GetMax()); };
+    const OCTNODE* pNode = GetRoot();
+    while (pNode != nullptr && !pNode->IsLeaf())
+    {
+        const auto& children = pNode->GetChildren();
+        const auto* child = std::find_if(children.begin(), children.end(), holds);
+        pNode = child == children.end() ? nullptr : *child;
+    }
+    return pNode;
+}
+
 OCTNODE& CloudOctree::NewNode()
 {
     return *m_Nodes.emplace_back(std::make_unique<OCTNODE>());

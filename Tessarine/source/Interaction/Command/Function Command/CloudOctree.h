@@ -19,6 +19,8 @@ struct OctreeVariant
 inline constexpr OctreeVariant kBodyOctree{smVec3d(-1.2, -1.2, -1.0), smVec3d(1.2, 1.2, 1.0), 8, 20, false};
 /// Of a cloud in the cube from -1 to 1. All its boxes are exact in single precision.
 inline constexpr OctreeVariant kCloudOctree{smVec3d(-1, -1, -1), smVec3d(1, 1, 1), 8, 10, true};
+/// The same, coarser.
+inline constexpr OctreeVariant kCoarseCloudOctree{smVec3d(-1, -1, -1), smVec3d(1, 1, 1), 5, 100, true};
 
 /// An octree over a cloud. A box that is not below the most depth and holds the least number of points is split into
 /// eight, depth first.
@@ -32,6 +34,8 @@ public:
 
     /// Null before the first Build.
     const OCTNODE* GetRoot() const { return m_Nodes.empty() ? nullptr : m_Nodes.front().get(); }
+    /// The leaf that a point falls into, by the first child of each box that holds it; null where none does.
+    const OCTNODE* FindLeaf(const smVec3d& point) const;
     /// In the order of their creation: the root, then each child followed by all below it.
     const std::vector<std::unique_ptr<OCTNODE>>& GetNodes() const { return m_Nodes; }
 

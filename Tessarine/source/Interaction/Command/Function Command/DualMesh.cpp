@@ -7,7 +7,7 @@ namespace tessarine
 {
 namespace
 {
-constexpr std::int32_t kNoFoot = -1;
+constexpr std::int32_t kNoSelection = -1;
 constexpr std::size_t kLeastCorners = 3;
 
 std::int32_t FindFootNearestToCentroid(const DSFace& face, const FootList& feet)
@@ -34,7 +34,7 @@ void SelectFaceFeet(DSSolid& solid, const FootList& feet, std::vector<bool>& isP
 {
     for (DSFace* pFace : solid.GetFaceList())
     {
-        pFace->GetTag() = kNoFoot;
+        pFace->GetTag() = kNoSelection;
         if (pFace->GetTagList().size() > 1)
         {
             const std::int32_t foot = FindFootNearestToCentroid(*pFace, feet);

@@ -26,7 +26,7 @@ constexpr char kResultFile[] = "Data\\result.txt";
 constexpr int kVertexFitRounds = 2;
 constexpr int kLimitFitRounds = 4;
 constexpr double kSmoothingWeight = 0.001;
-constexpr std::int32_t kNoVertex = -1;
+constexpr std::int32_t kUnclaimed = -1;
 
 IndexList ReadTriangles(IODatasetText& text, std::size_t points)
 {
@@ -298,7 +298,7 @@ const std::vector<std::int32_t>& IASmoothCommand::FindVertexFeet()
     ASSERT(m_pSolid != nullptr);
     DebugConsole() << "m_Points.Size()== " << m_Points.size() << '\n';
     NearestPoints nearest = BuildCloudIndex();
-    m_PointVertex.assign(m_Points.size(), kNoVertex);
+    m_PointVertex.assign(m_Points.size(), kUnclaimed);
     for (const DSVertex* pVertex : m_pSolid->GetVertexList())
     {
         const std::span<const int> near = nearest.Find(pVertex->GetPosition(), kNeighbours);
@@ -339,5 +339,37 @@ void IASmoothCommand::StarFaces()
 {
     ASSERT(m_pSolid != nullptr);
     tessarine::StarFaces(*m_pElementManager, *m_pSolid, m_Feet.points);
+}
+
+void IASmoothCommand::BuildOctree()
+{
+    ASSERT(m_pSolid != nullptr);
+    DebugConsole() << "total face number:" << m_Points.size() << '\n';
+    m_Octree.Build(m_Points, kCoarseCloudOctree);
+}
+
+const smVec3d* IASmoothCommand::NearestInLeaf(const smVec3d& point) const
+{
+    const OCTNODE* pLeaf = FindLeaf(point);
+    return pLeaf == nullptr ? nullptr : FindNearestOf(pLeaf->GetPoints(), point);
+}
+
+void IASmoothCommand::MakeSeed()
+{
+    ASSERT(m_pSolid != nullptr);
+    m_Connection.Begin(m_pElementManager, m_pSolid, m_Feet);
+    m_Connection.MakeSeed();
+    m_pView->SetNewMesh(m_Connection.GetNewSolid());
+}
+
+void IASmoothCommand::ConnectNext()
+{
+    m_Connection.ConnectNext();
+    m_Connection.CalcNormals();
+}
+
+void IASmoothCommand::SaveEnvironment() const
+{
+    m_Connection.SaveEnvironment(m_PointDone);
 }
 }

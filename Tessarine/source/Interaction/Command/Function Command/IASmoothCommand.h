@@ -1,9 +1,11 @@
 #pragma once
+#include "CloudOctree.h"
 #include "DualMesh.h"
 #include "EigenTable.h"
 #include "FitError.h"
 #include "FootSearch.h"
 #include "IAFittingCommand.h"
+#include "IncrementalConnection.h"
 #include "LeastSquaresSystem.h"
 #include "NearestPoints.h"
 #include <cstdint>
@@ -81,6 +83,24 @@ public:
     void TriangulateFaces();
     void StarFaces();
 
+    /// Divides the space of the cloud into boxes of fewer than a hundred points, or six levels.
+    ///
+    /// Says    "total face number:" and the number of points.
+    void BuildOctree();
+    const OCTNODE* GetOctreeRoot() const { return m_Octree.GetRoot(); }
+    /// The leaf of the octree that a point falls into; null outside of the cube, and before BuildOctree.
+    const OCTNODE* FindLeaf(const smVec3d& point) const { return m_Octree.FindLeaf(point); }
+    /// The nearest of the points that this leaf holds, the earliest of equal ones; null where it holds none.
+    const smVec3d* NearestInLeaf(const smVec3d& point) const;
+
+    /// A mesh that grows over the feet of the last BuildDualMesh (see IncrementalConnection): its first triangle, one
+    /// triangle more, its state as a file.
+    ///
+    /// Needs   A solid of triangles (asserted).
+    void MakeSeed();
+    void ConnectNext();
+    void SaveEnvironment() const;
+
     /// Where the seconds come from that seed PerturbVertices; the system's clock if not set.
     void SetClock(std::function<std::time_t()> clock) { m_Clock = std::move(clock); }
 
@@ -88,6 +108,7 @@ public:
     /// For each vertex of the dual the index of its cloud point.
     const std::vector<std::int32_t>& GetDualPointIndices() const { return m_DualPointIndex; }
     const FootList& GetFeet() const { return m_Feet; }
+    const IncrementalConnection& GetConnection() const { return m_Connection; }
     /// Of the last fit's last time.
     double GetMaxError() const { return m_fMaxError; }
     double GetAverageError() const { return m_fAverageError; }
@@ -118,6 +139,8 @@ private:
     std::vector<std::int32_t> m_PointVertex; ///< for each cloud point the id of its vertex
     std::vector<std::int32_t> m_DualPointIndex;
     DSSolid* m_pDualSolid = nullptr;
+    IncrementalConnection m_Connection;
+    CloudOctree m_Octree;
     std::function<std::time_t()> m_Clock = [] { return std::time(nullptr); };
 };
 }

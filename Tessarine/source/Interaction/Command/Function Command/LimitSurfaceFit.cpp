@@ -19,7 +19,7 @@ namespace
 constexpr int kGridSteps = 50;
 constexpr double kGridStep = 0.02;
 constexpr double kBesideTheCorner = 1e-6;
-constexpr int kRegularValence = 6;
+constexpr int kRegularCorner = 6;
 
 std::vector<LimitSample> MakeGrid(const EigenData& data)
 {
@@ -206,7 +206,7 @@ void DemandLimitPatches(const DSSolid& solid, const EigenTable& table)
                     "mend it in the file and import again");
             }
             table.Get(valence);
-            irregular += valence != kRegularValence ? 1 : 0;
+            irregular += valence != kRegularCorner ? 1 : 0;
         }
         if (irregular > 1)
         {
