@@ -63,6 +63,15 @@ TEST(LimitEvaluation, AgreesWithManyStepsOfTheSameSubdivision)
     }
 }
 
+TEST(LimitEvaluation, StaysExactWhereEigenvaluesCrowd)
+{
+    // The waves of shortest length come within 5e-4 and 2e-5 of the eigenvalue 1/8 beyond the ring.
+    for (const int n : {51, 251})
+    {
+        EXPECT_LT(FindLargestError(n, false), 1e-9) << n;
+    }
+}
+
 TEST(LimitEvaluation, IsTheLimitInTheWholeTriangleWhereAllVerticesAreRegular)
 {
     EXPECT_LT(FindLargestError(6, true), 1e-9);

@@ -22,8 +22,9 @@ constexpr std::size_t kCountBytes = sizeof(std::int32_t);
 /// Numbers in the entry of a valence.
 std::uintmax_t CountNumbers(int nValence)
 {
+    constexpr std::uintmax_t kCoefficients = std::uintmax_t{EigenData::kSubTriangles} * EigenData::kBasisSize;
     const auto order = static_cast<std::uintmax_t>(nValence) + 6;
-    return order * (1 + order + EigenData::kSubTriangles * EigenData::kBasisSize);
+    return order * (1 + order + kCoefficients);
 }
 
 /// Whether a file of that size is a table up to that valence.

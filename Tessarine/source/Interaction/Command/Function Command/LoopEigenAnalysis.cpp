@@ -46,6 +46,12 @@ double SineOfTurn(long k, long n)
     return CosineOfTurn(4 * k - n, 4 * n);
 }
 
+/// What a vertex keeps of itself in a step.
+double GetCentreWeight(int nValence)
+{
+    return nValence <= 3 ? 1.0 - 3.0 * nValence / 16.0 : 5.0 / 8.0;
+}
+
 /// One old point's share in a new one.
 struct Share
 {
@@ -77,11 +83,11 @@ private:
 Mask LoopStep::MoveCentre() const
 {
     const int n = m_nValence;
-    const double share = n <= 3 ? 3.0 / 16.0 : 3.0 / (8.0 * n);
-    Mask mask{{0, n <= 3 ? 1.0 - 3.0 * n / 16.0 : 5.0 / 8.0}};
+    const double centre = GetCentreWeight(n);
+    Mask mask{{0, centre}};
     for (int i = 1; i <= n; ++i)
     {
-        mask.push_back({i, share});
+        mask.push_back({i, (1.0 - centre) / n});
     }
     return mask;
 }
@@ -159,7 +165,7 @@ private:
 
     EigenTriple& Add(double value);
     void AddMeans();
-    void AddMode(int nTurns);
+    void AddMode(long nTurns);
     void CarryOutwards();
     void AddOuter();
 
@@ -199,7 +205,7 @@ EigenTriple& LoopEigenSolver::Add(double value)
 void LoopEigenSolver::AddMeans()
 {
     const int n = m_nInner - 1;
-    const double centre = n <= 3 ? 1.0 - 3.0 * n / 16.0 : 5.0 / 8.0;
+    const double centre = GetCentreWeight(n);
     const double against = (centre - 1.0) * 8.0 / 3.0; // the vertex, where its ring is 1
     EigenTriple& constant = Add(1.0);
     constant.vector.head(m_nInner).setOnes();
@@ -213,7 +219,7 @@ void LoopEigenSolver::AddMeans()
 }
 
 /// A wave that runs round the ring so many times: its cosine, and its sine where there is one.
-void LoopEigenSolver::AddMode(int nTurns)
+void LoopEigenSolver::AddMode(long nTurns)
 {
     const long n = m_nInner - 1;
     const double value = 3.0 / 8.0 + CosineOfTurn(nTurns, n) / 4.0;
