@@ -3,6 +3,7 @@
 #include "BatchRun.h"
 #include "Distance2D.h"
 #include "Dump.h"
+#include "EigenTable.h"
 #include "ErrorLine.h"
 #include "Failure.h"
 #include "File.h"
@@ -10,6 +11,7 @@
 #include "IAReconstructionCommand.h"
 #include "IODatasetImages.h"
 #include "ImageFilter.h"
+#include "LimitText.h"
 #include "PngCodec.h"
 #include "QualityText.h"
 #include "Report.h"
@@ -29,6 +31,7 @@ using Group = OperationGroup;
 using Arguments = std::vector<std::string>;
 
 constexpr std::string_view kStandardOutput = "-";
+constexpr std::string_view kAll = "all";
 
 bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
 {
@@ -49,6 +52,11 @@ int IntegerAt(const Arguments& arguments, std::size_t index)
     long long value = 0;
     ReadInteger(arguments[index], std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), value);
     return static_cast<int>(value);
+}
+
+std::uint64_t CountAt(const Arguments& arguments, std::size_t index)
+{
+    return static_cast<std::uint64_t>(IntegerAt(arguments, index));
 }
 
 bool RunNew(BatchRun& run, const Arguments& /*arguments*/)
@@ -334,9 +342,81 @@ bool RunDumpField(BatchRun& run, const Arguments& arguments)
         });
 }
 
+bool RunRefineHierarchical(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().RefineHierarchical(); });
+}
+
+bool RunFitVertices(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().FitVertices(); });
+}
+
+bool RunFitLimitSurface(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().FitLimitSurface(); });
+}
+
+bool RunRefineIncremental(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&run] { run.GetWorkbench().GetController().RefineIncremental(); });
+}
+
+bool RunConnectNext(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(Effect::ChangesModel,
+                       [&]
+                       {
+                           IAController& controller = run.GetWorkbench().GetController();
+                           if (!arguments.empty() && arguments[0] == kAll)
+                           {
+                               controller.ConnectAll();
+                               return;
+                           }
+                           controller.ConnectNext(arguments.empty() ? 1 : CountAt(arguments, 0));
+                       });
+}
+
+bool RunSaveEnvironment(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::None, [&run] { run.GetWorkbench().GetController().SaveEnvironment(); });
+}
+
 bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
+}
+
+bool RunBuildOctree(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().BuildOctree(); });
+}
+
+bool RunMakeEigenTable(BatchRun& run, const Arguments& arguments)
+{
+    constexpr int kUsualMost = 50;
+    return run.Perform(
+        Effect::None,
+        [&] { WriteEigenTable(arguments[0], arguments.size() > 1 ? IntegerAt(arguments, 1) : kUsualMost); });
+}
+
+bool RunLimitPoint(BatchRun& run, const Arguments& arguments)
+{
+    return run.Perform(
+        Effect::None,
+        [&]
+        {
+            const DSSolid* solid = run.GetWorkbench().GetController().GetSceneManager().GetCurrentSolid();
+            if (solid == nullptr)
+            {
+                throw Failure("there is no model with a limit surface: import one first");
+            }
+            run.WriteOutput(MakeLimitText(*solid, IntegerAt(arguments, 0), NumberAt(arguments, 1),
+                                          NumberAt(arguments, 2), ReadEigenTable()));
+        });
 }
 
 /// Whether x leaves more of b than the share `tol`. Vectors are one-based.
@@ -445,8 +525,10 @@ constexpr Operation kOperations[] = {
      RunProjectSamples},
     {"build-initial-mesh", "", Group::MenuCommand,
      "distance field of the silhouettes, and the octree of the cloud", RunBuildInitialMesh},
-    {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
-    {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
+    {"refine-hierarchical", "", Group::MenuCommand, "builds the dual of the mesh over the cloud",
+     RunRefineHierarchical},
+    {"refine-incremental", "", Group::MenuCommand, "starts a new mesh over the feet of the cloud",
+     RunRefineIncremental},
     {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
     {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
      RunLater},
@@ -465,18 +547,18 @@ constexpr Operation kOperations[] = {
      RunGenerateMesh},
     {"show-field", "", Group::KeptCommand, "shows the kept distance field", RunShowField},
     {"connect-next", "[N|all]", Group::KeptCommand, "N steps (1) of the kept incremental command, or all",
-     RunLater},
+     RunConnectNext},
     {"save-environment", "", Group::KeptCommand, "saves the kept incremental command's environment",
-     RunLater},
-    {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunLater},
-    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunLater},
-    {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunLater},
+     RunSaveEnvironment},
+    {"fit-vertices", "", Group::KeptCommand, "fits the vertices to the cloud", RunFitVertices},
+    {"fit-limit-surface", "", Group::KeptCommand, "fits the limit surface to the cloud", RunFitLimitSurface},
+    {"build-octree", "", Group::KeptCommand, "divides the space of the cloud", RunBuildOctree},
     {"triangle-quality", "", Group::KeptCommand, "prints min, median, mean and max of the faces' quality",
      RunTriangleQuality},
     {"make-eigen-table", "FILE [NMAX]", Group::KeptCommand,
-     "writes the loop evaluation data up to valence NMAX (50)", RunLater},
+     "writes the loop evaluation data up to valence NMAX (50)", RunMakeEigenTable},
     {"limit-point", "FACE V W", Group::KeptCommand,
-     "prints a point of the limit surface and its control vertices", RunLater},
+     "prints a point of the limit surface and its control vertices", RunLimitPoint},
     {"solve", "A.mtx B.vec X.vec [ITOL TOL ITMAX]", Group::KeptCommand,
      "solves a sparse system by biconjugate gradients (3 1e-7 200)", RunSolve},
     {"filter-image", "IN OUT", Group::KeptCommand, "filters an image by runs and fills its background",

@@ -113,6 +113,26 @@ std::size_t GetMostBytes()
     return static_cast<std::size_t>(pages) * static_cast<std::size_t>(pageSize) / 2;
 }
 
+/// @param size takes that of the file
+int OpenOrdinaryFile(const fs::path& path, std::size_t& size)
+{
+    // Opening a pipe that nobody writes to would wait for ever without O_NONBLOCK.
+    const int descriptor =
+        Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+    struct stat status = {};
+    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
+    {
+        Refuse("open", path, ReasonOf(errno));
+    }
+    if (const std::string reason = KindRefused(status.st_mode); !reason.empty())
+    {
+        ::close(descriptor);
+        Refuse("open", path, reason);
+    }
+    size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
+    return descriptor;
+}
+
 /// How much is read at most, and what is said of more.
 struct ReadLimit
 {
@@ -218,25 +238,28 @@ void IgnoreFileSizeSignal()
 
 std::string ReadFile(const fs::path& path)
 {
-    // Opening a pipe that nobody writes to would wait for ever without O_NONBLOCK.
-    const Descriptor file(
-        Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    struct stat status = {};
-    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0)
-    {
-        Refuse("open", path, ReasonOf(errno));
-    }
-    if (const std::string reason = KindRefused(status.st_mode); !reason.empty())
-    {
-        Refuse("open", path, reason);
-    }
-    const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
+    std::size_t size = 0;
+    const Descriptor file(OpenOrdinaryFile(path, size));
     const ReadLimit limit = FitsInMemory();
     if (size > limit.most)
     {
         Refuse("read", path, limit.refusal);
     }
     return ReadToEnd(file.Get(), path, size, limit);
+}
+
+FileHead ReadFileHead(const fs::path& path, std::size_t bytes)
+{
+    std::size_t size = 0;
+    const Descriptor file(OpenOrdinaryFile(path, size));
+    FileHead head{size, std::string(bytes, '\0')};
+    const ssize_t count = Retry([&] { return ::pread(file.Get(), head.bytes.data(), bytes, 0); });
+    if (count < 0)
+    {
+        Refuse("read", path, ReasonOf(errno));
+    }
+    head.bytes.resize(static_cast<std::size_t>(count));
+    return head;
 }
 
 std::string ReadStream(const fs::path& path)

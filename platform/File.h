@@ -1,5 +1,6 @@
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -17,6 +18,16 @@ public:
 /// The whole of an ordinary file (no folder, device or pipe). Symbolic links are followed.
 /// Throws FileError when it is not there, is none, or cannot be read to its end.
 std::string ReadFile(const std::filesystem::path& path);
+
+/// What can be known of an ordinary file before it is read.
+struct FileHead
+{
+    std::uintmax_t size = 0;
+    std::string bytes; ///< the first ones, as many as were asked for if the file has them
+};
+
+/// Throws FileError as ReadFile does.
+FileHead ReadFileHead(const std::filesystem::path& path, std::size_t bytes);
 
 /// No stream gives more: a device may have no end.
 inline constexpr std::size_t kMostStreamBytes = std::size_t{64} << 20U;

@@ -4,7 +4,7 @@ namespace tessarine
 {
 std::vector<ShapeSample> GetFitSamples()
 {
-    return {{"box", MakeBoxShape(), 0.12, 3000},
+    return {{"box", MakeBoxShape(), 0.12, 12000},
             {"bunny", MakeBunnyShape(), 0.035, 20000},
             {"dragon", MakeDragonShape(), 0.0225, 60000},
             {"horse", MakeHorseShape(), 0.04, 12000}};

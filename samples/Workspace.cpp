@@ -1,4 +1,5 @@
 #include "Workspace.h"
+#include "EigenTable.h"
 #include "File.h"
 #include "IAProjectionCommand.h"
 #include "Image.h"
@@ -251,6 +252,8 @@ void WriteWorkspace(const fs::path& folder, const WorkspaceSize& size)
     MakeFolder(folder);
     const fs::path data = FindSubfolder(folder, "data");
     FindSubfolder(folder, "data1");
+    constexpr int kMostValence = 50;
+    WriteEigenTable(data / "lpdata50NT.dat", kMostValence);
     constexpr int kPebbleCells = 16;
     WritePebble(folder, kPebbleCells);
     for (const ShapeSample& sample : GetFitSamples())

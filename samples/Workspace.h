@@ -15,6 +15,7 @@ struct WorkspaceSize
 ///
 /// NAME.obj                   closed models in the unit cube: box, bunny (textured), dragon, horse, man
 /// data/NAME.txta             points of all but the man, in the same boxes
+/// data/lpdata50NT.dat        the table for the limit surface, up to valence 50
 /// data/bunny                 cameras and silhouettes of 90 views, on a plane from -1.2 to 1.2
 /// data/man.data              labelled points, in a frame of their own, to be sampled into the folder data1
 /// data/man                   four silhouettes, three with the line of a cut, on a plane from -2 to 2

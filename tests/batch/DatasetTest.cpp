@@ -313,3 +313,86 @@ TEST(RefineEnergyOperation, FailsWithoutItsCloudAndWithoutAModel)
     EXPECT_EQ(missing.status, 1);
     EXPECT_THAT(missing.errors, HasSubstr("tessarine-batch: refine-energy: cannot open Data/dragon.txta: "));
 }
+
+namespace
+{
+constexpr char kCentredTetra[] =
+    "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nf 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n";
+
+/// The corners of the tetrahedron, and nine points on a face, some of which fall on another.
+std::string MakeBoxCloud()
+{
+    std::string text = "13\n1 1 1\n1 -1 -1\n-1 1 -1\n-1 -1 1\n";
+    for (int i = 0; i < 9; ++i)
+    {
+        const double u = -0.1 + 0.1 * (i % 3) + 0.003 * i; // x + y - z = 1 on the face
+        const double v = -0.1 + 0.1 * (i / 3);
+        text += std::to_string(1.0 / 3 + u) + ' ' + std::to_string(1.0 / 3 + v) + ' ' +
+                std::to_string(-1.0 / 3 + u + v) + '\n';
+    }
+    return text;
+}
+}
+
+TEST(IncrementalOperations, GrowANewMeshStepByStep)
+{
+    const TemporaryFolder folder;
+    folder.Write("tetra.obj", kCentredTetra);
+    folder.Write("data/box.txta", MakeBoxCloud());
+    const ProcessResult result =
+        RunBatch(folder, {"import", "tetra.obj", "refine-incremental", "dump", "seed.json", "connect-next",
+                          "connect-next", "2", "menu", "32824", "connect-next", "all", "connect-next", "all",
+                          "save-environment", "dump", "all.json"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("点云大小: 13\n"));
+    EXPECT_THAT(result.output, HasSubstr("Set vIndex: ("));
+    EXPECT_THAT(result.output, HasSubstr("The number of faces created: 2\n"));
+
+    const auto seed = nlohmann::json::parse(folder.Read("seed.json"));
+    const auto all = nlohmann::json::parse(folder.Read("all.json"));
+    EXPECT_EQ(seed["view"]["newMesh"], 0xE0000001U);
+    EXPECT_EQ(all["view"]["newMesh"], 0xE0000001U);
+    EXPECT_EQ(seed["solids"][1]["faces"].size(), 2U);
+    EXPECT_GT(all["solids"][1]["faces"].size(), 2U);
+    EXPECT_EQ(all["view"]["projectedPoints"].size(), 13U);
+    EXPECT_EQ(all["scene"]["children"].size(), 1U); // the new mesh is in no scene
+    EXPECT_THAT(folder.Read("data/SmoothEnvionment.data"),
+                testing::StartsWith("-536870911\n-1073741819\n0\n"));
+}
+
+TEST(IncrementalOperations, FailBeforeTheRunAndForAnotherModel)
+{
+    const TemporaryFolder folder;
+    folder.Write("tetra.obj", kCentredTetra);
+    folder.Write("data/box.txta", MakeBoxCloud());
+    const std::string reason = "no new mesh has been started on this model: run incremental refinement first";
+    for (const std::string operation : {"connect-next", "save-environment"})
+    {
+        const ProcessResult before = RunBatch(folder, {"import", "tetra.obj", operation});
+        EXPECT_EQ(before.status, 1);
+        EXPECT_THAT(before.errors, HasSubstr("tessarine-batch: " + operation + ": " + reason));
+        for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+                 {"import", "tetra.obj", "refine-incremental", "import", "tetra.obj", operation},
+                 {"import", "tetra.obj", "refine-incremental", "new", operation}})
+        {
+            const ProcessResult behind = RunBatch(folder, words);
+            EXPECT_EQ(behind.status, 1);
+            EXPECT_THAT(behind.errors, HasSubstr(operation + ": " + reason));
+        }
+    }
+    EXPECT_FALSE(folder.Has("data/SmoothEnvionment.data"));
+}
+
+TEST(IncrementalOperations, FailWithoutACloudWithoutAModelAndWithoutAStart)
+{
+    const TemporaryFolder folder;
+    EXPECT_THAT(RunBatch(folder, {"refine-incremental"}).errors,
+                HasSubstr("refine-incremental: there is no model with faces"));
+    folder.Write("tetra.obj", kCentredTetra);
+    EXPECT_THAT(RunBatch(folder, {"import", "tetra.obj", "refine-incremental"}).errors,
+                HasSubstr("tessarine-batch: refine-incremental: cannot open Data/box.txta: "));
+    folder.Write("data/box.txta", "4\n1 1 1\n1 -1 -1\n-1 1 -1\n-1 -1 1\n");
+    const ProcessResult noStart = RunBatch(folder, {"import", "tetra.obj", "menu", "32828"});
+    EXPECT_EQ(noStart.status, 1);
+    EXPECT_THAT(noStart.errors, HasSubstr("tessarine-batch: menu: no face of the model has four feet"));
+}

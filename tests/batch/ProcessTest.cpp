@@ -524,12 +524,11 @@ TEST_F(BatchProcess, FailsOnNumbersOutsideTheModel)
 
 TEST_F(BatchProcess, FailsOnAnOperationOfALaterVersion)
 {
-    const ProcessResult result = Run({"refine-incremental", "dump", "out.json"});
+    const ProcessResult result = Run({"refine-two-step", "dump", "out.json"});
 
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(
-        result.errors,
-        "tessarine-batch: refine-incremental: this operation comes with a later version of Tessarine\n");
+    EXPECT_EQ(result.errors,
+              "tessarine-batch: refine-two-step: this operation comes with a later version of Tessarine\n");
     EXPECT_FALSE(m_Folder.Has("out.json"));
 }
 
@@ -623,7 +622,7 @@ TEST_F(BatchProcess, FailsOnMenuNumbersThatDoNothing)
     EXPECT_THAT(complaintOn("57643"),
                 AllOf(StartsWith("tessarine-batch: menu: "), HasSubstr("is disabled"))); // undo
     EXPECT_THAT(complaintOn("32830"), HasSubstr("is disabled"));
-    EXPECT_THAT(complaintOn("32828"), HasSubstr("comes with a later version of Tessarine")); // connecting
+    EXPECT_THAT(complaintOn("32829"), HasSubstr("comes with a later version of Tessarine")); // two steps
 }
 
 TEST_F(BatchProcess, LeavesAnOldResultWhenTheNewOneCannotBeWritten)

@@ -20,7 +20,7 @@ TEST(CloudOctree, HasNoRootBeforeItIsBuilt)
 TEST(CloudOctree, IsOneBoxForNineteenPoints)
 {
     CloudOctree tree;
-    tree.Build(Repeat(19, {0.1, 0.1, 0.1}));
+    tree.Build(Repeat(19, {0.1, 0.1, 0.1}), kBodyOctree);
     ASSERT_EQ(tree.GetNodes().size(), 1U);
     EXPECT_TRUE(tree.GetRoot()->IsLeaf());
     EXPECT_EQ(tree.GetRoot()->GetParent(), nullptr);
@@ -32,7 +32,7 @@ TEST(CloudOctree, IsOneBoxForNineteenPoints)
 TEST(CloudOctree, SplitsTwentyPointsAtOnePlaceDownToTheNinthLevel)
 {
     CloudOctree tree;
-    tree.Build(Repeat(20, {0.1, 0.1, 0.1}));
+    tree.Build(Repeat(20, {0.1, 0.1, 0.1}), kBodyOctree);
     EXPECT_EQ(tree.GetNodes().size(), 1U + 8 * 8); // eight splits of one box each
     const OCTNODE* node = tree.GetRoot();
     while (!node->IsLeaf())
@@ -54,7 +54,7 @@ TEST(CloudOctree, GivesAPointBetweenBoxesToAllOfThem)
     CloudOctree tree;
     std::vector<smVec3d> points = Repeat(19, {0.5, 0.5, 0.5});
     points.emplace_back(0.0, 0.0, 0.0);
-    tree.Build(points);
+    tree.Build(points, kBodyOctree);
     for (const OCTNODE* child : tree.GetRoot()->GetChildren())
     {
         EXPECT_GE(child->GetPoints().size(), 1U);
@@ -64,7 +64,7 @@ TEST(CloudOctree, GivesAPointBetweenBoxesToAllOfThem)
 TEST(CloudOctree, LeavesPointsBesideTheBoxInTheRoot)
 {
     CloudOctree tree;
-    tree.Build(Repeat(20, {0.0, 0.0, 1.5}));
+    tree.Build(Repeat(20, {0.0, 0.0, 1.5}), kBodyOctree);
     EXPECT_EQ(tree.GetNodes().size(), 9U);
     EXPECT_EQ(tree.GetRoot()->GetPoints().size(), 20U);
     EXPECT_TRUE(tree.GetNodes()[8]->GetPoints().empty());
@@ -73,12 +73,13 @@ TEST(CloudOctree, LeavesPointsBesideTheBoxInTheRoot)
 TEST(CloudOctree, StartsAnewWithEachBuild)
 {
     CloudOctree tree;
-    tree.Build(Repeat(20, {0.1, 0.1, 0.1}));
-    tree.Build({});
+    tree.Build(Repeat(20, {0.1, 0.1, 0.1}), kBodyOctree);
+    tree.Build({}, kBodyOctree);
     EXPECT_EQ(tree.GetNodes().size(), 1U);
 }
 
-TEST(CloudOctree, HasTheBoxesOfTheLiteralFormInTheirOrder)
+/// On the unit sphere, some between boxes.
+std::vector<smVec3d> MakeOctreeCloud()
 {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> coordinate(-1.0, 1.0);
@@ -87,12 +88,14 @@ TEST(CloudOctree, HasTheBoxesOfTheLiteralFormInTheirOrder)
     {
         smVec3d point(coordinate(random), coordinate(random), coordinate(random));
         point.Normalize();
-        point.x = i % 7 == 0 ? 0.0 : point.x; // between boxes
+        point.x = i % 7 == 0 ? 0.0 : point.x;
         points.push_back(point);
     }
-    CloudOctree tree;
-    tree.Build(points);
-    const std::vector<LiteralBox> boxes = BuildOctreeLiterally(points);
+    return points;
+}
+
+void ExpectBoxes(const CloudOctree& tree, const std::vector<LiteralBox>& boxes)
+{
     ASSERT_EQ(tree.GetNodes().size(), boxes.size());
     for (std::size_t n = 0; n < boxes.size(); ++n)
     {
@@ -105,6 +108,61 @@ TEST(CloudOctree, HasTheBoxesOfTheLiteralFormInTheirOrder)
             ASSERT_EQ(node.GetMin()[axis], boxes[n].low[axis]);
             ASSERT_EQ(node.GetMax()[axis], boxes[n].high[axis]);
         }
+    }
+}
+
+TEST(CloudOctree, HasTheBoxesOfTheLiteralFormInTheirOrder)
+{
+    const std::vector<smVec3d> points = MakeOctreeCloud();
+    CloudOctree tree;
+    tree.Build(points, kBodyOctree);
+    ExpectBoxes(tree, BuildOctreeLiterally(points));
+}
+
+TEST(CloudOctree, OfACloudHasTheBoxesOfItsLiteralForm)
+{
+    const std::vector<smVec3d> points = MakeOctreeCloud();
+    CloudOctree tree;
+    tree.Build(points, kCloudOctree);
+    EXPECT_GT(tree.GetNodes().size(), 500U);
+    ExpectBoxes(tree, BuildCloudOctreeLiterally(points, 8, 10));
+}
+
+TEST(CloudOctree, OfACloudIsOneBoxForNinePoints)
+{
+    CloudOctree tree;
+    tree.Build(Repeat(9, {0.1, 0.1, 0.1}), kCloudOctree);
+    EXPECT_EQ(tree.GetNodes().size(), 1U);
+    EXPECT_TRUE(tree.GetRoot()->IsLeaf());
+}
+
+TEST(CloudOctree, OfACloudSplitsTenPointsAtOnePlaceDownToTheNinthLevel)
+{
+    CloudOctree tree;
+    tree.Build(Repeat(10, {0.9, 0.9, 0.9}), kCloudOctree);
+    EXPECT_EQ(tree.GetNodes().size(), 1U + 8 * 8);
+    // Child 0 is the box at the largest corner; each is followed by all below it.
+    EXPECT_EQ(tree.GetNodes()[1]->GetMin().x, 0.0);
+    EXPECT_EQ(tree.GetNodes()[1]->GetMax().x, 1.0);
+    EXPECT_FALSE(tree.GetNodes()[1]->IsLeaf());
+    int deepest = 0;
+    for (const auto& node : tree.GetNodes())
+    {
+        deepest = std::max(deepest, node->GetDepth());
+    }
+    EXPECT_EQ(deepest, 9);
+}
+
+TEST(CloudOctree, OfACloudGivesTheCentreToAllEightChildren)
+{
+    CloudOctree tree;
+    std::vector<smVec3d> points = Repeat(9, {0.5, 0.5, 0.5});
+    points.emplace_back(0.0, 0.0, 0.0);
+    tree.Build(points, kCloudOctree);
+    for (const OCTNODE* child : tree.GetRoot()->GetChildren())
+    {
+        const auto isCentre = [](const smVec3d& p) { return p.x == 0.0 && p.y == 0.0 && p.z == 0.0; };
+        EXPECT_TRUE(std::any_of(child->GetPoints().begin(), child->GetPoints().end(), isCentre));
     }
 }
 }

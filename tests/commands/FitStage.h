@@ -56,6 +56,7 @@ public:
     }
 
     MANBrepElementManager& GetElements() { return m_Elements; }
+    MANSceneManager& GetScene() { return m_Scene; }
     Open3DView& GetView() { return m_View; }
     TemporaryCurrentFolder& GetFolder() { return m_Folder; }
 

@@ -12,9 +12,11 @@
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
+#include "IASmoothCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include <gmock/gmock.h>
 
@@ -138,10 +140,18 @@ TEST(CommandManager, MakesTheCommandsOfTheSilhouettes)
     EXPECT_TRUE(Makes<IAReconstructionCommand>(0x6000002));
 }
 
+TEST(CommandManager, MakesTheHierarchicalFit)
+{
+    EXPECT_TRUE(Makes<IASmoothCommand>(0x6000003));
+}
+
+TEST(CommandManager, MakesTheIncrementalRefinement)
+{
+    EXPECT_TRUE(Makes<IAReconstructionSmoothCommand>(0x6000004));
+}
+
 TEST(CommandManager, RefusesByNameWhatComesLater)
 {
-    EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
 }
 

@@ -162,4 +162,54 @@ std::vector<LiteralBox> BuildOctreeLiterally(const std::vector<smVec3d>& points)
     SplitLiterally(0, points, boxes);
     return boxes;
 }
+
+namespace
+{
+void SubdivideNodeLiterally(std::size_t node, const std::vector<smVec3d>& points, int maxDepth,
+                            std::size_t minPoints, std::vector<LiteralBox>& boxes)
+{
+    if (boxes[node].points < minPoints || boxes[node].depth > maxDepth)
+    {
+        return;
+    }
+    boxes[node].isLeaf = false;
+    const LiteralBox parent = boxes[node];
+    const auto hx = static_cast<float>((parent.high.x - parent.low.x) * 0.5);
+    const auto hy = static_cast<float>((parent.high.y - parent.low.y) * 0.5);
+    const auto hz = static_cast<float>((parent.high.z - parent.low.z) * 0.5);
+    const smVec3d offsets[8] = {{0, 0, 0},  {0, 0, hz},  {hx, 0, hz},  {hx, 0, 0},
+                                {0, hy, 0}, {0, hy, hz}, {hx, hy, hz}, {hx, hy, 0}};
+    for (const smVec3d& offset : offsets)
+    {
+        LiteralBox child{};
+        child.high = parent.high - offset;
+        child.low = child.high - smVec3d(hx, hy, hz);
+        child.depth = parent.depth + 1;
+        child.isLeaf = true;
+        const smVec3f max(static_cast<float>(child.high.x), static_cast<float>(child.high.y),
+                          static_cast<float>(child.high.z));
+        const smVec3f min(static_cast<float>(child.low.x), static_cast<float>(child.low.y),
+                          static_cast<float>(child.low.z));
+        std::vector<smVec3d> inside;
+        for (const smVec3d& p : points)
+        {
+            if (min.x <= p.x && p.x <= max.x && min.y <= p.y && p.y <= max.y && min.z <= p.z && p.z <= max.z)
+            {
+                inside.push_back(p);
+            }
+        }
+        child.points = inside.size();
+        boxes.push_back(child);
+        SubdivideNodeLiterally(boxes.size() - 1, inside, maxDepth, minPoints, boxes);
+    }
+}
+}
+
+std::vector<LiteralBox> BuildCloudOctreeLiterally(const std::vector<smVec3d>& points, int maxDepth,
+                                                  std::size_t minPoints)
+{
+    std::vector<LiteralBox> boxes{{{-1, -1, -1}, {1, 1, 1}, 1, true, points.size()}};
+    SubdivideNodeLiterally(0, points, maxDepth, minPoints, boxes);
+    return boxes;
+}
 }

@@ -31,4 +31,8 @@ struct LiteralBox
     std::size_t points;
 };
 std::vector<LiteralBox> BuildOctreeLiterally(const std::vector<smVec3d>& points);
+
+/// The same of a cloud in the cube from -1 to 1, from the largest corner down, half sizes and bounds in single precision.
+std::vector<LiteralBox> BuildCloudOctreeLiterally(const std::vector<smVec3d>& points, int maxDepth,
+                                                  std::size_t minPoints);
 }

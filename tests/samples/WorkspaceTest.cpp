@@ -1,6 +1,7 @@
 #include "Workspace.h"
 #include "Capture.h"
 #include "Distance2D.h"
+#include "EigenTable.h"
 #include "FootSearch.h"
 #include "IAGenerateSplatCommand.h"
 #include "IAPointCloud.h"
@@ -138,10 +139,15 @@ TEST_F(WorkspaceFiles, HaveFurOnEveryFaceOfTheBunny)
 
 TEST_F(WorkspaceFiles, HoldTheCloudsOfTheFits)
 {
-    EXPECT_EQ(ReadCloud("Data\\box.txta").m_Points.size(), 3000U);
+    EXPECT_EQ(ReadCloud("Data\\box.txta").m_Points.size(), 12000U); // so that faces have more than three
     EXPECT_EQ(ReadCloud("Data\\bunny.txta").m_Points.size(), 20000U);
     EXPECT_EQ(ReadCloud("Data\\dragon.txta").m_Points.size(), 60000U);
     EXPECT_EQ(ReadCloud("Data\\horse.txta").m_Points.size(), 12000U);
+}
+
+TEST_F(WorkspaceFiles, HoldTheTableForTheLimitSurface)
+{
+    EXPECT_EQ(ReadEigenTable().GetMostValence(), 50);
 }
 
 TEST_F(WorkspaceFiles, HaveTheirCloudsInTheUnitCube)

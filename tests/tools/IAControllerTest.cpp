@@ -350,8 +350,6 @@ TEST_F(ControllerTest, KeepsTheOctreeOfTheDocumentBefore)
 TEST_F(ControllerTest, RefusesEveryOperationWhoseCommandComesLater)
 {
     const auto comesLater = EndsWith(" comes with a later version of Tessarine");
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineHierarchical(); }), comesLater);
-    EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineIncremental(); }), comesLater);
     EXPECT_THAT(GetRefusal([](IAController& c) { c.RefineTwoStep(); }), comesLater);
     EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 0U);
     EXPECT_EQ(m_Bench.GetView().GetDisplayFlags(), 0xCU);

@@ -5,10 +5,13 @@
 #include "IAGenerateSplatCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
+#include "IAReconstructionSmoothOctreeCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
+#include "IASmoothCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "IOLoadObj.h"
@@ -63,6 +66,7 @@ void IAController::ClearModels()
 void IAController::EmptyElements()
 {
     ++m_nModelNumber;
+    m_pIncrementalCommand = nullptr; // it holds records
     if (m_pView != nullptr)
     {
         m_pView->SetNewMesh(nullptr); // its solid goes as well
@@ -115,21 +119,32 @@ void IAController::ExportObj()
     IOSaveObj(&m_SceneManager, &m_ElementManager).SaveObj(fileName);
 }
 
-/// Create, hand over, run, keep, redraw.
 template <class TCommand, class THandOver>
 TCommand* IAController::Run(unsigned nCommandID, THandOver handOver)
+{
+    return Run<TCommand>(nCommandID, handOver, [](TCommand& command) { command.Execute(); });
+}
+
+/// Create, hand over, run, keep, redraw.
+template <class TCommand, class THandOver, class TRun>
+TCommand* IAController::Run(unsigned nCommandID, THandOver handOver, TRun run)
 {
     ASSERT(m_pCommandManager != nullptr);
     std::unique_ptr<IACommand> command = m_pCommandManager->CreateCommand(nCommandID);
     ASSERT(command != nullptr);
     auto* pCommand = static_cast<TCommand*>(command.get());
     handOver(*pCommand);
-    pCommand->Execute();
+    run(*pCommand);
+    KeepAndRedraw(std::move(command));
+    return pCommand;
+}
+
+void IAController::KeepAndRedraw(std::unique_ptr<IACommand> command)
+{
     m_pCommandManager->StoreCommand(std::move(command));
     const bool isKept = command == nullptr; // a command that cannot be undone would go at the end of this
     ASSERT(isKept);
     Redraw();
-    return pCommand;
 }
 
 /// A command that comes with a later version: the command manager says so.
@@ -208,12 +223,77 @@ IAReconstructionCommand& IAController::GetReconstructionCommand() const
 
 void IAController::RefineHierarchical()
 {
-    RunLater(CommandID::Smooth);
+    RunHierarchical([](IASmoothCommand& command) { command.Execute(); });
+}
+
+void IAController::FitVertices()
+{
+    RunHierarchical(
+        [](IASmoothCommand& command)
+        {
+            command.TakeSolidAndCloud();
+            command.FitVertices();
+        });
+}
+
+void IAController::FitLimitSurface()
+{
+    RunHierarchical(
+        [](IASmoothCommand& command)
+        {
+            command.TakeSolidAndCloud();
+            command.FitLimitSurface();
+        });
+}
+
+void IAController::RunHierarchical(const std::function<void(IASmoothCommand&)>& run)
+{
+    Run<IASmoothCommand>(
+        CommandID::Smooth, [this](IASmoothCommand& command) { HandStores(command); }, run);
+}
+
+void IAController::BuildOctree()
+{
+    ASSERT(m_pCommandManager != nullptr);
+    auto command =
+        std::make_unique<IAReconstructionSmoothOctreeCommand>(); // the factory has no number for it
+    HandStores(*command);
+    command->Execute();
+    KeepAndRedraw(std::move(command));
 }
 
 void IAController::RefineIncremental()
 {
-    m_pIncrementalCommand = RunLater(CommandID::ReconstructionSmooth);
+    m_pIncrementalCommand = Run<IAReconstructionSmoothCommand>(CommandID::ReconstructionSmooth,
+                                                               [this](IAReconstructionSmoothCommand& command)
+                                                               { HandStores(command); });
+}
+
+void IAController::ConnectNext(std::uint64_t steps)
+{
+    GetLiveIncrementalCommand().ConnectNext(steps);
+    Redraw();
+}
+
+void IAController::ConnectAll()
+{
+    GetLiveIncrementalCommand().ConnectAll();
+    Redraw();
+}
+
+void IAController::SaveEnvironment()
+{
+    GetLiveIncrementalCommand().SaveEnvironment();
+}
+
+IAReconstructionSmoothCommand& IAController::GetLiveIncrementalCommand() const
+{
+    if (m_pIncrementalCommand == nullptr)
+    {
+        throw Failure("no new mesh has been started on this model: run incremental refinement first "
+                      "(\"递增连接算法\")");
+    }
+    return *m_pIncrementalCommand;
 }
 
 void IAController::RefineTwoStep()
@@ -298,9 +378,19 @@ void IAController::RunTwoStep(const char* step)
                   " step of two-step refinement comes with a later version of Tessarine");
 }
 
+IAController::Checkpoint IAController::Save() const
+{
+    return {m_pIncrementalCommand, m_pIncrementalCommand != nullptr ? m_pIncrementalCommand->Save() : nullptr,
+            m_pTwoStepCommand, m_pReconstructionCommand};
+}
+
 void IAController::Restore(const Checkpoint& checkpoint) noexcept
 {
     m_pIncrementalCommand = checkpoint.incrementalCommand;
+    if (m_pIncrementalCommand != nullptr)
+    {
+        m_pIncrementalCommand->Restore(checkpoint.connection);
+    }
     m_pTwoStepCommand = checkpoint.twoStepCommand;
     m_pReconstructionCommand = checkpoint.reconstructionCommand;
 }

@@ -1,6 +1,9 @@
 #pragma once
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 
 namespace tessarine
@@ -8,6 +11,9 @@ namespace tessarine
 class IACommand;
 class IAFittingCommand;
 class IAReconstructionCommand;
+class IASmoothCommand;
+class IAReconstructionSmoothCommand;
+class IncrementalConnection;
 class MANCommandManager;
 class Open3DView;
 
@@ -62,9 +68,20 @@ public:
     void GenerateMesh(float level);
     void ShowField();
     void RefineHierarchical();
+    /// A fresh hierarchical command: takes solid and cloud as its run does, and fits to the cloud the vertices, or the
+    /// limit surface of Loop subdivision.
+    void FitVertices();
+    void FitLimitSurface();
     void RefineIncremental();
+    /// On the command that the last RefineIncremental kept: so many edges of its front, or all; and its state as a
+    /// file. Failure where there is none for this model.
+    void ConnectNext(std::uint64_t steps);
+    void ConnectAll();
+    void SaveEnvironment();
     void RefineTwoStep();
     void RefineEnergy();
+    /// Divides the space of a cloud; no entry of the menu leads here.
+    void BuildOctree();
     /// @param mode 1 and 3 swap edges, 2 removes those without length
     void OptimizeMesh(int mode);
     /// @param ratio the share of the faces that goes, 0 to 1: the menu's "20%" is 0.8
@@ -77,8 +94,9 @@ public:
     void TwoStepSecond();
     void TwoStepThird();
 
-    /// The last command of its kind, which the history owns; null before the first.
-    IACommand* GetIncrementalCommand() const { return m_pIncrementalCommand; }
+    /// The last command of its kind, which the history owns; null before the first. The incremental one is null for
+    /// another model as well.
+    IAReconstructionSmoothCommand* GetIncrementalCommand() const { return m_pIncrementalCommand; }
     IACommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
     /// Failure, saying what to do, before the first.
     IAReconstructionCommand& GetReconstructionCommand() const;
@@ -92,18 +110,24 @@ public:
     /// What a command can change here, beside the stores.
     struct Checkpoint
     {
-        IACommand* incrementalCommand = nullptr;
+        IAReconstructionSmoothCommand* incrementalCommand = nullptr;
+        std::shared_ptr<const IncrementalConnection> connection; ///< of the incremental command
         IACommand* twoStepCommand = nullptr;
         IAReconstructionCommand* reconstructionCommand = nullptr;
     };
-    Checkpoint Save() const { return {m_pIncrementalCommand, m_pTwoStepCommand, m_pReconstructionCommand}; }
+    Checkpoint Save() const;
     void Restore(const Checkpoint& checkpoint) noexcept;
 
 private:
     template <class TCommand, class THandOver>
     TCommand* Run(unsigned nCommandID, THandOver handOver);
+    template <class TCommand, class THandOver, class TRun>
+    TCommand* Run(unsigned nCommandID, THandOver handOver, TRun run);
+    void KeepAndRedraw(std::unique_ptr<IACommand> command);
     IACommand* RunLater(unsigned nCommandID);
     void HandStores(IAFittingCommand& command);
+    void RunHierarchical(const std::function<void(IASmoothCommand&)>& run);
+    IAReconstructionSmoothCommand& GetLiveIncrementalCommand() const;
     void RunTwoStep(const char* step);
     void EmptyElements();
 
@@ -111,7 +135,7 @@ private:
     Open3DView* m_pView = nullptr;
     MANSceneManager m_SceneManager;
     MANBrepElementManager m_ElementManager;
-    IACommand* m_pIncrementalCommand = nullptr;
+    IAReconstructionSmoothCommand* m_pIncrementalCommand = nullptr;
     IACommand* m_pTwoStepCommand = nullptr;
     IAReconstructionCommand* m_pReconstructionCommand = nullptr;
     ElementCheckpoint* m_pElementsAside = nullptr;

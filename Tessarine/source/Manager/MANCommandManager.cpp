@@ -12,11 +12,13 @@
 #include "IAMoveVertexCommand.h"
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
+#include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
+#include "IASmoothCommand.h"
 #include "IASubAdaptiveCommand.h"
 #include "IASubLOOPCommand.h"
 #include "Platform.h"
@@ -56,8 +58,8 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::GenerateSplat, "generating splats", Make<IAGenerateSplatCommand>},
     {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
     {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
-    {CommandID::Smooth, "hierarchical refinement", nullptr},
-    {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
+    {CommandID::Smooth, "hierarchical refinement", Make<IASmoothCommand>},
+    {CommandID::ReconstructionSmooth, "incremental refinement", Make<IAReconstructionSmoothCommand>},
     {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",
      Make<IAReconstructionSmoothEnergyFunctionCommand>},

@@ -106,6 +106,17 @@ MANSceneLeaf* MANSceneManager::NewLeaf()
     return Append(m_LeafList, NodeKind::Leaf);
 }
 
+MANSceneLeaf* MANSceneManager::AppendLeaf(DSSolid* solid)
+{
+    MANSceneGroup* pRoot = GetRootGroup();
+    ASSERT(pRoot != nullptr);
+    MANSceneLeaf* pLeaf = NewLeaf();
+    pLeaf->SetSolid(solid);
+    pRoot->AddChild(pLeaf);
+    pLeaf->SetParent(pRoot);
+    return pLeaf;
+}
+
 MANSceneGroup* MANSceneManager::GetGroup(std::uint32_t id) const
 {
     ASSERT(GetKind(id) == NodeKind::Group);

@@ -36,6 +36,8 @@ public:
     /// A new node, not linked into the tree: the caller does parent->AddChild(node), node->SetParent(parent).
     MANSceneGroup* NewGroup();
     MANSceneLeaf* NewLeaf();
+    /// A new leaf of a solid behind the root's children. There must be a root (asserted).
+    MANSceneLeaf* AppendLeaf(DSSolid* solid);
 
     /// Fails   A wrong kind or an index out of range is an assertion; a deleted node gives a message box and
     ///         null.

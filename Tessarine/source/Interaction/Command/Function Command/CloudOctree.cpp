@@ -6,25 +6,48 @@ namespace tessarine
 {
 namespace
 {
-constexpr std::int32_t kMostDepth = 8;
-constexpr std::size_t kLeastPoints = 20;
-constexpr smVec3d kRootMin(-1.2, -1.2, -1.0);
-constexpr smVec3d kRootMax(1.2, 1.2, 1.0);
-
-/// Which half of its parent a child takes along each axis.
-constexpr std::array<std::array<int, 3>, OCTNODE::kChildCount> kHalves{
+/// Along which axes a child stands off the corner that the children are laid out from.
+constexpr std::array<std::array<int, 3>, OCTNODE::kChildCount> kOffsets{
     {{0, 0, 0}, {0, 0, 1}, {1, 0, 1}, {1, 0, 0}, {0, 1, 0}, {0, 1, 1}, {1, 1, 1}, {1, 1, 0}}};
+
+void PlaceChild(const OCTNODE& node, const std::array<int, 3>& offsets, bool fromTheTop, OCTNODE& child)
+{
+    const smVec3d half = (node.GetMax() - node.GetMin()) * 0.5;
+    const smVec3d offset(offsets[0] * half.x, offsets[1] * half.y, offsets[2] * half.z);
+    if (fromTheTop)
+    {
+        child.GetMax() = node.GetMax() - offset;
+        child.GetMin() = child.GetMax() - half;
+        return;
+    }
+    child.GetMin() = node.GetMin() + offset;
+    child.GetMax() = child.GetMin() + half;
+}
 }
 
-void CloudOctree::Build(const std::vector<smVec3d>& points)
+void CloudOctree::Build(const std::vector<smVec3d>& points, const OctreeVariant& variant)
 {
     m_Nodes.clear();
     OCTNODE& root = NewNode();
-    root.GetMin() = kRootMin;
-    root.GetMax() = kRootMax;
+    root.GetMin() = variant.min;
+    root.GetMax() = variant.max;
     root.GetDepth() = 1;
     root.GetPoints() = points;
-    Split(root);
+    SubdivideNode(root, variant);
+}
+
+const OCTNODE* CloudOctree::FindLeaf(const smVec3d& point) const
+{
+    const auto holds = [&point](const OCTNODE* pNode)
+    { return point.IsInBox(pNode->GetMin(), pNode->GetMax()); };
+    const OCTNODE* pNode = GetRoot();
+    while (pNode != nullptr && !pNode->IsLeaf())
+    {
+        const auto& children = pNode->GetChildren();
+        const auto* child = std::find_if(children.begin(), children.end(), holds);
+        pNode = child == children.end() ? nullptr : *child;
+    }
+    return pNode;
 }
 
 OCTNODE& CloudOctree::NewNode()
@@ -32,31 +55,25 @@ OCTNODE& CloudOctree::NewNode()
     return *m_Nodes.emplace_back(std::make_unique<OCTNODE>());
 }
 
-void CloudOctree::Split(OCTNODE& node)
+void CloudOctree::SubdivideNode(OCTNODE& node, const OctreeVariant& variant)
 {
-    if (node.GetPoints().size() < kLeastPoints || node.GetDepth() > kMostDepth)
+    if (node.GetPoints().size() < variant.leastPoints || node.GetDepth() > variant.mostDepth)
     {
         return;
     }
     node.SetLeaf(false);
-    const smVec3d half = (node.GetMax() - node.GetMin()) * 0.5;
     for (std::size_t c = 0; c < OCTNODE::kChildCount; ++c)
     {
         OCTNODE& child = NewNode();
         child.GetParent() = &node;
         node.GetChildren()[c] = &child;
-        for (int axis = 0; axis < 3; ++axis)
-        {
-            const double offset = kHalves[c][static_cast<std::size_t>(axis)] != 0 ? half[axis] : 0.0;
-            child.GetMin()[axis] = node.GetMin()[axis] + offset;
-        }
-        child.GetMax() = child.GetMin() + half;
+        PlaceChild(node, kOffsets[c], variant.fromTheTop, child);
         child.GetDepth() = node.GetDepth() + 1;
         std::copy_if(node.GetPoints().begin(), node.GetPoints().end(), std::back_inserter(child.GetPoints()),
                      [&child](const smVec3d& point)
                      { return point.IsInBox(child.GetMin(), child.GetMax()); });
         child.GetPoints().shrink_to_fit();
-        Split(child);
+        SubdivideNode(child, variant);
     }
 }
 }

@@ -1,49 +1,47 @@
 #include "IAFittingCommand.h"
 #include "Console.h"
+#include "CycleGuard.h"
 #include "DSBrep.h"
 #include "Failure.h"
+#include "FanValences.h"
 #include "IAPointCloud.h"
 #include "IODatasetText.h"
 #include "MANSceneManager.h"
 #include "Open3DView.h"
+#include "SolidNormalization.h"
 #include "VertexWalk.h"
-#include <unordered_map>
+#include <algorithm>
 
 namespace tessarine
 {
 namespace
 {
-bool IsSingleTriangle(const DSFace& face)
+bool HasThreeCorners(const DSHalfEdge* h)
+{
+    return h->GetNext()->GetNext()->GetNext() == h;
+}
+
+/// One loop of three corners or more.
+bool IsPolygon(const DSFace& face)
 {
     ASSERT(!face.GetLoopList().empty() && face.GetLoopList()[0] != nullptr);
     const DSHalfEdge* h = face.GetLoopList()[0]->GetHalfEdge();
     ASSERT(h != nullptr);
-    return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h &&
-           h->GetNext()->GetNext()->GetNext() == h;
+    return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h;
 }
 
 /// Each vertex of a closed mesh has one fan, which its walk meets whole.
 void DemandSingleFans(const DSSolid& solid)
 {
-    std::unordered_map<const DSVertex*, std::size_t> unmet; // corners that no walk has met
-    for (const DSFace* pFace : solid.GetFaceList())
-    {
-        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
-        for (const DSVertex* corner : {h->GetVertex(), h->GetNext()->GetVertex(), h->GetPrev()->GetVertex()})
-        {
-            ++unmet[corner];
-        }
-    }
+    const FanValences fans(solid);
     for (const DSVertex* pVertex : solid.GetVertexList())
     {
-        if (pVertex->GetHalfEdge() != nullptr)
+        int nLeft = fans.CountLeaving(*pVertex);
+        for (VertexWalk walk(pVertex->GetHalfEdge()); nLeft != 0 && !walk.IsAtEnd(); walk.Step())
         {
-            for (VertexWalk walk(pVertex->GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
-            {
-                --unmet[walk.Get()->GetVertex()];
-            }
+            --nLeft;
         }
-        if (unmet[pVertex] != 0)
+        if (nLeft != 0)
         {
             const smVec3d& place = pVertex->GetPosition();
             throw Failure(
@@ -69,19 +67,41 @@ bool HasFaceAcross(const DSHalfEdge* h)
            pMate->GetNext()->GetVertex() == h->GetVertex();
 }
 
-void DemandClosedTriangles(const DSSolid& solid)
+bool HasFacesAllAround(const DSHalfEdge* pStart)
+{
+    CycleGuard guard;
+    const DSHalfEdge* h = pStart;
+    do
+    {
+        if (!HasFaceAcross(h))
+        {
+            return false;
+        }
+        guard.Visit(h);
+        h = h->GetNext();
+    } while (h != pStart);
+    return true;
+}
+
+void DemandClosed(const DSSolid& solid, bool isOfTriangles)
 {
     for (const DSFace* pFace : solid.GetFaceList())
     {
         ASSERT(pFace != nullptr);
-        if (!IsSingleTriangle(*pFace))
+        if (!IsPolygon(*pFace))
+        {
+            throw Failure(
+                "a face of the model has fewer than three corners, or a hole: mend it in the file and "
+                "import again");
+        }
+        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
+        if (isOfTriangles && !HasThreeCorners(h))
         {
             throw Failure(
                 "a model of triangles only can be fitted to a cloud, and a face has another number of "
                 "corners: split such faces in the file and import again");
         }
-        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
-        if (!HasFaceAcross(h) || !HasFaceAcross(h->GetNext()) || !HasFaceAcross(h->GetPrev()))
+        if (!HasFacesAllAround(h))
         {
             throw Failure(
                 "a closed model only can be fitted to a cloud, and an edge has no two faces that run "
@@ -90,9 +110,21 @@ void DemandClosedTriangles(const DSSolid& solid)
     }
     DemandSingleFans(solid);
 }
+
+bool HasExtent(const DSSolid& solid)
+{
+    const auto& vertices = solid.GetVertexList();
+    const smVec3d& first = vertices[0]->GetPosition();
+    return std::any_of(vertices.begin(), vertices.end(),
+                       [&first](const DSVertex* pVertex)
+                       {
+                           const smVec3d& p = pVertex->GetPosition();
+                           return p.x != first.x || p.y != first.y || p.z != first.z;
+                       });
+}
 }
 
-void IAFittingCommand::TakeClosedSolid()
+void IAFittingCommand::TakeSolid()
 {
     ASSERT(m_pElementManager != nullptr && m_pSceneManager != nullptr && m_pView != nullptr);
     m_pSolid = m_pSceneManager->GetCurrentSolid();
@@ -101,10 +133,25 @@ void IAFittingCommand::TakeClosedSolid()
     {
         throw Failure("there is no model with faces to be fitted to a cloud: import one first");
     }
-    DemandClosedTriangles(*m_pSolid);
 }
 
-void IAFittingCommand::LoadPoints(const std::string& fileName)
+void IAFittingCommand::TakeClosedSolid(FaceForm form)
+{
+    TakeSolid();
+    DemandClosed(*m_pSolid, form == FaceForm::Triangles);
+}
+
+void IAFittingCommand::NormalizeCurrentSolid()
+{
+    ASSERT(m_pSolid != nullptr && !m_pSolid->GetVertexList().empty());
+    if (!HasExtent(*m_pSolid))
+    {
+        throw Failure("all vertices of the model are at one place: a fit needs a model with an extent");
+    }
+    NormalizeSolid(*m_pSolid);
+}
+
+void IAFittingCommand::ReadPoints(const std::string& fileName)
 {
     IODatasetText file(fileName);
     ASSERT_VALUE(file.IsOpen()); // the reader tells what is missing
@@ -112,8 +159,22 @@ void IAFittingCommand::LoadPoints(const std::string& fileName)
     cloud.ReadPointsRepeatingTheLast(file);
     DebugConsole() << "点云大小: " << cloud.m_Points.size() << '\n';
     ASSERT_VALUE(!cloud.m_Points.empty()); // told below which file it is
-    cloud.Normalize(file.GetName());
     m_Points = std::move(cloud.m_Points);
+    m_strCloudName = file.GetName();
+}
+
+void IAFittingCommand::NormalizePoints()
+{
+    IAPointCloud cloud;
+    cloud.m_Points = std::move(m_Points);
+    cloud.Normalize(m_strCloudName);
+    m_Points = std::move(cloud.m_Points);
+}
+
+void IAFittingCommand::LoadPoints(const std::string& fileName)
+{
+    ReadPoints(fileName);
+    NormalizePoints();
 }
 
 void IAFittingCommand::ShowCloud()

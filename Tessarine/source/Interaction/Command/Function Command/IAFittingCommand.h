@@ -20,20 +20,42 @@ public:
     void SetView(Open3DView* pView) { m_pView = pView; }
 
 protected:
+    /// The faces that a command can work on.
+    enum class FaceForm
+    {
+        Triangles,
+        Polygons ///< three corners or more
+    };
+
     IAFittingCommand() = default;
 
-    /// Takes the current solid, and refuses one whose vertices cannot be walked around. All managers must be set
-    /// (asserted).
+    /// Takes the current solid. All managers must be set (asserted).
     ///
-    /// Fails   No solid is reported as an assertion. Failure without one; for a face that is no triangle; for an edge
-    ///         without two faces that run against each other; for a vertex with more than one ring of faces.
-    void TakeClosedSolid();
+    /// Fails   No solid is reported as an assertion. Failure without a solid with faces.
+    void TakeSolid();
 
-    /// Reads the cloud and brings it into the cube from -1 to 1 in double precision.
+    /// Takes the current solid, and refuses one whose vertices cannot be walked around.
+    ///
+    /// Fails   As TakeSolid. Failure for a face of another form; for an edge without two faces that run against
+    ///         each other.
+    void TakeClosedSolid(FaceForm form = FaceForm::Triangles);
+
+    /// Brings the solid into the cube from -1 to 1 in single precision.
+    ///
+    /// Fails   As NormalizeSolid; Failure for a solid without extent.
+    void NormalizeCurrentSolid();
+
+    /// Reads the cloud as it stands in the file.
     ///
     /// Says    The number of points.
     /// Fails   A file that cannot be opened is reported as an assertion, and named (FileError); so is a cloud without
-    ///         points (Failure). Failure for what the file should not hold, and for a cloud without extent.
+    ///         points (Failure). Failure for what the file should not hold.
+    void ReadPoints(const std::string& fileName);
+
+    /// Brings the cloud into the cube from -1 to 1 in double precision. Failure for one without extent.
+    void NormalizePoints();
+
+    /// Both.
     void LoadPoints(const std::string& fileName);
 
     /// Has the view show the cloud, and a foot point for each of its points; where there was none yet, the point
@@ -45,5 +67,8 @@ protected:
     MANBrepElementManager* m_pElementManager = nullptr;
     MANSceneManager* m_pSceneManager = nullptr;
     Open3DView* m_pView = nullptr;
+
+private:
+    std::string m_strCloudName; ///< of the file that was read
 };
 }

@@ -155,7 +155,7 @@ void IAReconstructionCommand::SamplePoints()
 
 void IAReconstructionCommand::BuildOctree()
 {
-    m_Octree.Build(m_Cloud.m_Points);
+    m_Octree.Build(m_Cloud.m_Points, kBodyOctree);
     DebugConsole() << "total face number:" << m_Cloud.m_Points.size() << '\n';
 }
 
@@ -189,7 +189,7 @@ void IAReconstructionCommand::GenerateMesh(float isoLevel)
 
 void IAReconstructionCommand::BuildSolid()
 {
-    ASSERT(m_pElementManager != nullptr);
+    ASSERT(m_pElementManager != nullptr && m_pSceneManager != nullptr);
     SolidLists lists;
     for (const MCTriangle& triangle : m_Triangles)
     {
@@ -200,7 +200,7 @@ void IAReconstructionCommand::BuildSolid()
     m_pSolid->CalcNormals();
     const bool fits = m_pSolid->CheckTopology();
     DebugConsole() << "solid flag: " << (fits ? "true" : "false") << '\n';
-    AddToScene(m_pSolid);
+    m_pSceneManager->AppendLeaf(m_pSolid);
     if (lists.faceSizes.empty())
     {
         PrintErrorLine(
@@ -213,7 +213,7 @@ void IAReconstructionCommand::BuildSolid()
 void IAReconstructionCommand::ShowField()
 {
     constexpr double kShown = 2.0; // so much smaller than it is
-    ASSERT(m_pElementManager != nullptr);
+    ASSERT(m_pElementManager != nullptr && m_pSceneManager != nullptr);
     DSSolid* pSolid = m_pElementManager->CreateSolid();
     for (int i = 0; i < DistanceField::kCountX; ++i)
     {
@@ -235,17 +235,6 @@ void IAReconstructionCommand::ShowField()
             }
         }
     }
-    AddToScene(pSolid);
-}
-
-void IAReconstructionCommand::AddToScene(DSSolid* solid)
-{
-    ASSERT(m_pSceneManager != nullptr);
-    MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
-    ASSERT(pRoot != nullptr);
-    MANSceneLeaf* pLeaf = m_pSceneManager->NewLeaf();
-    pLeaf->SetSolid(solid);
-    pRoot->AddChild(pLeaf);
-    pLeaf->SetParent(pRoot);
+    m_pSceneManager->AppendLeaf(pSolid);
 }
 }

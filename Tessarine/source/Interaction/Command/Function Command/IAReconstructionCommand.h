@@ -60,7 +60,6 @@ private:
     void SamplePoints();
     void BuildOctree();
     void ReportOctree() const;
-    void AddToScene(DSSolid* solid);
 
     MANSceneManager* m_pSceneManager = nullptr;
     MANBrepElementManager* m_pElementManager = nullptr;

@@ -15,7 +15,7 @@ namespace
 {
 constexpr char kCloudFile[] = "Data\\dragon.txta";
 constexpr std::int32_t kHasPoint = 1;
-constexpr std::int32_t kNoPoint = -1;
+constexpr std::int32_t kHasNoPoint = -1;
 constexpr std::int32_t kUnavailable = -1;
 
 bool TouchesPoint(const DSVertex& vertex)
@@ -50,7 +50,7 @@ void IAReconstructionSmoothEnergyFunctionCommand::FindFeet()
 {
     for (DSFace* pFace : m_pSolid->GetFaceList())
     {
-        pFace->GetTag() = kNoPoint;
+        pFace->GetTag() = kHasNoPoint;
     }
     FootSearch search(*m_pSolid, kEnergyFeet);
     std::vector<smVec3d>& projected = m_pView->GetProjectedPoints();

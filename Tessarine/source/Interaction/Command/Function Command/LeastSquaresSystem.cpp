@@ -22,6 +22,18 @@ void LeastSquaresSystem::AddToRightSide(int nRow, const smVec3d& value)
     m_RightSide[2][place] += value.z;
 }
 
+void LeastSquaresSystem::DivideBy(double fDivisor)
+{
+    m_Matrix.DivideBy(fDivisor);
+    for (std::vector<double>& side : m_RightSide)
+    {
+        for (double& value : side)
+        {
+            value /= fDivisor;
+        }
+    }
+}
+
 void LeastSquaresSystem::AddUmbrella(std::span<const int> around, const smVec3d& point)
 {
     const auto n = static_cast<double>(around.size());

@@ -26,6 +26,9 @@ public:
 
     void AddToRightSide(int nRow, const smVec3d& value);
 
+    /// Every entry and all right sides.
+    void DivideBy(double fDivisor);
+
     /// The square of the distance between the mean of the unknowns around a vertex and a point.
     void AddUmbrella(std::span<const int> around, const smVec3d& point);
 

@@ -123,6 +123,18 @@ void CSparseMatrix::AddValue(int nRow, int nCol, double fValue)
     Append(nRow, nCol, 0.0 + fValue); // -0 becomes 0, as in a sum
 }
 
+void CSparseMatrix::DivideBy(double fDivisor)
+{
+    m_Compressed.isValid = false;
+    for (std::vector<double>& row : m_Values)
+    {
+        for (double& value : row)
+        {
+            value /= fDivisor;
+        }
+    }
+}
+
 bool CSparseMatrix::GetValue(int nRow, int nCol, double& fValue) const
 {
     const std::size_t place = FindEntry(nRow, nCol);

@@ -47,6 +47,8 @@ public:
     ///
     /// Needs   A row of the matrix (asserted).
     void AddValue(int nRow, int nCol, double fValue);
+    /// Divides every entry.
+    void DivideBy(double fDivisor);
     /// 0 where there is no entry. @return true
     bool GetValue(int nRow, int nCol, double& fValue) const;
     /// @return whether there was one. Linear in the row.

@@ -14,12 +14,7 @@ DSSolid* IASubCommand::GetCurrentSolid() const
 
 void IASubCommand::AddLeafOf(DSSolid* pSolid)
 {
-    MANSceneLeaf* pLeaf = m_pSceneManager->NewLeaf();
-    MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
-    ASSERT(pRoot != nullptr);
-    pRoot->AddChild(pLeaf);
-    pLeaf->SetParent(pRoot);
-    pLeaf->SetSolid(pSolid);
+    m_pSceneManager->AppendLeaf(pSolid);
 }
 
 void IASubCommand::KeepHiddenSnapshot(const DSSolid& solid)

@@ -1,0 +1,123 @@
+#include "EigenTable.h"
+#include "IACommandRouter.h"
+#include "LinksHold.h"
+#include "Picture.h"
+#include "WorkbenchTest.h"
+#include "resource.h"
+
+namespace tessarine
+{
+namespace
+{
+using testing::HasSubstr;
+
+/// The 1026 vertices of a fine sphere: some thirty over each face of one with 32.
+std::string SphereFile()
+{
+    const PositionList points = Sphere(4).positions;
+    std::string text = std::to_string(points.size()) + '\n';
+    for (const smVec3d& p : points)
+    {
+        text += std::to_string(p.x) + ' ' + std::to_string(p.y) + ' ' + std::to_string(p.z) + '\n';
+    }
+    return text;
+}
+
+class HierarchicalFitTest : public WorkbenchTest
+{
+protected:
+    HierarchicalFitTest() { m_Folder.Write("data/horse.txta", SphereFile()); }
+
+    bool Choose(int id) { return IACommandRouter(m_Bench).Run("menu", id); }
+    bool Perform(void (IAController::*operation)())
+    {
+        return m_Bench.Perform("fit", Effect::ChangesModel, [&] { (GetController().*operation)(); });
+    }
+};
+
+TEST_F(HierarchicalFitTest, LeavesANewMeshThatTheViewShows)
+{
+    DSSolid* solid = Show(Sphere(1));
+    EXPECT_TRUE(Choose(ResourceID::RefineHierarchical));
+    const Open3DView& view = m_Bench.GetView();
+    ASSERT_NE(view.GetNewMesh(), nullptr);
+    EXPECT_EQ(view.GetNewMesh()->GetVertexList().size(), 32U); // one for each face
+    EXPECT_EQ(view.GetPointCloud().size(), 1026U);
+    EXPECT_EQ(view.GetProjectedPoints().size(), 1026U);
+    EXPECT_EQ(GetScene().GetRootGroup()->GetChildren().size(), 1U); // it is in no node
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+    EXPECT_TRUE(LinksHold(*solid));
+    for (const int id : {ResourceID::ShowNewMesh, ResourceID::ShowPointCloud, ResourceID::ShowProjectedPoints,
+                         ResourceID::ShowProjectionLines})
+    {
+        EXPECT_TRUE(Choose(id));
+        EXPECT_TRUE(IACommandRouter(m_Bench).GetState(id).checked);
+    }
+}
+
+TEST_F(HierarchicalFitTest, LeavesEverythingAsItWasWhereItFails)
+{
+    Show(Sphere(1));
+    EXPECT_TRUE(Choose(ResourceID::RefineHierarchical));
+    m_Folder.Write("data/horse.txta", "2\n0 0 0\n1 inf 0\n");
+    const std::string before = PictureOf(m_Bench);
+    EXPECT_FALSE(Choose(ResourceID::RefineHierarchical));
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("line 3: a point's y is not finite"));
+    EXPECT_EQ(PictureOf(m_Bench), before);
+}
+
+TEST_F(HierarchicalFitTest, LeavesEverythingAsItWasWhereTheMatrixCannotBeWritten)
+{
+    Show(Sphere(1));
+    m_Folder.Write("data/CheckCofficientMatrix.data/keep", ""); // a folder in its place
+    const std::string before = PictureOf(m_Bench);
+    EXPECT_FALSE(Perform(&IAController::FitVertices));
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("CheckCofficientMatrix.data"));
+    EXPECT_EQ(PictureOf(m_Bench), before);
+}
+
+TEST_F(HierarchicalFitTest, FitsTheVerticesWithAFreshCommand)
+{
+    Show(Sphere(1));
+    EXPECT_TRUE(Perform(&IAController::FitVertices));
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+    EXPECT_EQ(m_Bench.GetView().GetPointCloud().size(), 1026U);
+    EXPECT_EQ(m_Bench.GetCommandManager().GetHistorySize(), 1U);
+    EXPECT_TRUE(m_Folder.Has("data/CheckFootPoint.data"));
+    EXPECT_TRUE(m_Folder.Has("data/CheckCofficientMatrix.data"));
+}
+
+TEST_F(HierarchicalFitTest, FitsALimitSurfaceOnlyWithATable)
+{
+    Show(Placed(Torus(5, 4), 0.5, {}));
+    const std::string before = PictureOf(m_Bench);
+    EXPECT_FALSE(Perform(&IAController::FitLimitSurface));
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("lpdata50NT.dat"));
+    EXPECT_EQ(PictureOf(m_Bench), before);
+    WriteEigenTable(m_Folder / "data/lpdata50NT.dat", 6);
+    EXPECT_TRUE(Perform(&IAController::FitLimitSurface));
+    EXPECT_TRUE(m_Folder.Has("data/CheckFootPoint.data"));
+}
+
+TEST_F(HierarchicalFitTest, RefusesALimitSurfaceOfAModelThatIsNotSubdivided)
+{
+    Show(CentredTetrahedron());
+    WriteEigenTable(m_Folder / "data/lpdata50NT.dat", 8);
+    const std::string before = PictureOf(m_Bench);
+    EXPECT_FALSE(Perform(&IAController::FitLimitSurface));
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("subdivide the model once"));
+    EXPECT_EQ(PictureOf(m_Bench), before);
+    EXPECT_TRUE(Choose(ResourceID::SubdivideLoop));
+    EXPECT_TRUE(Perform(&IAController::FitLimitSurface)); // ids are not places behind a step
+}
+
+TEST_F(HierarchicalFitTest, ForgetsTheNewMeshWithTheModel)
+{
+    Show(Sphere(1));
+    EXPECT_TRUE(Choose(ResourceID::RefineHierarchical));
+    m_Folder.Write("tetra.obj", kTetrahedronObj);
+    EXPECT_TRUE(Import("tetra.obj"));
+    EXPECT_EQ(m_Bench.GetView().GetNewMesh(), nullptr);
+}
+}
+}
