@@ -338,6 +338,12 @@ bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
 }
 
+template <void (IAController::*step)()>
+bool RunTwoStep(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { (run.GetWorkbench().GetController().*step)(); });
+}
+
 /// A x = b by files: two to read, one to write.
 void Solve(const Arguments& arguments, int itol, double tol, int itmax)
 {
@@ -415,13 +421,14 @@ constexpr Operation kOperations[] = {
      RunBuildInitialMesh},
     {"refine-hierarchical", "", Group::MenuCommand, "fits the mesh to the cloud by subdivision", RunLater},
     {"refine-incremental", "", Group::MenuCommand, "fits the mesh by connecting points one by one", RunLater},
-    {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
-    {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
-     RunLater},
-    {"two-step-second", "", Group::MenuCommand, "second step of the command kept from refine-two-step",
-     RunLater},
-    {"two-step-third", "", Group::MenuCommand, "third step of the command kept from refine-two-step",
-     RunLater},
+    {"refine-two-step", "", Group::MenuCommand, "pairs the vertices with points of the cloud",
+     RunTwoStep<&IAController::RefineTwoStep>},
+    {"two-step-first", "", Group::MenuCommand, "brings further points into the mesh of refine-two-step",
+     RunTwoStep<&IAController::TwoStepFirst>},
+    {"two-step-second", "", Group::MenuCommand, "puts its vertices back to before they moved",
+     RunTwoStep<&IAController::TwoStepSecond>},
+    {"two-step-third", "", Group::MenuCommand, "moves its vertices onto their points again",
+     RunTwoStep<&IAController::TwoStepThird>},
     {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunRefineEnergy},
     {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats",
      RunGenerateSplats},

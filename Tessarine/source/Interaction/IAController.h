@@ -8,6 +8,7 @@ namespace tessarine
 class IACommand;
 class IAFittingCommand;
 class IAReconstructionCommand;
+class IAReconstructionSmoothTwoStepCommand;
 class MANCommandManager;
 class Open3DView;
 
@@ -72,14 +73,16 @@ public:
     /// Opens the material dialog for a copy of the first selected solid's material.
     void SetMaterialOfSelection();
     void GenerateSplats();
-    /// The three steps of the command that the last RefineTwoStep kept. Failure where there is none.
+    /// The steps of the command that the last RefineTwoStep on this model kept: one that brings further points into the
+    /// mesh, one that puts the vertices back, and one that moves them again. A step that fails leaves the command's own
+    /// state as it was. Where none is kept, a line on the console and a failure say what to run first.
     void TwoStepFirst();
     void TwoStepSecond();
     void TwoStepThird();
 
     /// The last command of its kind, which the history owns; null before the first.
     IACommand* GetIncrementalCommand() const { return m_pIncrementalCommand; }
-    IACommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
+    IAReconstructionSmoothTwoStepCommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
     /// Failure, saying what to do, before the first.
     IAReconstructionCommand& GetReconstructionCommand() const;
 
@@ -93,7 +96,7 @@ public:
     struct Checkpoint
     {
         IACommand* incrementalCommand = nullptr;
-        IACommand* twoStepCommand = nullptr;
+        IAReconstructionSmoothTwoStepCommand* twoStepCommand = nullptr;
         IAReconstructionCommand* reconstructionCommand = nullptr;
     };
     Checkpoint Save() const { return {m_pIncrementalCommand, m_pTwoStepCommand, m_pReconstructionCommand}; }
@@ -104,7 +107,7 @@ private:
     TCommand* Run(unsigned nCommandID, THandOver handOver);
     IACommand* RunLater(unsigned nCommandID);
     void HandStores(IAFittingCommand& command);
-    void RunTwoStep(const char* step);
+    void RunTwoStep(const char* name, void (IAReconstructionSmoothTwoStepCommand::*step)());
     void EmptyElements();
 
     MANCommandManager* m_pCommandManager = nullptr;
@@ -112,7 +115,7 @@ private:
     MANSceneManager m_SceneManager;
     MANBrepElementManager m_ElementManager;
     IACommand* m_pIncrementalCommand = nullptr;
-    IACommand* m_pTwoStepCommand = nullptr;
+    IAReconstructionSmoothTwoStepCommand* m_pTwoStepCommand = nullptr; ///< of the model that it ran on
     IAReconstructionCommand* m_pReconstructionCommand = nullptr;
     ElementCheckpoint* m_pElementsAside = nullptr;
     unsigned m_nModelNumber = 0;

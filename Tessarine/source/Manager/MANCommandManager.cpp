@@ -13,6 +13,7 @@
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
+#include "IAReconstructionSmoothTwoStepCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
@@ -58,7 +59,8 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
     {CommandID::Smooth, "hierarchical refinement", nullptr},
     {CommandID::ReconstructionSmooth, "incremental refinement", nullptr},
-    {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
+    {CommandID::ReconstructionSmoothTwoStep, "two-step refinement",
+     Make<IAReconstructionSmoothTwoStepCommand>},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",
      Make<IAReconstructionSmoothEnergyFunctionCommand>},
     {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},

@@ -33,8 +33,9 @@ bool HasFaceAcross(const DSHalfEdge* h)
     return (isFirst || pEdge->GetHalfEdge2() == h) && pMate->GetVertex() == h->GetNext()->GetVertex() &&
            pMate->GetNext()->GetVertex() == h->GetVertex();
 }
+}
 
-void DemandClosedTriangles(const DSSolid& solid)
+void IAFittingCommand::DemandClosedTriangles(const DSSolid& solid)
 {
     for (const DSFace* pFace : solid.GetFaceList())
     {
@@ -53,7 +54,6 @@ void DemandClosedTriangles(const DSSolid& solid)
                 "against each other: mend it in the file and import again");
         }
     }
-}
 }
 
 void IAFittingCommand::TakeClosedSolid()

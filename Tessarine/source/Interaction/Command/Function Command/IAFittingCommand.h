@@ -29,6 +29,10 @@ protected:
     ///         each other.
     void TakeClosedSolid();
 
+    /// Refuses a solid with a face that is no triangle, or an edge without two faces that run against each other
+    /// (Failure).
+    static void DemandClosedTriangles(const DSSolid& solid);
+
     /// Reads the cloud and brings it into the cube from -1 to 1 in double precision.
     ///
     /// Says    The number of points.
