@@ -13,6 +13,7 @@
 #include "IAProjectionCommand.h"
 #include "IAReconstructionCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
+#include "IAReconstructionSmoothTwoStepCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASubAdaptiveCommand.h"
@@ -104,6 +105,7 @@ TEST(CommandManager, MakesTheAdaptiveSubdivisionAndTheSettingOfAMaterial)
 
 TEST(CommandManager, MakesTheFitByEnergy)
 {
+    EXPECT_TRUE(Makes<IAReconstructionSmoothTwoStepCommand>(0x6000006));
     EXPECT_TRUE(Makes<IAReconstructionSmoothEnergyFunctionCommand>(0x6000007));
 }
 
@@ -142,7 +144,6 @@ TEST(CommandManager, RefusesByNameWhatComesLater)
 {
     EXPECT_EQ(RefusalOf(0x6000003), "hierarchical refinement comes with a later version of Tessarine");
     EXPECT_EQ(RefusalOf(0x6000004), "incremental refinement comes with a later version of Tessarine");
-    EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
 }
 
 TEST(CommandManager, KeepsEveryCommandThatItStores)

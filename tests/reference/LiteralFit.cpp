@@ -80,7 +80,7 @@ std::vector<DSFace*> CandidatesOf(const DSSolid& solid, const smVec3d& point, in
 }
 
 std::optional<Foot> FindFootLiterally(DSSolid& solid, const FootVariant& variant, const smVec3d& point,
-                                      std::string& console)
+                                      std::string& console, const FootSearch::Refusal& refuses)
 {
     const std::vector<DSFace*> candidates = CandidatesOf(solid, point, variant.neighbours);
     console += "Adjacent Face size: " + std::to_string(candidates.size()) + "\n";
@@ -108,7 +108,7 @@ std::optional<Foot> FindFootLiterally(DSSolid& solid, const FootVariant& variant
                                         variant.tolerance, barycentric, area);
             }
         }
-        if (!passes)
+        if (!passes || (refuses && refuses(*face, point, foot)))
         {
             continue;
         }

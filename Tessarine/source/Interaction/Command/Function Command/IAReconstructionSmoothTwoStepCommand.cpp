@@ -14,6 +14,7 @@
 #include "Umbrellas.h"
 #include "VertexMatching.h"
 #include "VertexRings.h"
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -116,7 +117,7 @@ void IAReconstructionSmoothTwoStepCommand::Step()
 {
     CheckSolid();
     ShowCloud();
-    RunTimed([this] { FindFeet(true); });
+    RunTimed([this] { FindFeet(); });
     RunTimed([this] { SelectFeet([this](DSFace& face) { SelectFoot(face); }); });
     RunTimed([this] { SplitFaces(false); });
     SayWhereNoSphere("After sub Self Intersection!");
@@ -134,15 +135,12 @@ void IAReconstructionSmoothTwoStepCommand::SayWhereNoSphere(const char* text) co
     }
 }
 
-void IAReconstructionSmoothTwoStepCommand::FindFeet(bool refusesCuts)
+void IAReconstructionSmoothTwoStepCommand::FindFeet()
 {
     VertexRings rings;
     FootSearch search(*m_pSolid, kTwoStepFeet);
-    if (refusesCuts)
-    {
-        search.SetRefusal([&rings](const DSFace& face, const smVec3d& point, const smVec3d& foot)
-                          { return WouldCutFace(face, point, foot, rings); });
-    }
+    search.SetRefusal([&rings](const DSFace& face, const smVec3d& point, const smVec3d& foot)
+                      { return WouldCutFace(face, point, foot, rings); });
     FootList feet = CalculateFootPoints(
         *m_pSolid, m_Points, [this](std::size_t point) { return m_Pairs.IsFree(point); }, search, nullptr);
     m_FootPoints = std::move(feet.points);
@@ -183,29 +181,17 @@ void IAReconstructionSmoothTwoStepCommand::SelectFoot(DSFace& face)
         m_FootPoints[static_cast<std::size_t>(face.GetTagList().back())];
 }
 
-void IAReconstructionSmoothTwoStepCommand::SelectFootNearestToCentroid(DSFace& face, VertexRings& rings)
+void IAReconstructionSmoothTwoStepCommand::SelectFootNearestToCentroid(DSFace& face)
 {
     const smVec3d centroid = face.CalcCentroid();
-    double nearest = 0.0;
-    for (const std::int32_t tag : face.GetTagList())
-    {
-        const auto index = static_cast<std::size_t>(tag);
-        const smVec3d& foot = m_FootPoints[index];
-        const auto point = static_cast<std::size_t>(m_FootPointIndex[index]);
-        const double distance = (foot - centroid).Length();
-        if ((face.GetTag() == kNoFoot || distance < nearest) &&
-            !WouldCutFace(face, m_Points[point], foot, rings))
-        {
-            nearest = distance;
-            face.GetTag() = tag;
-        }
-    }
-    if (face.GetTag() != kNoFoot)
-    {
-        const auto winner = static_cast<std::size_t>(face.GetTag());
-        m_pView->GetProjectedPoints()[static_cast<std::size_t>(m_FootPointIndex[winner])] =
-            m_FootPoints[winner];
-    }
+    const auto distanceOf = [&](std::int32_t tag)
+    { return (m_FootPoints[static_cast<std::size_t>(tag)] - centroid).Length(); };
+    const std::vector<std::int32_t>& tags = face.GetTagList();
+    face.GetTag() = *std::min_element(tags.begin(), tags.end(),
+                                      [&distanceOf](std::int32_t first, std::int32_t second)
+                                      { return distanceOf(first) < distanceOf(second); });
+    const auto winner = static_cast<std::size_t>(face.GetTag());
+    m_pView->GetProjectedPoints()[static_cast<std::size_t>(m_FootPointIndex[winner])] = m_FootPoints[winner];
 }
 
 void IAReconstructionSmoothTwoStepCommand::SplitFaces(bool movesAtOnce)
@@ -258,9 +244,8 @@ void IAReconstructionSmoothTwoStepCommand::RefineStep()
 {
     CheckSolid();
     ShowCloud();
-    FindFeet(false);
-    VertexRings rings;
-    SelectFeet([this, &rings](DSFace& face) { SelectFootNearestToCentroid(face, rings); });
+    FindFeet();
+    SelectFeet([this](DSFace& face) { SelectFootNearestToCentroid(face); });
     SplitFaces(true);
 }
 

@@ -11,7 +11,6 @@ class DSEdge;
 class DSFace;
 class DSHalfEdge;
 class DSVertex;
-class VertexRings;
 
 /// Has each vertex of the current solid stand for a point of the cloud "Data\bunny.txta", one for one. The run pairs
 /// the vertices with points near them, takes those away that find none, and moves the others onto their points. The
@@ -100,9 +99,9 @@ public:
 
 private:
     void CheckSolid() const;
-    void FindFeet(bool refusesCuts);
+    void FindFeet();
     void SelectFoot(DSFace& face);
-    void SelectFootNearestToCentroid(DSFace& face, VertexRings& rings);
+    void SelectFootNearestToCentroid(DSFace& face);
     void SelectFeet(const std::function<void(DSFace& face)>& select);
     void SplitFaces(bool movesAtOnce);
     DSVertex* SplitAtFoot(DSFace& face, const smVec3d& foot);
