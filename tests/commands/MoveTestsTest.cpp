@@ -2,7 +2,6 @@
 #include "Capture.h"
 #include "RandomMeshes.h"
 #include "Vectors.h"
-#include "VertexRings.h"
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -57,41 +56,6 @@ TEST_F(MoveTests, ProjectIntoTheRing)
     EXPECT_TRUE(ProjectsIntoRing(pole, face.CalcCentroid() + face.ComputeNormal() * 0.3));
     EXPECT_FALSE(ProjectsIntoRing(pole, {0, 0, 1.5})) << "its feet lie beyond the pole";
     EXPECT_FALSE(ProjectsIntoRing(pole, {3, 0, 0}));
-}
-
-TEST_F(MoveTests, CutAFaceInBetween)
-{
-    m_pSolid = LoadQuietly(m_Elements, Torus(12, 8));
-    VertexRings rings;
-    const DSFace& face = *m_pSolid->GetFaceList()[0];
-    const smVec3d centroid = face.CalcCentroid();
-    const smVec3d normal = face.ComputeNormal();
-    EXPECT_FALSE(WouldCutFace(face, centroid + normal * 0.01, centroid, rings));
-    EXPECT_EQ(m_Console.GetText(), "");
-    rings.Grow(*face.GetLoopList()[0]->GetHalfEdge()->GetVertex(), 2);
-    int cuts = 0;
-    for (const DSFace* near : rings.GetFaces())
-    {
-        if (near == &face)
-        {
-            continue;
-        }
-        const smVec3d through = near->CalcCentroid() * 2.0 - centroid; // as far again behind it
-        VertexRings own;
-        cuts += WouldCutFace(face, through, centroid, own) ? 1 : 0;
-    }
-    EXPECT_EQ(cuts, 23); // of 24 around
-    EXPECT_EQ(m_Console.Count("Intersect the face!!!"), 23);
-}
-
-TEST_F(MoveTests, CutNothingAtTheFootOrBehindThePoint)
-{
-    m_pSolid = LoadQuietly(m_Elements, Sphere(2));
-    VertexRings rings;
-    const DSFace& face = *m_pSolid->GetFaceList()[5];
-    const smVec3d corner = face.GetLoopList()[0]->GetHalfEdge()->GetVertex()->GetPosition();
-    EXPECT_FALSE(WouldCutFace(face, corner * 1.5, corner, rings)); // it starts on all faces around
-    EXPECT_FALSE(WouldCutFace(face, corner * 0.5, corner, rings));
 }
 
 TEST_F(MoveTests, NameTheNearestEdgeWhereAVertexMayNotMove)

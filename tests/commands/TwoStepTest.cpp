@@ -272,6 +272,33 @@ TEST_F(TwoStep, EndsWithAFailureAtAVertexOfManyFans)
     EXPECT_TRUE(LinksHold(*m_Solid));
 }
 
+TEST_F(TwoStep, EndsWithAFailureWhereTheEdgeOfAVertexLeadsBackToIt)
+{
+    // Two edges join the first vertex to another; when that one joins it, the edge that is left leads back to it.
+    Show(Sphere(1));
+    MANBrepElementManager& elements = m_Stage.GetElements();
+    TriangleSurgery surgery(&elements);
+    DSVertex& stays = *m_Solid->GetVertexList()[0];
+    const DSVertex& joins = *stays.GetHalfEdge()->GetNext()->GetVertex();
+    const DSVertex& apex = *surgery.SplitFace(*stays.GetHalfEdge()->GetLoop()->GetFace(), {0.9, 0.3, 0.3});
+    surgery.SplitFace(*stays.GetHalfEdge()->GetLoop()->GetFace(), {0.9, 0.3, 0.2});
+    ASSERT_NE(elements.FindEdge(apex.GetID(), joins.GetID()), nullptr);
+    surgery.CollapseEdge(*elements.FindEdge(apex.GetID(), joins.GetID()), apex);
+    surgery.CollapseEdge(*elements.FindEdge(stays.GetID(), joins.GetID()), joins);
+    DSHalfEdge* h = stays.GetHalfEdge();
+    for (int i = 0; i < 100 && h->GetNext()->GetVertex() != &stays; ++i)
+    {
+        h = h->GetTwin()->GetNext();
+    }
+    ASSERT_EQ(h->GetNext()->GetVertex(), &stays);
+    stays.GetHalfEdge() = h;
+    m_Stage.WriteCloud(kBunnyCloud, {{0, -1, -1}, {0, 1, 1}});
+    EXPECT_THAT(RefusalOfRun(), HasSubstr("the cloud has too few points near this mesh"));
+    // As often as there are half-edges.
+    EXPECT_EQ(m_Console.Count("CollapseEdge error !!! "),
+              static_cast<int>(2 * m_Solid->GetEdgeList().size()));
+}
+
 TEST_F(TwoStep, BringsPointsIntoTheMeshStepByStep)
 {
     RunOnSphere(Sphere(2), 600);

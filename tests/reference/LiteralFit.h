@@ -7,9 +7,8 @@ namespace tessarine
 {
 /// One search for a foot as it is defined: the tree made anew from the positions as they stand, the ring around each
 /// vertex walked, and each face measured. Prints the number of candidates into `console`.
-/// @param refuses is asked for each foot that falls on its face
 std::optional<Foot> FindFootLiterally(DSSolid& solid, const FootVariant& variant, const smVec3d& point,
-                                      std::string& console, const FootSearch::Refusal& refuses = {});
+                                      std::string& console);
 
 /// The whole fit by energy: what it prints, and the new positions.
 struct LiteralEnergyFit

@@ -183,54 +183,6 @@ void LiteralTwoStep::Step()
     m_Solid.CalcNormals();
 }
 
-bool LiteralTwoStep::WouldCutFace(const DSFace& face, const smVec3d& p, const smVec3d& foot)
-{
-    std::vector<DSVertex*> known{face.GetLoopList()[0]->GetHalfEdge()->GetVertex()};
-    std::vector<DSFace*> faces;
-    std::size_t next = 0;
-    for (int ring = 0; ring < 2; ++ring)
-    {
-        for (const std::size_t end = known.size(); next < end; ++next)
-        {
-            DSHalfEdge* h = known[next]->GetHalfEdge();
-            do
-            {
-                if (std::find(faces.begin(), faces.end(), FaceAt(h)) == faces.end())
-                {
-                    faces.push_back(FaceAt(h));
-                }
-                DSVertex* end2 = h->GetNext()->GetVertex();
-                if (std::find(known.begin(), known.end(), end2) == known.end())
-                {
-                    known.push_back(end2);
-                }
-                h = h->GetTwin()->GetNext();
-            } while (h != known[next]->GetHalfEdge());
-        }
-    }
-    for (DSFace* other : faces)
-    {
-        if (other == &face)
-        {
-            continue;
-        }
-        const DSHalfEdge* h = other->GetLoopList()[0]->GetHalfEdge();
-        const smVec3d v0 = PlaceOf(h);
-        const smVec3d v1 = PlaceOf(h->GetNext());
-        const smVec3d v2 = PlaceOf(h->GetPrev());
-        const smVec3d n = other->CalcNormal();
-        const double t = (v0 - foot).Dot(n) / (p - foot).Dot(n);
-        const smVec3d x = foot + t * (p - foot);
-        if (t >= 0 && t <= 1 && std::fabs(t) >= 0.00001 &&
-            std::fabs(AreaSum(x, v0, v1, v2) - DoubleArea(v0, v1, v2)) < 0.00001)
-        {
-            m_Console += "Intersect the face!!!\n";
-            return true;
-        }
-    }
-    return false;
-}
-
 void LiteralTwoStep::FindFeet()
 {
     m_FootPoints.clear();
@@ -246,10 +198,7 @@ void LiteralTwoStep::FindFeet()
         {
             continue;
         }
-        const auto refuses = [this](DSFace& face, const smVec3d& p, const smVec3d& foot)
-        { return WouldCutFace(face, p, foot); };
-        const std::optional<Foot> foot =
-            FindFootLiterally(m_Solid, kTwoStepFeet, m_Points[i], m_Console, refuses);
+        const std::optional<Foot> foot = FindFootLiterally(m_Solid, kTwoStepFeet, m_Points[i], m_Console);
         if (!foot)
         {
             ++misses;

@@ -7,7 +7,6 @@
 
 namespace tessarine
 {
-class DSFace;
 class DSSolid;
 class MANBrepElementManager;
 
@@ -31,7 +30,6 @@ public:
 private:
     void MatchVertices();
     void Update();
-    bool WouldCutFace(const DSFace& face, const smVec3d& p, const smVec3d& foot);
     void FindFeet();
     void SelectFeet();
     void SplitFaces();

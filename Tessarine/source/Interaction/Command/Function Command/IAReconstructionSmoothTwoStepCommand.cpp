@@ -5,7 +5,6 @@
 #include "Failure.h"
 #include "LeastSquaresSystem.h"
 #include "MANBrepElementManager.h"
-#include "MoveTests.h"
 #include "Open3DView.h"
 #include "Platform.h"
 #include "SolidNormalization.h"
@@ -137,10 +136,7 @@ void IAReconstructionSmoothTwoStepCommand::SayWhereNoSphere(const char* text) co
 
 void IAReconstructionSmoothTwoStepCommand::FindFeet()
 {
-    VertexRings rings;
     FootSearch search(*m_pSolid, kTwoStepFeet);
-    search.SetRefusal([&rings](const DSFace& face, const smVec3d& point, const smVec3d& foot)
-                      { return WouldCutFace(face, point, foot, rings); });
     FootList feet = CalculateFootPoints(
         *m_pSolid, m_Points, [this](std::size_t point) { return m_Pairs.IsFree(point); }, search, nullptr);
     m_FootPoints = std::move(feet.points);
@@ -256,10 +252,7 @@ void IAReconstructionSmoothTwoStepCommand::ReportError(double& total, double& ma
     CheckSolid();
     FootVariant variant = kTwoStepFeet;
     variant.neighbours = kNeighbours;
-    VertexRings rings;
     FootSearch search(*m_pSolid, variant);
-    search.SetRefusal([&rings](const DSFace& face, const smVec3d& point, const smVec3d& foot)
-                      { return WouldCutFace(face, point, foot, rings); });
     total = 0.0;
     max = 0.0;
     for (std::size_t i = 0; i < m_Points.size(); ++i)

@@ -4,7 +4,6 @@
 #include "Degree.h"
 #include "EdgeQuad.h"
 #include "TriangleTest.h"
-#include "VertexRings.h"
 #include "VertexWalk.h"
 
 namespace tessarine
@@ -85,22 +84,6 @@ bool ProjectsIntoRing(const DSVertex& vertex, const smVec3d& point)
         const smVec3d foot = ProjectOntoPlane(point, face.CalcCentroid(), face.ComputeNormal());
         if (PointInTriangle(foot, GetCorners(walk.Get()), kTolerance).isInside)
         {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool WouldCutFace(const DSFace& face, const smVec3d& point, const smVec3d& foot, VertexRings& rings)
-{
-    constexpr int kRings = 2;
-    rings.Grow(*face.GetLoopList()[0]->GetHalfEdge()->GetVertex(), kRings);
-    for (const DSFace* pNear : rings.GetFaces())
-    {
-        if (pNear != &face && SegmentHitsTriangle(GetCorners(pNear->GetLoopList()[0]->GetHalfEdge()),
-                                                  pNear->ComputeNormal(), foot, point))
-        {
-            DebugConsole() << "Intersect the face!!!" << '\n';
             return true;
         }
     }

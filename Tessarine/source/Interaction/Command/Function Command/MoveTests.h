@@ -4,9 +4,7 @@
 namespace tessarine
 {
 class DSEdge;
-class DSFace;
 class DSVertex;
-class VertexRings;
 
 /// What moving a vertex would do to the faces around it. A test that tries a position puts the old one back; normals
 /// are computed from the positions as they stand, and none is stored.
@@ -19,12 +17,6 @@ bool WouldFold(DSVertex& vertex, const smVec3d& target);
 
 /// Whether the foot of a point on the plane of a face around the vertex lies in that face.
 bool ProjectsIntoRing(const DSVertex& vertex, const smVec3d& point);
-
-/// Whether the way from the foot of a point on a face to the point meets another face nearby: those in two rings
-/// around the face's first vertex.
-///
-/// Says    "Intersect the face!!!" when it does.
-bool WouldCutFace(const DSFace& face, const smVec3d& point, const smVec3d& foot, VertexRings& rings);
 
 /// As WouldFold, from 120 degrees on, where the neighbour's corner is not behind the face.
 ///

@@ -13,7 +13,7 @@ constexpr char kTooFewPoints[] = "the cloud has too few points near this mesh, s
                                  "joined again and again: simplify the "
                                  "model first, or take a cloud that covers it more densely";
 
-/// Half-edges that are walked over around vertices, all together; ordinary meshes need a tenth of it.
+/// Half-edges that are walked over around the vertices that go, all together; ordinary meshes need a tenth of it.
 std::size_t MostSteps(const DSSolid& solid)
 {
     return 100'000'000 + 200 * solid.GetEdgeList().size();
@@ -81,7 +81,7 @@ void VertexMatching::Run()
 bool VertexMatching::FindPoint(DSVertex& vertex)
 {
     constexpr int kNeighbours = 16;
-    const auto valence = static_cast<std::size_t>(vertex.GetValence());
+    std::size_t walks = 1;
     for (const int index : m_Nearest.Find(vertex.GetPosition(), kNeighbours))
     {
         const auto point = static_cast<std::size_t>(index);
@@ -89,7 +89,7 @@ bool VertexMatching::FindPoint(DSVertex& vertex)
         {
             continue;
         }
-        SpendSteps(valence);
+        ++walks;
         if (WouldFold(vertex, m_Cloud[point]) || !ProjectsIntoRing(vertex, m_Cloud[point]))
         {
             DebugConsole() << "Find topology error..." << '\n';
@@ -99,7 +99,7 @@ bool VertexMatching::FindPoint(DSVertex& vertex)
         m_Projected[point] = vertex.GetPosition();
         return true;
     }
-    SpendSteps(valence);
+    SpendSteps(walks * static_cast<std::size_t>(vertex.GetValence()));
     return false;
 }
 
