@@ -16,6 +16,7 @@ public:
         m_View.m_bOccupied = false;
         m_View.m_bBadFrame = false;
         CTessarineApp::Get().GetPlatform().CloseDeadDialogs();
+        CTessarineApp::Get().GetPlatform().ForgetHiddenMessages();
         m_View.CatchUp();
     }
     Occupied(const Occupied&) = delete;

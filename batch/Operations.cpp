@@ -390,6 +390,12 @@ bool RunRefineEnergy(BatchRun& run, const Arguments& /*arguments*/)
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().RefineEnergy(); });
 }
 
+template <void (IAController::*step)()>
+bool RunTwoStep(BatchRun& run, const Arguments& /*arguments*/)
+{
+    return run.Perform(Effect::ChangesModel, [&run] { (run.GetWorkbench().GetController().*step)(); });
+}
+
 bool RunBuildOctree(BatchRun& run, const Arguments& /*arguments*/)
 {
     return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().BuildOctree(); });
@@ -529,13 +535,14 @@ constexpr Operation kOperations[] = {
      RunRefineHierarchical},
     {"refine-incremental", "", Group::MenuCommand, "starts a new mesh over the feet of the cloud",
      RunRefineIncremental},
-    {"refine-two-step", "", Group::MenuCommand, "starts the two-step correspondence", RunLater},
-    {"two-step-first", "", Group::MenuCommand, "first step of the command kept from refine-two-step",
-     RunLater},
-    {"two-step-second", "", Group::MenuCommand, "second step of the command kept from refine-two-step",
-     RunLater},
-    {"two-step-third", "", Group::MenuCommand, "third step of the command kept from refine-two-step",
-     RunLater},
+    {"refine-two-step", "", Group::MenuCommand, "pairs the vertices with points of the cloud",
+     RunTwoStep<&IAController::RefineTwoStep>},
+    {"two-step-first", "", Group::MenuCommand, "brings further points into the mesh of refine-two-step",
+     RunTwoStep<&IAController::TwoStepFirst>},
+    {"two-step-second", "", Group::MenuCommand, "puts its vertices back to before they moved",
+     RunTwoStep<&IAController::TwoStepSecond>},
+    {"two-step-third", "", Group::MenuCommand, "moves its vertices onto their points again",
+     RunTwoStep<&IAController::TwoStepThird>},
     {"refine-energy", "", Group::MenuCommand, "fits the mesh by an energy function", RunRefineEnergy},
     {"generate-splats", "", Group::MenuCommand, "makes the cut faces of the model's splats",
      RunGenerateSplats},

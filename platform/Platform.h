@@ -1,5 +1,6 @@
 #pragma once
 #include "GLSurface.h"
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -30,6 +31,13 @@ public:
     /// A message box with one button. Text that the console holds back is shown first.
     virtual void ShowMessage(const std::string& title, const std::string& text) = 0;
 
+    /// The same for one that an operation may show again and again, for each of many elements: a window lets its
+    /// user leave out the others.
+    virtual void ShowRepeatingMessage(const std::string& title, const std::string& text)
+    {
+        ShowMessage(title, text);
+    }
+
     /// Tells the user that `operation` did not run, and why.
     /// @param wasShown the user has already seen a message box that says it; a window shows no second one
     virtual void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) = 0;
@@ -59,6 +67,9 @@ public:
     /// stays open behind this call; what the user chooses there comes back as a command.
     virtual void ShowPopupMenu(int subMenu, int x, int y) = 0;
 
+    /// Milliseconds of a clock that never goes back.
+    virtual std::uint64_t GetTickCount();
+
     /// A new surface of the view's size, which must not outlive the platform. Throws GLSurfaceError.
     virtual std::unique_ptr<GLSurface> CreateGLSurface() = 0;
 };
@@ -71,4 +82,5 @@ Platform* SetPlatform(Platform* platform);
 
 /// A message box with the title of the program.
 void ShowMessage(const std::string& text);
+void ShowRepeatingMessage(const std::string& text);
 }

@@ -1,11 +1,13 @@
 #include "QtPlatform.h"
 #include "Console.h"
 #include "Cursor.h"
+#include "ErrorLine.h"
 #include "File.h"
 #include "FileFilter.h"
 #include "GLSurface.h"
 #include "NativeGLWidget.h"
 #include <QApplication>
+#include <QCheckBox>
 #include <QCursor>
 #include <QFile>
 #include <QFileDialog>
@@ -42,6 +44,14 @@ QString MakeBreakable(QString text)
         breakable += letter;
     }
     return breakable;
+}
+
+void Fill(QMessageBox& box, const std::string& title, const std::string& text)
+{
+    box.setIcon(QMessageBox::Warning);
+    box.setWindowTitle(QString::fromStdString(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(MakeBreakable(QString::fromStdString(text)));
 }
 
 /// The cursors that a command put over all others are away while a dialog is open.
@@ -100,11 +110,39 @@ std::filesystem::path ToPath(const QString& name)
 void QtPlatform::ShowMessage(const std::string& title, const std::string& text)
 {
     QMessageBox box(GetDialogParent());
-    box.setIcon(QMessageBox::Warning);
-    box.setWindowTitle(QString::fromStdString(title));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(MakeBreakable(QString::fromStdString(text)));
+    Fill(box, title, text);
     Show(box);
+}
+
+void QtPlatform::ShowRepeatingMessage(const std::string& title, const std::string& text)
+{
+    if (const auto hidden = m_HiddenMessages.find(text); hidden != m_HiddenMessages.end())
+    {
+        ++hidden->second;
+        return;
+    }
+    QMessageBox box(GetDialogParent());
+    Fill(box, title, text);
+    auto* check = new QCheckBox("本次命令中不再显示", &box);
+    check->setChecked(true);
+    box.setCheckBox(check);
+    Show(box);
+    if (check->isChecked())
+    {
+        m_HiddenMessages.emplace(text, 0);
+    }
+}
+
+void QtPlatform::ForgetHiddenMessages()
+{
+    for (const auto& [text, count] : m_HiddenMessages)
+    {
+        if (count != 0)
+        {
+            PrintErrorLine("message box not shown again: " + text + " (" + std::to_string(count) + " times)");
+        }
+    }
+    m_HiddenMessages.clear();
 }
 
 void QtPlatform::ShowFailure(const std::string& operation, const std::string& reason, bool wasShown)

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,7 @@ public:
     static constexpr int kPaneCount = 7;
 
     void ShowMessage(const std::string& title, const std::string& text) override;
+    void ShowRepeatingMessage(const std::string& title, const std::string& text) override;
     void ShowFailure(const std::string& operation, const std::string& reason, bool wasShown) override;
     std::optional<std::filesystem::path> AskOpenFile(const FileQuestion& question) override;
     std::optional<std::filesystem::path> AskSaveFile(const FileQuestion& question) override;
@@ -51,6 +53,9 @@ public:
     /// Answers the next file dialog without showing it.
     void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
 
+    /// An operation ends, and with it what its user chose not to see again. Standard error tells how often it came.
+    void ForgetHiddenMessages();
+
     /// Whether a command asks the user for something just now. Nothing has changed before: the view may be drawn.
     bool IsAsking() const { return m_bAsking; }
 
@@ -75,6 +80,7 @@ private:
     std::optional<std::filesystem::path> m_FileAnswer;
     std::filesystem::path m_ChosenFile;
     std::filesystem::path m_LastFolder;
+    std::map<std::string, int> m_HiddenMessages; ///< how often each has come since
     bool m_bAsking = false;
 };
 }

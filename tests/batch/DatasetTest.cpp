@@ -7,6 +7,7 @@
 
 using namespace tessarine;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace
 {
@@ -299,6 +300,57 @@ TEST(RefineEnergyOperation, MovesTheModelToItsCloud)
         EXPECT_THAT(result.output, HasSubstr("The number of availible vertex: "));
         EXPECT_THAT(result.output, HasSubstr("Iteration Step = "));
     }
+}
+
+/// A tetrahedron, points in its corners, and three more over its faces.
+void WriteTwoStepData(const TemporaryFolder& folder)
+{
+    folder.Write("tetra.obj",
+                 "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nf 1 2 3\nf 1 4 2\nf 1 3 4\nf 2 4 3\n");
+    folder.Write("data/bunny.txta", "7\n1 1 1\n1 -1 -1\n-1 1 -1\n-1 -1 1\n.5 -.4 .5\n.5 .5 -.4\n-.4 .5 .5\n");
+}
+
+TEST(TwoStepOperations, BringPointsIntoTheMesh)
+{
+    const TemporaryFolder folder;
+    WriteTwoStepData(folder);
+    const ProcessResult result =
+        RunBatch(folder, {"import", "tetra.obj", "refine-two-step", "two-step-first", "two-step-second",
+                          "two-step-third", "two-step-first", "report", "r.json"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("点云大小: 7\nRefine init mesh ok...\n"));
+    EXPECT_THAT(result.output, HasSubstr("Calculate footpoint ok..\nThere are "));
+    EXPECT_THAT(folder.Read("r.json"), HasSubstr("\"vertices\":7,\"faces\":10,\"edges\":15"));
+    // Three timings a step.
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 6);
+    EXPECT_THAT(result.errors, StartsWith("message box \"Tessarine\": 0."));
+    const ProcessResult again =
+        RunBatch(folder, {"import", "tetra.obj", "menu", "32829", "menu", "32826", "menu", "32831", "menu",
+                          "32832", "menu", "32826", "report", "again.json"});
+    EXPECT_EQ(again.status, 0) << again.errors;
+    EXPECT_EQ(folder.Read("again.json"), folder.Read("r.json"));
+}
+
+TEST(TwoStepOperations, FailWithoutTheFirst)
+{
+    const TemporaryFolder folder;
+    WriteTwoStepData(folder);
+    const std::pair<std::vector<std::string>, const char*> operations[] = {
+        {{"two-step-first"}, "first"},
+        {{"two-step-second"}, "second"},
+        {{"two-step-third"}, "third"},
+        {{"menu", "32826"}, "first"},
+        {{"import", "tetra.obj", "refine-two-step", "new", "two-step-first"}, "first"},
+        {{"import", "tetra.obj", "refine-two-step", "import", "tetra.obj", "two-step-first"}, "first"}};
+    for (const auto& [words, step] : operations)
+    {
+        const ProcessResult result = RunBatch(folder, words);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.errors, HasSubstr(std::string(": the ") + step +
+                                             " step needs a two-step refinement that has run"));
+    }
+    EXPECT_EQ(RunBatch(folder, {"refine-two-step"}).status, 1);
+    EXPECT_EQ(RunBatch(folder, {"two-step-first", "1"}).status, 2);
 }
 
 TEST(RefineEnergyOperation, FailsWithoutItsCloudAndWithoutAModel)

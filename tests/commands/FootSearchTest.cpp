@@ -177,18 +177,24 @@ TEST_F(FootSearchTest, NeverTakesAPointOnItsFaceInTwoSteps)
     EXPECT_EQ(foot->distance, 0.25);
 }
 
-TEST_F(FootSearchTest, AsksBeforeItTakesAFace)
+TEST_F(FootSearchTest, RefusesAFootWhoseWayToThePointIsCutInTwoSteps)
 {
-    FootSearch search(Load(TriangleCube()), kTwoStepFeet);
-    int questions = 0;
-    search.SetRefusal(
-        [&questions](const DSFace&, const smVec3d&, const smVec3d&)
-        {
-            ++questions;
-            return true;
-        });
-    EXPECT_FALSE(search.Find({0.25, 0.125, -0.25}).has_value());
-    EXPECT_GE(questions, 1);
+    // Above the octahedron's face, the side across the nearest corner has a foot as well, and a larger move; but its way
+    // leads through the face. In the other variants nothing is asked.
+    DSSolid& solid = Load(Sphere(0));
+    const DSFace& face = *solid.GetFaceList()[2];
+    const smVec3d point = face.CalcCentroid() + face.ComputeNormal() * 0.1;
+    FootVariant uncut = kTwoStepFeet;
+    uncut.refusesCuts = false;
+    const std::optional<Foot> far = FootSearch(solid, uncut).Find(point);
+    ASSERT_TRUE(far.has_value());
+    EXPECT_NE(far->face, &face);
+    EXPECT_GT(far->distance, 0.5);
+    EXPECT_EQ(m_Console.Count("Intersect the face!!!"), 0);
+    const std::optional<Foot> foot = FootSearch(solid, kTwoStepFeet).Find(point);
+    ASSERT_TRUE(foot.has_value());
+    EXPECT_EQ(foot->face, &face);
+    EXPECT_EQ(m_Console.Count("Intersect the face!!!"), 1);
 }
 
 TEST_F(FootSearchTest, TestsLargerFacesByTheirKind)

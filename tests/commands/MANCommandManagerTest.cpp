@@ -14,6 +14,7 @@
 #include "IAReconstructionCommand.h"
 #include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
+#include "IAReconstructionSmoothTwoStepCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASmoothCommand.h"
@@ -106,6 +107,7 @@ TEST(CommandManager, MakesTheAdaptiveSubdivisionAndTheSettingOfAMaterial)
 
 TEST(CommandManager, MakesTheFitByEnergy)
 {
+    EXPECT_TRUE(Makes<IAReconstructionSmoothTwoStepCommand>(0x6000006));
     EXPECT_TRUE(Makes<IAReconstructionSmoothEnergyFunctionCommand>(0x6000007));
 }
 
@@ -148,11 +150,6 @@ TEST(CommandManager, MakesTheHierarchicalFit)
 TEST(CommandManager, MakesTheIncrementalRefinement)
 {
     EXPECT_TRUE(Makes<IAReconstructionSmoothCommand>(0x6000004));
-}
-
-TEST(CommandManager, RefusesByNameWhatComesLater)
-{
-    EXPECT_EQ(RefusalOf(0x6000006), "two-step refinement comes with a later version of Tessarine");
 }
 
 TEST(CommandManager, KeepsEveryCommandThatItStores)

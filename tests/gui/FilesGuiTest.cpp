@@ -1,12 +1,15 @@
+#include "ErrorLine.h"
 #include "GuiTest.h"
 #include "resource.h"
 #include <QAction>
 #include <QDragEnterEvent>
+#include <QCheckBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QMessageBox>
 #include <QScreen>
 #include <QSettings>
 #include <QTimer>
@@ -202,6 +205,42 @@ TEST_F(FilesGuiTest, FitsLongNamesIntoItsBoxes)
     expectAFit("cannot open " + std::string(500, '\n') + ".obj: no such file");
     expectAFit("cannot open " + QString(150, QChar::LineSeparator).toStdString() + ".obj: no such file");
     expectAFit("cannot open " + folders + "b.obj: its name is too long");
+}
+
+TEST_F(FilesGuiTest, LeavesOutBoxesThatTheUserDoesNotWantAgainInACommand)
+{
+    std::vector<bool> checked;
+    const auto answer = [&](bool keepsShowing)
+    {
+        WhenDialogOpens(
+            [&checked, keepsShowing](QDialog& dialog)
+            {
+                auto& box = dynamic_cast<QMessageBox&>(dialog);
+                EXPECT_EQ(box.text(), "The vertex doesnot exsit!");
+                EXPECT_EQ(box.checkBox()->text(), "本次命令中不再显示");
+                checked.push_back(box.checkBox()->isChecked());
+                box.checkBox()->setChecked(!keepsShowing);
+                QTest::keyClick(box.windowHandle(), Qt::Key_Return);
+            });
+        ShowRepeatingMessage("The vertex doesnot exsit!");
+    };
+    std::string errors;
+    const ErrorListener before = SetErrorListener([&errors](std::string_view text) { errors += text; });
+    View().Perform("test", Effect::None,
+                   [&]
+                   {
+                       answer(true);
+                       answer(false);
+                       for (int i = 0; i < 1000; ++i)
+                       {
+                           ShowRepeatingMessage("The vertex doesnot exsit!"); // a box would wait for ever
+                       }
+                   });
+    EXPECT_EQ(checked, (std::vector<bool>{true, true}));
+    SetErrorListener(before);
+    EXPECT_EQ(errors, "message box not shown again: The vertex doesnot exsit! (1000 times)\n");
+    View().Perform("another", Effect::None, [&] { answer(true); });
+    EXPECT_EQ(checked.size(), 3U);
 }
 
 TEST_F(FilesGuiTest, ExportsWithTheEndingAddedIntoTheChosenFolder)

@@ -58,6 +58,56 @@ bool TestLiterally(const smVec3d& p, const smVec3d& t0, const smVec3d& t1, const
     return std::fabs(a0 + a1 + a2 - area) < tolerance;
 }
 
+bool CutsAFaceLiterally(const DSFace& face, const smVec3d& p, const smVec3d& foot, std::string& console)
+{
+    std::vector<DSVertex*> known{face.GetLoopList()[0]->GetHalfEdge()->GetVertex()};
+    std::vector<DSFace*> faces;
+    std::size_t next = 0;
+    for (int ring = 0; ring < 2; ++ring)
+    {
+        for (const std::size_t end = known.size(); next < end; ++next)
+        {
+            DSHalfEdge* h = known[next]->GetHalfEdge();
+            do
+            {
+                if (std::find(faces.begin(), faces.end(), h->GetLoop()->GetFace()) == faces.end())
+                {
+                    faces.push_back(h->GetLoop()->GetFace());
+                }
+                DSVertex* end2 = h->GetNext()->GetVertex();
+                if (std::find(known.begin(), known.end(), end2) == known.end())
+                {
+                    known.push_back(end2);
+                }
+                h = h->GetTwin()->GetNext();
+            } while (h != known[next]->GetHalfEdge());
+        }
+    }
+    for (DSFace* other : faces)
+    {
+        if (other == &face)
+        {
+            continue;
+        }
+        const DSHalfEdge* h = other->GetLoopList()[0]->GetHalfEdge();
+        const smVec3d v0 = h->GetVertex()->GetPosition();
+        const smVec3d v1 = h->GetNext()->GetVertex()->GetPosition();
+        const smVec3d v2 = h->GetPrev()->GetVertex()->GetPosition();
+        const smVec3d n = other->CalcNormal();
+        const double t = (v0 - foot).Dot(n) / (p - foot).Dot(n);
+        const smVec3d x = foot + t * (p - foot);
+        smVec3d barycentric;
+        double area = 0.0;
+        if (t >= 0 && t <= 1 && std::fabs(t) >= 0.00001 &&
+            TestLiterally(x, v0, v1, v2, 0.00001, barycentric, area))
+        {
+            console += "Intersect the face!!!\n";
+            return true;
+        }
+    }
+    return false;
+}
+
 std::vector<DSFace*> CandidatesOf(const DSSolid& solid, const smVec3d& point, int k)
 {
     std::vector<DSFace*> candidates;
@@ -108,7 +158,7 @@ std::optional<Foot> FindFootLiterally(DSSolid& solid, const FootVariant& variant
                                         variant.tolerance, barycentric, area);
             }
         }
-        if (!passes)
+        if (!passes || (variant.refusesCuts && CutsAFaceLiterally(*face, point, foot, console)))
         {
             continue;
         }

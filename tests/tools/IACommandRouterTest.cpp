@@ -58,7 +58,7 @@ TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
         {32835, "there is no model to subdivide: import one first"},
         {32796, "there is no model with faces to be fitted to a cloud: import one first"},
         {32828, "there is no model with faces to be fitted to a cloud: import one first"},
-        {32829, "two-step refinement" + later},
+        {32829, "there is no model with faces to be fitted to a cloud: import one first"},
         {32834, "there is no model with faces to be fitted to a cloud: import one first"},
         {32821, "optimisation needs a model: import one first"},
         {32840, "optimisation needs a model: import one first"},

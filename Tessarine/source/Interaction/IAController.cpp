@@ -1,5 +1,6 @@
 #include "IAController.h"
 #include "Assert.h"
+#include "Console.h"
 #include "Failure.h"
 #include "IACommand.h"
 #include "IAGenerateSplatCommand.h"
@@ -8,6 +9,7 @@
 #include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "IAReconstructionSmoothOctreeCommand.h"
+#include "IAReconstructionSmoothTwoStepCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASetMaterialCommand.h"
 #include "IASimplifyCommand.h"
@@ -35,6 +37,32 @@ bool HasObjExtension(const std::string& fileName)
 {
     return fileName.ends_with(".obj") || fileName.ends_with(".OBJ");
 }
+
+/// Puts back what a step does to its command, unless the step comes to its end.
+class TwoStepRollback
+{
+public:
+    explicit TwoStepRollback(IAReconstructionSmoothTwoStepCommand& command)
+        : m_Command(command), m_Before(command.SaveState())
+    {
+    }
+    ~TwoStepRollback()
+    {
+        if (m_bArmed)
+        {
+            m_Command.RestoreState(std::move(m_Before));
+        }
+    }
+    TwoStepRollback(const TwoStepRollback&) = delete;
+    TwoStepRollback& operator=(const TwoStepRollback&) = delete;
+
+    void Dismiss() { m_bArmed = false; }
+
+private:
+    IAReconstructionSmoothTwoStepCommand& m_Command;
+    IAReconstructionSmoothTwoStepCommand::State m_Before;
+    bool m_bArmed = true;
+};
 
 /// Shows the box that refuses a file's type, and ends the operation.
 [[noreturn]] void RefuseFile(const std::string& text, const std::filesystem::path& path)
@@ -67,6 +95,7 @@ void IAController::EmptyElements()
 {
     ++m_nModelNumber;
     m_pIncrementalCommand = nullptr; // it holds records
+    m_pTwoStepCommand = nullptr; // its solid goes
     if (m_pView != nullptr)
     {
         m_pView->SetNewMesh(nullptr); // its solid goes as well
@@ -298,7 +327,9 @@ IAReconstructionSmoothCommand& IAController::GetLiveIncrementalCommand() const
 
 void IAController::RefineTwoStep()
 {
-    m_pTwoStepCommand = RunLater(CommandID::ReconstructionSmoothTwoStep);
+    m_pTwoStepCommand = Run<IAReconstructionSmoothTwoStepCommand>(
+        CommandID::ReconstructionSmoothTwoStep,
+        [this](IAReconstructionSmoothTwoStepCommand& command) { HandStores(command); });
 }
 
 void IAController::RefineEnergy()
@@ -354,28 +385,33 @@ void IAController::GenerateSplats()
 
 void IAController::TwoStepFirst()
 {
-    RunTwoStep("first");
+    RunTwoStep("first", &IAReconstructionSmoothTwoStepCommand::Step);
 }
 
 void IAController::TwoStepSecond()
 {
-    RunTwoStep("second");
+    RunTwoStep("second", &IAReconstructionSmoothTwoStepCommand::Restore);
 }
 
 void IAController::TwoStepThird()
 {
-    RunTwoStep("third");
+    RunTwoStep("third", &IAReconstructionSmoothTwoStepCommand::Update);
 }
 
-void IAController::RunTwoStep(const char* step)
+void IAController::RunTwoStep(const char* name, void (IAReconstructionSmoothTwoStepCommand::*step)())
 {
     if (m_pTwoStepCommand == nullptr)
     {
-        throw Failure(std::string("the ") + step +
-                      " step needs a two-step refinement that has run: run it first (\"两步对应算法\")");
+        const std::string reason = std::string("the ") + name +
+                                   " step needs a two-step refinement that has run on this model: run it "
+                                   "first (\"两步对应算法\", refine-two-step)";
+        DebugConsole() << reason << '\n';
+        throw Failure::AfterConsoleLine(reason);
     }
-    throw Failure(std::string("the ") + step +
-                  " step of two-step refinement comes with a later version of Tessarine");
+    TwoStepRollback rollback(*m_pTwoStepCommand);
+    (m_pTwoStepCommand->*step)();
+    Redraw();
+    rollback.Dismiss();
 }
 
 IAController::Checkpoint IAController::Save() const

@@ -14,6 +14,7 @@ class IAReconstructionCommand;
 class IASmoothCommand;
 class IAReconstructionSmoothCommand;
 class IncrementalConnection;
+class IAReconstructionSmoothTwoStepCommand;
 class MANCommandManager;
 class Open3DView;
 
@@ -89,15 +90,17 @@ public:
     /// Opens the material dialog for a copy of the first selected solid's material.
     void SetMaterialOfSelection();
     void GenerateSplats();
-    /// The three steps of the command that the last RefineTwoStep kept. Failure where there is none.
+    /// The steps of the command that the last RefineTwoStep on this model kept: one that brings further points into the
+    /// mesh, one that puts the vertices back, and one that moves them again. A step that fails leaves the command's own
+    /// state as it was. Where none is kept, a line on the console and a failure say what to run first.
     void TwoStepFirst();
     void TwoStepSecond();
     void TwoStepThird();
 
-    /// The last command of its kind, which the history owns; null before the first. The incremental one is null for
-    /// another model as well.
+    /// The last command of its kind, which the history owns; null before the first, and for
+    /// another model than it ran on.
     IAReconstructionSmoothCommand* GetIncrementalCommand() const { return m_pIncrementalCommand; }
-    IACommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
+    IAReconstructionSmoothTwoStepCommand* GetTwoStepCommand() const { return m_pTwoStepCommand; }
     /// Failure, saying what to do, before the first.
     IAReconstructionCommand& GetReconstructionCommand() const;
 
@@ -112,7 +115,7 @@ public:
     {
         IAReconstructionSmoothCommand* incrementalCommand = nullptr;
         std::shared_ptr<const IncrementalConnection> connection; ///< of the incremental command
-        IACommand* twoStepCommand = nullptr;
+        IAReconstructionSmoothTwoStepCommand* twoStepCommand = nullptr;
         IAReconstructionCommand* reconstructionCommand = nullptr;
     };
     Checkpoint Save() const;
@@ -128,7 +131,7 @@ private:
     void HandStores(IAFittingCommand& command);
     void RunHierarchical(const std::function<void(IASmoothCommand&)>& run);
     IAReconstructionSmoothCommand& GetLiveIncrementalCommand() const;
-    void RunTwoStep(const char* step);
+    void RunTwoStep(const char* name, void (IAReconstructionSmoothTwoStepCommand::*step)());
     void EmptyElements();
 
     MANCommandManager* m_pCommandManager = nullptr;
@@ -136,7 +139,7 @@ private:
     MANSceneManager m_SceneManager;
     MANBrepElementManager m_ElementManager;
     IAReconstructionSmoothCommand* m_pIncrementalCommand = nullptr;
-    IACommand* m_pTwoStepCommand = nullptr;
+    IAReconstructionSmoothTwoStepCommand* m_pTwoStepCommand = nullptr; ///< of the model that it ran on
     IAReconstructionCommand* m_pReconstructionCommand = nullptr;
     ElementCheckpoint* m_pElementsAside = nullptr;
     unsigned m_nModelNumber = 0;

@@ -32,7 +32,7 @@ T* LookUp(const RecordArray<T>& array, std::uint32_t index, const char* message)
     T* pRecord = array[index];
     if (pRecord == nullptr)
     {
-        ShowMessage(message);
+        ShowRepeatingMessage(message);
     }
     return pRecord;
 }

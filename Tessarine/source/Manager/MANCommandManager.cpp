@@ -14,6 +14,7 @@
 #include "IAReconstructionCommand.h"
 #include "IAReconstructionSmoothCommand.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
+#include "IAReconstructionSmoothTwoStepCommand.h"
 #include "IARefineMeshCommand.h"
 #include "IASelectCommand.h"
 #include "IASetMaterialCommand.h"
@@ -60,7 +61,8 @@ constexpr CommandClass kCommandClasses[] = {
     {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
     {CommandID::Smooth, "hierarchical refinement", Make<IASmoothCommand>},
     {CommandID::ReconstructionSmooth, "incremental refinement", Make<IAReconstructionSmoothCommand>},
-    {CommandID::ReconstructionSmoothTwoStep, "two-step refinement", nullptr},
+    {CommandID::ReconstructionSmoothTwoStep, "two-step refinement",
+     Make<IAReconstructionSmoothTwoStepCommand>},
     {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",
      Make<IAReconstructionSmoothEnergyFunctionCommand>},
     {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},

@@ -20,6 +20,9 @@ public:
         return failure;
     }
 
+    /// The same, where a line on the console has told it: a window goes on as if nothing had been asked.
+    static Failure AfterConsoleLine(std::string message) { return AfterMessageBox(std::move(message)); }
+
     bool WasShown() const { return m_bShown; }
 
 private:

@@ -3,6 +3,8 @@
 #include "DSBrep.h"
 #include "LookAhead.h"
 #include "Platform.h"
+#include "SpaceOrder.h"
+#include "VertexPlaces.h"
 #include "VertexWalk.h"
 #include <algorithm>
 #include <cmath>
@@ -20,19 +22,19 @@ const DSLoop& FirstLoopOf(const DSFace& face)
     return *face.GetLoopList()[0];
 }
 
-std::vector<smVec3d> GatherCorners(const DSFace& face)
+/// Into memory that is used again and again.
+void GatherCorners(const DSFace& face, std::vector<const DSVertex*>& corners)
 {
-    std::vector<smVec3d> corners;
+    corners.clear();
     CycleGuard guard;
     const DSHalfEdge* const pStart = FirstLoopOf(face).GetHalfEdge();
     const DSHalfEdge* h = pStart;
     do
     {
         guard.Visit(h);
-        corners.push_back(h->GetVertex()->GetPosition());
+        corners.push_back(h->GetVertex());
         h = h->GetNext();
     } while (h != pStart);
-    return corners;
 }
 
 /// Places of faces in their list by id.
@@ -73,21 +75,32 @@ FootSearch::FootSearch(DSSolid& solid, const FootVariant& variant) : m_Variant(v
     ShapeFaces(solid);
     LinkFacesToVertices(solid);
     m_LastCandidacy.resize(m_Shapes.size());
+    if (variant.refusesCuts)
+    {
+        m_LastFaceTest.resize(m_Shapes.size());
+        m_LastVertexTest.resize(m_RingEnds.size());
+    }
 }
 
 void FootSearch::ShapeFaces(DSSolid& solid)
 {
+    const VertexPlaces places(solid);
     m_Shapes.reserve(solid.GetFaceList().size());
+    std::vector<const DSVertex*> corners;
     for (DSFace* pFace : solid.GetFaceList())
     {
         ASSERT(pFace != nullptr);
-        const std::vector<smVec3d> corners = GatherCorners(*pFace);
+        GatherCorners(*pFace, corners);
         FaceShape shape;
         shape.face = pFace;
         shape.centroid = pFace->CalcCentroid();
         shape.normal = pFace->ComputeNormal();
         shape.nCorners = static_cast<int>(corners.size());
-        std::copy_n(corners.begin(), std::min<std::size_t>(corners.size(), 3), shape.corners.begin());
+        for (std::size_t i = 0; i < std::min<std::size_t>(corners.size(), 3); ++i)
+        {
+            shape.corners[i] = corners[i]->GetPosition();
+            shape.cornerPlaces[i] = static_cast<std::uint32_t>(places.GetPlace(*corners[i]));
+        }
         shape.doubleArea =
             (shape.corners[1] - shape.corners[0]).Cross(shape.corners[2] - shape.corners[0]).Length();
         m_Shapes.push_back(shape);
@@ -115,16 +128,58 @@ void FootSearch::LinkFacesToVertices(const DSSolid& solid)
     }
 }
 
+std::span<const std::uint32_t> FootSearch::GetRing(std::size_t vertex) const
+{
+    const std::uint32_t begin = vertex == 0 ? 0 : m_RingEnds[vertex - 1];
+    return std::span(m_RingFaces).subspan(begin, m_RingEnds[vertex] - begin);
+}
+
+void FootSearch::MeetVertex(std::uint32_t place)
+{
+    if (m_LastVertexTest[place] != m_nTest)
+    {
+        m_LastVertexTest[place] = m_nTest;
+        m_NearVertices.push_back(place);
+    }
+}
+
+/// The faces in two rings are those around the first corner and around each of its neighbours.
+bool FootSearch::WouldCutFace(std::uint32_t face, const smVec3d& point, const smVec3d& foot)
+{
+    ++m_nTest;
+    m_LastFaceTest[face] = m_nTest; // is not in its own way
+    m_NearVertices.clear();
+    const std::uint32_t first = m_Shapes[face].cornerPlaces[0];
+    for (const std::uint32_t near : GetRing(first))
+    {
+        std::for_each(m_Shapes[near].cornerPlaces.begin(), m_Shapes[near].cornerPlaces.end(),
+                      [this](std::uint32_t place) { MeetVertex(place); });
+    }
+    const auto isCutAround = [&](std::uint32_t place)
+    {
+        const auto ring = GetRing(place);
+        return std::any_of(ring.begin(), ring.end(),
+                           [&](std::uint32_t near) { return MeetsFace(near, point, foot); });
+    };
+    return std::any_of(m_NearVertices.begin(), m_NearVertices.end(), isCutAround);
+}
+
+bool FootSearch::MeetsFace(std::uint32_t face, const smVec3d& point, const smVec3d& foot)
+{
+    const FaceShape& shape = m_Shapes[face];
+    const bool isNew = m_LastFaceTest[face] != m_nTest;
+    m_LastFaceTest[face] = m_nTest;
+    return isNew && SegmentHitsTriangle(shape.corners, shape.normal, foot, point);
+}
+
 void FootSearch::GatherCandidates(const smVec3d& point)
 {
     m_Candidates.clear();
     ++m_nPoint;
     for (const int vertex : m_Vertices.Find(point, m_Variant.neighbours))
     {
-        const auto place = static_cast<std::size_t>(vertex);
-        for (std::uint32_t i = place == 0 ? 0 : m_RingEnds[place - 1]; i < m_RingEnds[place]; ++i)
+        for (const std::uint32_t face : GetRing(static_cast<std::size_t>(vertex)))
         {
-            const std::uint32_t face = m_RingFaces[i];
             if (m_LastCandidacy[face] != m_nPoint)
             {
                 m_LastCandidacy[face] = m_nPoint;
@@ -133,17 +188,18 @@ void FootSearch::GatherCandidates(const smVec3d& point)
             }
         }
     }
-    DebugConsole() << "Adjacent Face size: " << m_Candidates.size() << '\n';
 }
 
 bool FootSearch::ContainsInFan(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const
 {
-    const std::vector<smVec3d> corners = GatherCorners(*shape.face);
+    std::vector<const DSVertex*> corners;
+    GatherCorners(*shape.face, corners);
     bool isInside = false;
     for (std::size_t i = 0; i < corners.size(); ++i)
     {
-        const smVec3d& next = corners[i + 1 == corners.size() ? 0 : i + 1];
-        test = PointInTriangle(foot, {corners[i], next, shape.centroid}, m_Variant.tolerance);
+        const DSVertex* pNext = corners[i + 1 == corners.size() ? 0 : i + 1];
+        test = PointInTriangle(foot, {corners[i]->GetPosition(), pNext->GetPosition(), shape.centroid},
+                               m_Variant.tolerance);
         isInside = isInside || test.isInside;
     }
     return isInside;
@@ -176,10 +232,27 @@ bool FootSearch::Contains(const FaceShape& shape, const smVec3d& foot, TriangleT
 
 std::optional<Foot> FootSearch::Find(const smVec3d& point)
 {
+    const Finding finding = Search(point);
+    Say(finding);
+    return finding.foot;
+}
+
+void FootSearch::Say(const Finding& finding)
+{
+    DebugConsole() << "Adjacent Face size: " << finding.candidates << '\n';
+    for (std::uint32_t i = 0; i < finding.cuts; ++i)
+    {
+        DebugConsole() << "Intersect the face!!!" << '\n';
+    }
+}
+
+FootSearch::Finding FootSearch::Search(const smVec3d& point)
+{
     constexpr double kDeepest = 100.0;
     constexpr double kLargestRatio = 1e7;
     GatherCandidates(point);
-    std::optional<Foot> found;
+    Finding finding;
+    finding.candidates = static_cast<std::uint32_t>(m_Candidates.size());
     double best = m_Variant.choice == FootChoice::Deepest ? kDeepest : kLargestRatio;
     for (const std::uint32_t candidate : m_Candidates)
     {
@@ -192,23 +265,29 @@ std::optional<Foot> FootSearch::Find(const smVec3d& point)
         }
         const smVec3d foot = ProjectOntoPlane(point, shape.centroid, shape.normal);
         TriangleTest test;
-        if (!Contains(shape, foot, test) || (m_Refusal && m_Refusal(*shape.face, point, foot)))
+        if (!Contains(shape, foot, test))
         {
+            continue;
+        }
+        if (m_Variant.refusesCuts && WouldCutFace(candidate, point, foot))
+        {
+            ++finding.cuts;
             continue;
         }
         const double distance = (point - foot).Length();
         if (m_Variant.choice == FootChoice::First)
         {
-            return Foot{shape.face, foot, distance, test.barycentric};
+            finding.foot = Foot{shape.face, foot, distance, test.barycentric};
+            break;
         }
         const double measure = m_Variant.choice == FootChoice::Deepest ? depth : test.doubleArea / distance;
         if (measure < best)
         {
             best = measure;
-            found = Foot{shape.face, foot, distance, test.barycentric};
+            finding.foot = Foot{shape.face, foot, distance, test.barycentric};
         }
     }
-    return found;
+    return finding;
 }
 
 double FootSearch::GetVertexDistance() const
@@ -239,15 +318,23 @@ FootList CalculateFootPoints(DSSolid& solid, const std::vector<smVec3d>& cloud,
     {
         pFace->GetTagList().clear();
     }
+    std::vector<FootSearch::Finding> findings(cloud.size());
+    std::vector<bool> isSearched(cloud.size());
+    for (const std::size_t i : OrderInSpace(cloud, takesPart))
+    {
+        findings[i] = search.Search(cloud[i]);
+        isSearched[i] = true;
+    }
     FootList feet;
     int misses = 0;
     for (std::size_t i = 0; i < cloud.size(); ++i)
     {
-        if (!takesPart(i))
+        if (!isSearched[i])
         {
             continue;
         }
-        const std::optional<Foot> foot = search.Find(cloud[i]);
+        FootSearch::Say(findings[i]);
+        const std::optional<Foot>& foot = findings[i].foot;
         if (!foot)
         {
             ++misses;

@@ -1,9 +1,11 @@
 #pragma once
 #include "NearestPoints.h"
 #include "TriangleTest.h"
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace tessarine
@@ -33,12 +35,15 @@ struct FootVariant
     PolygonRule polygons;
     double tolerance;
     FootChoice choice;
+    bool refusesCuts =
+        false; ///< no foot where the way to the point meets another face nearby, those in two rings
+               ///< around the first corner of its face; "Intersect the face!!!" for each
 };
 
 inline constexpr FootVariant kHierarchicalFeet{3, PolygonRule::Fan, 0.0001, FootChoice::First};
 inline constexpr FootVariant kIncrementalFeet{3, PolygonRule::Assert, 0.0001, FootChoice::First};
 inline constexpr FootVariant kEnergyFeet{3, PolygonRule::Assert, 1e-8, FootChoice::Deepest};
-inline constexpr FootVariant kTwoStepFeet{1, PolygonRule::Message, 0.00001, FootChoice::LargestMove};
+inline constexpr FootVariant kTwoStepFeet{1, PolygonRule::Message, 0.00001, FootChoice::LargestMove, true};
 
 /// The foot of a point on a mesh: where the perpendicular onto a face lands.
 struct Foot
@@ -60,16 +65,21 @@ struct Foot
 class FootSearch
 {
 public:
-    /// Whether a foot must not be taken: face, point, foot.
-    using Refusal = std::function<bool(DSFace& face, const smVec3d& point, const smVec3d& foot)>;
-
     FootSearch(DSSolid& solid, const FootVariant& variant);
-
-    /// Is asked for each foot that falls on its face.
-    void SetRefusal(Refusal refusal) { m_Refusal = std::move(refusal); }
 
     /// Nothing where no face takes the point.
     std::optional<Foot> Find(const smVec3d& point);
+
+    /// What a search has found, and what it has to say.
+    struct Finding
+    {
+        std::optional<Foot> foot;
+        std::uint32_t candidates = 0;
+        std::uint32_t cuts = 0;
+    };
+    /// Find in two parts: the first one is silent.
+    Finding Search(const smVec3d& point);
+    static void Say(const Finding& finding);
 
     /// The distance to the nearest vertex in the last search.
     double GetVertexDistance() const;
@@ -83,24 +93,33 @@ private:
         TriangleCorners corners;
         double doubleArea = 0.0;
         int nCorners = 0;
+        std::array<std::uint32_t, 3> cornerPlaces{}; ///< in the list of vertices, of a triangle
     };
 
     void ShapeFaces(DSSolid& solid);
     void LinkFacesToVertices(const DSSolid& solid);
+    std::span<const std::uint32_t> GetRing(std::size_t vertex) const;
     void GatherCandidates(const smVec3d& point);
+    void MeetVertex(std::uint32_t place);
+    bool WouldCutFace(std::uint32_t face, const smVec3d& point, const smVec3d& foot);
+    bool MeetsFace(std::uint32_t face, const smVec3d& point, const smVec3d& foot);
     void CheckCorners(const FaceShape& shape);
     bool Contains(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const;
     bool ContainsInFan(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const;
 
     FootVariant m_Variant;
     NearestPoints m_Vertices;
-    Refusal m_Refusal;
     std::vector<FaceShape> m_Shapes;            ///< in the order of the face list
     std::vector<std::uint32_t> m_RingEnds;      ///< for each vertex, behind its last face
     std::vector<std::uint32_t> m_RingFaces;     ///< places of the faces, vertex by vertex, in ring order
     std::vector<std::uint32_t> m_Candidates;    ///< of the point under way
     std::vector<std::uint32_t> m_LastCandidacy; ///< for each face, the number of the last point that saw it
     std::uint32_t m_nPoint = 0;
+    // For each face and vertex, the number of the last test for cuts that met it; the vertices of that under way.
+    std::vector<std::uint32_t> m_LastFaceTest;
+    std::vector<std::uint32_t> m_LastVertexTest;
+    std::vector<std::uint32_t> m_NearVertices;
+    std::uint32_t m_nTest = 0;
     bool m_bComplained = false;
 };
 
@@ -120,7 +139,8 @@ void SayMisses(int misses);
 /// Looks for the feet of a cloud, and lists on each face (m_TagList) the indices of those that fell on it.
 ///
 /// Needs   A cloud with points (asserted).
-/// Says    "Calculate footpoint ok..", and how many points have no foot.
+/// Says    What each search says, in the order of the cloud; "Calculate footpoint ok..", and how many points have no
+///         foot.
 /// @param takesPart asked for each index of the cloud
 /// @param projected where the feet go as well, by index of the cloud; may be null
 FootList CalculateFootPoints(DSSolid& solid, const std::vector<smVec3d>& cloud,

@@ -30,18 +30,23 @@ bool IsPolygon(const DSFace& face)
     return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h;
 }
 
+int CountInFan(const DSVertex& vertex)
+{
+    int nMet = 0;
+    for (VertexWalk walk(vertex.GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
+    {
+        ++nMet;
+    }
+    return nMet;
+}
+
 /// Each vertex of a closed mesh has one fan, which its walk meets whole.
 void DemandSingleFans(const DSSolid& solid)
 {
     const FanValences fans(solid);
     for (const DSVertex* pVertex : solid.GetVertexList())
     {
-        int nLeft = fans.CountLeaving(*pVertex);
-        for (VertexWalk walk(pVertex->GetHalfEdge()); nLeft != 0 && !walk.IsAtEnd(); walk.Step())
-        {
-            --nLeft;
-        }
-        if (nLeft != 0)
+        if (pVertex->GetHalfEdge() != nullptr && CountInFan(*pVertex) != fans.CountLeaving(*pVertex))
         {
             const smVec3d& place = pVertex->GetPosition();
             throw Failure(
@@ -83,34 +88,6 @@ bool HasFacesAllAround(const DSHalfEdge* pStart)
     return true;
 }
 
-void DemandClosed(const DSSolid& solid, bool isOfTriangles)
-{
-    for (const DSFace* pFace : solid.GetFaceList())
-    {
-        ASSERT(pFace != nullptr);
-        if (!IsPolygon(*pFace))
-        {
-            throw Failure(
-                "a face of the model has fewer than three corners, or a hole: mend it in the file and "
-                "import again");
-        }
-        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
-        if (isOfTriangles && !HasThreeCorners(h))
-        {
-            throw Failure(
-                "a model of triangles only can be fitted to a cloud, and a face has another number of "
-                "corners: split such faces in the file and import again");
-        }
-        if (!HasFacesAllAround(h))
-        {
-            throw Failure(
-                "a closed model only can be fitted to a cloud, and an edge has no two faces that run "
-                "against each other: mend it in the file and import again");
-        }
-    }
-    DemandSingleFans(solid);
-}
-
 bool HasExtent(const DSSolid& solid)
 {
     const auto& vertices = solid.GetVertexList();
@@ -138,7 +115,35 @@ void IAFittingCommand::TakeSolid()
 void IAFittingCommand::TakeClosedSolid(FaceForm form)
 {
     TakeSolid();
-    DemandClosed(*m_pSolid, form == FaceForm::Triangles);
+    DemandClosed(*m_pSolid, form);
+}
+
+void IAFittingCommand::DemandClosed(const DSSolid& solid, FaceForm form)
+{
+    for (const DSFace* pFace : solid.GetFaceList())
+    {
+        ASSERT(pFace != nullptr);
+        if (!IsPolygon(*pFace))
+        {
+            throw Failure(
+                "a face of the model has fewer than three corners, or a hole: mend it in the file and "
+                "import again");
+        }
+        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
+        if (form == FaceForm::Triangles && !HasThreeCorners(h))
+        {
+            throw Failure(
+                "a model of triangles only can be fitted to a cloud, and a face has another number of "
+                "corners: split such faces in the file and import again");
+        }
+        if (!HasFacesAllAround(h))
+        {
+            throw Failure(
+                "a closed model only can be fitted to a cloud, and an edge has no two faces that run "
+                "against each other: mend it in the file and import again");
+        }
+    }
+    DemandSingleFans(solid);
 }
 
 void IAFittingCommand::NormalizeCurrentSolid()

@@ -36,9 +36,12 @@ protected:
 
     /// Takes the current solid, and refuses one whose vertices cannot be walked around.
     ///
-    /// Fails   As TakeSolid. Failure for a face of another form; for an edge without two faces that run against
-    ///         each other.
+    /// Fails   As TakeSolid and DemandClosed.
     void TakeClosedSolid(FaceForm form = FaceForm::Triangles);
+
+    /// Refuses a solid with a face of another form, an edge without two faces that run against each other, or a vertex
+    /// with more than one ring of faces (Failure).
+    static void DemandClosed(const DSSolid& solid, FaceForm form = FaceForm::Triangles);
 
     /// Brings the solid into the cube from -1 to 1 in single precision.
     ///

@@ -4,7 +4,7 @@
 #include "Failure.h"
 #include "FootSearch.h"
 #include "Open3DView.h"
-#include "VertexPlaces.h"
+#include "Umbrellas.h"
 #include "VertexWalk.h"
 #include <array>
 #include <cmath>
@@ -172,18 +172,7 @@ void IAReconstructionSmoothEnergyFunctionCommand::Release()
 void IAReconstructionSmoothEnergyFunctionCommand::AddUmbrellaTerm(const DSSolid& solid,
                                                                   LeastSquaresSystem& system)
 {
-    ASSERT(system.GetSize() == static_cast<int>(solid.GetVertexList().size()));
-    const VertexPlaces places(solid);
-    std::vector<int> around;
-    for (const DSVertex* pVertex : solid.GetVertexList())
-    {
-        ASSERT(pVertex->GetHalfEdge() != nullptr);
-        around.clear();
-        for (VertexWalk walk(pVertex->GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
-        {
-            around.push_back(places.GetPlace(*walk.Get()->GetNext()->GetVertex()));
-        }
-        system.AddUmbrella(around, pVertex->GetPosition());
-    }
+    AddUmbrellas(
+        solid, [](const DSVertex& vertex) { return vertex.GetPosition(); }, system);
 }
 }

@@ -25,9 +25,7 @@ class IAReconstructionSmoothEnergyFunctionCommand : public IAFittingCommand
 public:
     void Execute() override;
 
-    /// Adds the umbrella of every vertex and its position, to a system over all vertices by their places.
-    ///
-    /// Needs   A closed solid; a system of as many unknowns as it has vertices (asserted).
+    /// AddUmbrellas, each vertex standing for itself.
     static void AddUmbrellaTerm(const DSSolid& solid, LeastSquaresSystem& system);
 
 protected:

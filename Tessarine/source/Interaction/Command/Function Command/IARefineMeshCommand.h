@@ -1,10 +1,7 @@
 #pragma once
-#include "EdgeStack.h"
-#include "FanValences.h"
+#include "EdgeSwaps.h"
 #include "IACommand.h"
-#include <array>
 #include <cstdint>
-#include <optional>
 
 namespace tessarine
 {
@@ -31,8 +28,6 @@ class MANSceneManager;
 class IARefineMeshCommand : public IACommand
 {
 public:
-    using EdgeIDs = std::array<std::uint32_t, 13>;
-
     IARefineMeshCommand() = default;
 
     void SetElementManager(MANBrepElementManager* pManager) { m_pElementManager = pManager; }
@@ -50,7 +45,7 @@ public:
     double EdgeSwapGain(DSEdge* pEdge);
 
     /// Whether an edge with this gain is swapped: when it is more than 0 in single precision.
-    static bool IsWorthASwap(double gain) { return static_cast<float>(gain) > 0.0F; }
+    static bool IsWorthASwap(double gain) { return EdgeSwaps::IsWorthASwap(gain, kOptimizingSwaps); }
 
     /// Takes the edge out of the quadrilateral of its two triangles, and puts in the other diagonal.
     ///
@@ -58,27 +53,25 @@ public:
     /// @return the new edge, which is the last one of its solid
     DSEdge* SwapEdge(DSEdge* pEdge);
 
-    /// The edge, the four others of its two triangles, and the eight others of the triangles beyond those. Where
-    /// triangles coincide ids are repeated.
-    static EdgeIDs CollectEdges(const DSEdge* pEdge);
+    static EdgeSwaps::EdgeIDs CollectEdges(const DSEdge* pEdge) { return EdgeSwaps::CollectEdges(pEdge); }
+
+    /// Swaps the edges of the current solid that ShouldSwap favours, in the order of their list.
+    ///
+    /// Needs   A closed mesh, as modes 1 and 3.
+    /// Says    "Current edge number: " and the place, for each place.
+    void SwapEdges();
 
     /// Adds up the angles of all corners around the vertices of the current solid, shows the sum in a message box, and
     /// compares it with that of a closed surface without handles.
     bool CheckGenus();
 
 private:
+    void TakeSolid();
     void SwapByPriority();
-    void InitializeEdgeStack();
-    void UpdateEdgeStack(const EdgeIDs& edges);
-    void Enter(DSEdge* pEdge);
-    int GetValence(DSVertex& vertex);
-    void NoteSwap(const DSEdge& edge, int nChange);
 
     MANBrepElementManager* m_pElementManager = nullptr;
     MANSceneManager* m_pSceneManager = nullptr;
     DSSolid* m_pSolid = nullptr;
     std::int32_t m_nMode = 1;
-    EdgeStack m_EdgeStack;
-    std::optional<FanValences> m_Valences; ///< during a run that swaps
 };
 }

@@ -1,0 +1,93 @@
+#include "TriangleSurgery.h"
+#include "Console.h"
+#include "EdgeQuad.h"
+#include "Failure.h"
+#include "MANBrepElementManager.h"
+
+namespace tessarine
+{
+namespace
+{
+bool IsTriangle(const DSHalfEdge* h)
+{
+    return h->GetNext()->GetNext()->GetNext() == h && h->GetNext() != h;
+}
+
+/// Whether the two faces of the edge can melt into their neighbours beyond the half-edges before its own, the second
+/// after the first: LKEF wants two different faces each time.
+bool CanMelt(const DSHalfEdge& ha, const DSHalfEdge& hb)
+{
+    const DSFace* pFaceA = &GetFaceAt(&ha);
+    const DSFace* pBeyondA = &GetFaceAt(ha.GetPrev()->GetTwin());
+    const auto afterFirst = [=](const DSFace* pFace) { return pFace == pFaceA ? pBeyondA : pFace; };
+    return pBeyondA != pFaceA &&
+           afterFirst(&GetFaceAt(hb.GetPrev()->GetTwin())) != afterFirst(&GetFaceAt(&hb));
+}
+}
+
+DSVertex* TriangleSurgery::Resolve(std::uint32_t nVertexID) const
+{
+    DSVertex* pVertex = m_pManager->GetVertex(nVertexID);
+    ASSERT(pVertex != nullptr);
+    return pVertex;
+}
+
+DSVertex* TriangleSurgery::SplitFace(DSFace& face, const smVec3d& position)
+{
+    DSHalfEdge* h0 = face.GetLoopList()[0]->GetHalfEdge();
+    DSHalfEdge* h1 = h0->GetNext();
+    DSHalfEdge* h2 = h1->GetNext();
+    ASSERT(IsTriangle(h0));
+    std::uint32_t nVertexID = 0;
+    std::uint32_t nFaceID = 0;
+    m_Euler.LMEV(face.GetSolid(), h0, h0, nVertexID, position);
+    DSVertex* pVertex = Resolve(nVertexID);
+    m_Euler.LMEF(face.GetSolid(), h0->GetPrev(), h1, nFaceID);
+    m_Euler.LMEF(face.GetSolid(), h1->GetPrev(), h2, nFaceID);
+    return pVertex;
+}
+
+DSVertex* TriangleSurgery::SplitEdge(DSHalfEdge& h, const smVec3d& position)
+{
+    DSHalfEdge* t = h.GetTwin();
+    DSSolid* pSolid = GetFaceAt(&h).GetSolid();
+    ASSERT(&GetFaceAt(&h) != &GetFaceAt(t));
+    ASSERT(IsTriangle(&h) && IsTriangle(t));
+    std::uint32_t nVertexID = 0;
+    std::uint32_t nFaceID = 0;
+    m_Euler.LMEV(pSolid, &h, t->GetNext(), nVertexID, position);
+    DSVertex* pVertex = Resolve(nVertexID);
+    DSHalfEdge* pBeyond = t->GetNext();
+    m_Euler.LMEF(pSolid, &h, h.GetNext()->GetNext(), nFaceID);
+    m_Euler.LMEF(pSolid, pBeyond, pBeyond->GetNext()->GetNext(), nFaceID);
+    DebugConsole() << "Edge collapse ok..." << '\n';
+    return pVertex;
+}
+
+void TriangleSurgery::CollapseEdge(DSEdge& edge, const DSVertex& vertex, bool isInOneFan)
+{
+    DSHalfEdge* ha = edge.GetHalfEdge1();
+    DSHalfEdge* hb = edge.GetHalfEdge2();
+    ASSERT(ha != nullptr && hb != nullptr);
+    if ((ha->GetVertex() == &vertex) == (hb->GetVertex() == &vertex))
+    {
+        DebugConsole() << "CollapseEdge error !!! " << '\n';
+        return;
+    }
+    if (ha->GetVertex() != &vertex)
+    {
+        std::swap(ha, hb);
+    }
+    if (!isInOneFan || !CanMelt(*ha, *hb))
+    {
+        throw Failure(
+            "the cloud has too few points near this mesh, which would be torn without more of its vertices: "
+            "simplify the model first, or take a cloud that covers it more densely");
+    }
+    DSSolid* pSolid = GetFaceAt(ha).GetSolid();
+    m_Euler.LKEF(pSolid, ha->GetPrev()->GetTwin(), ha->GetPrev());
+    m_Euler.LKEF(pSolid, hb->GetPrev()->GetTwin(), hb->GetPrev());
+    m_Euler.LKEV(pSolid, hb, ha);
+    DebugConsole() << "One edge clipped.." << '\n';
+}
+}
