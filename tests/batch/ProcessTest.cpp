@@ -527,9 +527,8 @@ TEST_F(BatchProcess, FailsOnAnOperationOfALaterVersion)
     const ProcessResult result = Run({"refine-two-step", "dump", "out.json"});
 
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(
-        result.errors,
-        "tessarine-batch: refine-two-step: this operation comes with a later version of Tessarine\n");
+    EXPECT_EQ(result.errors,
+              "tessarine-batch: refine-two-step: this operation comes with a later version of Tessarine\n");
     EXPECT_FALSE(m_Folder.Has("out.json"));
 }
 
