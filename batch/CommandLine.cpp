@@ -168,10 +168,11 @@ constexpr std::string_view kHelpHead =
     "      --window WxH     size of the off-screen view, 800x600 if not given\n"
     "      --threads N      spread independent loops over N threads; same results\n"
     "      --version, --help [OPERATION]...  as usual; help on single operations\n"
-    "Operations, run in the order given (those with * come with a later version):\n";
+    "Operations, run in the order given, on one document:\n";
 
 constexpr std::string_view kHelpFoot =
-    "An argument that reads as an operation stands behind --: export -- report\n";
+    "An argument that reads as an operation stands behind --: export -- report\n"
+    "Example: tessarine-batch -q import a.obj simplify 0.8 report - export b.obj\n";
 
 constexpr std::pair<OperationGroup, std::string_view> kGroupLabels[] = {
     {OperationGroup::Document, "document"},
@@ -192,7 +193,7 @@ std::string GetGroupText(OperationGroup group, std::string_view label)
         {
             continue;
         }
-        const std::string entry = (ComesLater(operation) ? "*" : "") + GetUsage(operation);
+        const std::string entry = GetUsage(operation);
         if (column + separator.size() + entry.size() >= kPageWidth)
         {
             text += ",\n" + std::string(kLabelWidth, ' ');

@@ -33,12 +33,6 @@ using Arguments = std::vector<std::string>;
 constexpr std::string_view kStandardOutput = "-";
 constexpr std::string_view kAll = "all";
 
-bool RunLater(BatchRun& run, const Arguments& /*arguments*/)
-{
-    return run.Perform(Effect::None,
-                       [] { throw Failure("this operation comes with a later version of Tessarine"); });
-}
-
 /// The numbers of an operation, whose form was checked before it ran.
 double NumberAt(const Arguments& arguments, std::size_t index)
 {
@@ -600,11 +594,6 @@ const Operation* FindOperation(std::string_view name)
     const auto* found = std::find_if(std::begin(kOperations), std::end(kOperations),
                                      [name](const Operation& operation) { return operation.name == name; });
     return found != std::end(kOperations) ? found : nullptr;
-}
-
-bool ComesLater(const Operation& operation)
-{
-    return operation.handler == &RunLater;
 }
 
 bool LooksAtFrames(const Operation& operation, const std::vector<std::string>& arguments)

@@ -36,9 +36,6 @@ std::span<const Operation> GetOperations();
 /// Null where the word names none.
 const Operation* FindOperation(std::string_view name);
 
-/// Whether it is known, and fails saying that it comes with a later version.
-bool ComesLater(const Operation& operation);
-
 /// Whether what it gives depends on GL: pictures, or the lines that the textures of a frame print.
 /// @param arguments of the right number and form
 bool LooksAtFrames(const Operation& operation, const std::vector<std::string>& arguments);

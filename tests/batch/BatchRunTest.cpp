@@ -4,8 +4,6 @@
 #include "File.h"
 #include "Operations.h"
 #include <gmock/gmock.h>
-#include <map>
-#include <sstream>
 
 using namespace tessarine;
 using testing::HasSubstr;
@@ -113,42 +111,4 @@ TEST(BatchOperations, LookAtFramesWherePicturesOrTexturesAreAskedFor)
     EXPECT_TRUE(looks("menu", "32792"));
     EXPECT_FALSE(looks("menu", "32779"));
     EXPECT_FALSE(looks("import", "a.obj"));
-}
-
-/// A word of each form that the operation behind it may be given, if an unusual one.
-std::string GetWordFor(const std::string& form)
-{
-    static const std::map<std::string, std::string> kWords = {
-        {"AREA", "1e-3"}, {"RATIO", "0.5"}, {"MODE", "2"}, {"LEVEL", "-0.5"}, {"N|all", "all"},
-        {"NMAX", "3"},    {"FACE", "0"},    {"ITOL", "5"}, {"TOL", "+1e-7"},  {"ITMAX", "1"},
-        {"ID", "0"},      {"X", "-1"},      {"Y", "+1"},   {"V", "0.25"},     {"W", "0.5"}};
-    const auto word = kWords.find(form);
-    return word != kWords.end() ? word->second : "a.txt";
-}
-
-std::vector<std::string> GetWordsFor(const Operation& operation)
-{
-    std::vector<std::string> words{std::string(operation.name)};
-    std::string forms(operation.arguments);
-    std::erase_if(forms, [](char letter) { return letter == '[' || letter == ']'; });
-    std::istringstream stream(forms);
-    for (std::string form; stream >> form;)
-    {
-        words.push_back(GetWordFor(form));
-    }
-    return words;
-}
-
-TEST(BatchOperations, OfALaterVersionAreKnownWithTheirArgumentsAndFail)
-{
-    const TemporaryFolder folder;
-    for (const Operation& operation : GetOperations())
-    {
-        if (ComesLater(operation))
-        {
-            const ProcessResult result = RunBatch(folder, GetWordsFor(operation));
-            EXPECT_EQ(result.status, 1) << operation.name;
-            EXPECT_THAT(result.errors, HasSubstr("comes with a later version")) << operation.name;
-        }
-    }
 }

@@ -522,16 +522,6 @@ TEST_F(BatchProcess, FailsOnNumbersOutsideTheModel)
     EXPECT_FALSE(m_Folder.Has("out.obj"));
 }
 
-TEST_F(BatchProcess, FailsOnAnOperationOfALaterVersion)
-{
-    const ProcessResult result = Run({"refine-two-step", "dump", "out.json"});
-
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.errors,
-              "tessarine-batch: refine-two-step: this operation comes with a later version of Tessarine\n");
-    EXPECT_FALSE(m_Folder.Has("out.json"));
-}
-
 TEST_F(BatchProcess, SimplifiesAndSaysWhatIsLeft)
 {
     const ProcessResult run =
@@ -622,7 +612,7 @@ TEST_F(BatchProcess, FailsOnMenuNumbersThatDoNothing)
     EXPECT_THAT(complaintOn("57643"),
                 AllOf(StartsWith("tessarine-batch: menu: "), HasSubstr("is disabled"))); // undo
     EXPECT_THAT(complaintOn("32830"), HasSubstr("is disabled"));
-    EXPECT_THAT(complaintOn("32829"), HasSubstr("comes with a later version of Tessarine")); // two steps
+    EXPECT_THAT(complaintOn("32842"), HasSubstr("is disabled")); // the space partition
 }
 
 TEST_F(BatchProcess, LeavesAnOldResultWhenTheNewOneCannotBeWritten)

@@ -50,7 +50,6 @@ TEST_F(RouterTest, RefusesADisabledEntry)
 TEST_F(RouterTest, TakesEveryEntryOfTheDocumentToTheController)
 {
     // What each says without a model, a dialog's answer or a kept command; nothing where it succeeds.
-    const std::string later = " comes with a later version of Tessarine";
     const std::pair<int, std::string> reasons[] = {
         {32775, ""},
         {32783, ""},

@@ -21,13 +21,12 @@ public:
 
     /// Runs the entry through the workbench's boundary.
     ///
-    /// Fails   A number that no entry has, a disabled entry, and one that comes with a later version: the
-    ///         user is told.
+    /// Fails   A number that no entry has, and a disabled entry: the user is told.
     /// @param operation names it to the user
     /// @return whether it ran to its end
     bool Run(const std::string& operation, int id);
 
-    /// A number that no entry has is disabled. An entry that comes with a later version is not: it says so.
+    /// A number that no entry has is disabled.
     MenuState GetState(int id) const;
 
 private:

@@ -95,7 +95,7 @@ void IAController::EmptyElements()
 {
     ++m_nModelNumber;
     m_pIncrementalCommand = nullptr; // it holds records
-    m_pTwoStepCommand = nullptr; // its solid goes
+    m_pTwoStepCommand = nullptr;     // its solid goes
     if (m_pView != nullptr)
     {
         m_pView->SetNewMesh(nullptr); // its solid goes as well
@@ -174,12 +174,6 @@ void IAController::KeepAndRedraw(std::unique_ptr<IACommand> command)
     const bool isKept = command == nullptr; // a command that cannot be undone would go at the end of this
     ASSERT(isKept);
     Redraw();
-}
-
-/// A command that comes with a later version: the command manager says so.
-IACommand* IAController::RunLater(unsigned nCommandID)
-{
-    return Run<IACommand>(nCommandID, [](IACommand&) {});
 }
 
 void IAController::HandStores(IAFittingCommand& command)

@@ -127,7 +127,6 @@ private:
     template <class TCommand, class THandOver, class TRun>
     TCommand* Run(unsigned nCommandID, THandOver handOver, TRun run);
     void KeepAndRedraw(std::unique_ptr<IACommand> command);
-    IACommand* RunLater(unsigned nCommandID);
     void HandStores(IAFittingCommand& command);
     void RunHierarchical(const std::function<void(IASmoothCommand&)>& run);
     IAReconstructionSmoothCommand& GetLiveIncrementalCommand() const;

@@ -1,6 +1,5 @@
 #include "MANCommandManager.h"
 #include "Assert.h"
-#include "Failure.h"
 #include "IACameraAroundCommand.h"
 #include "IACameraMoveCommand.h"
 #include "IACameraOrbitCommand.h"
@@ -39,38 +38,34 @@ std::unique_ptr<IACommand> Make()
     return std::make_unique<TCommand>();
 }
 
-/// A class of commands. One that comes with a later version has no maker.
 struct CommandClass
 {
     unsigned id;
-    const char* operation; ///< what it does, to the user
     CommandMaker make;
 };
 
 constexpr CommandClass kCommandClasses[] = {
-    {CommandID::CameraMove, "panning the camera", Make<IACameraMoveCommand>},
-    {CommandID::CameraZoom, "zooming the camera", Make<IACameraZoomCommand>},
-    {CommandID::CameraOrbit, "orbiting the model", Make<IACameraOrbitCommand>},
-    {CommandID::CameraAround, "looking around", Make<IACameraAroundCommand>},
-    {CommandID::SubLOOP, "Loop subdivision", Make<IASubLOOPCommand>},
-    {CommandID::SubAdaptive, "adaptive subdivision", Make<IASubAdaptiveCommand>},
-    {CommandID::Select, "selecting elements", Make<IASelectCommand>},
-    {CommandID::DrawSplat, "drawing a splat", Make<IADrawSplatCommand>},
-    {CommandID::GenerateSplat, "generating splats", Make<IAGenerateSplatCommand>},
-    {CommandID::Projection, "projection sampling", Make<IAProjectionCommand>},
-    {CommandID::Reconstruction, "building the initial mesh", Make<IAReconstructionCommand>},
-    {CommandID::Smooth, "hierarchical refinement", Make<IASmoothCommand>},
-    {CommandID::ReconstructionSmooth, "incremental refinement", Make<IAReconstructionSmoothCommand>},
-    {CommandID::ReconstructionSmoothTwoStep, "two-step refinement",
-     Make<IAReconstructionSmoothTwoStepCommand>},
-    {CommandID::ReconstructionSmoothEnergyFunction, "energy refinement",
-     Make<IAReconstructionSmoothEnergyFunctionCommand>},
-    {CommandID::Simplify, "simplification", Make<IASimplifyCommand>},
-    {CommandID::RefineMesh, "mesh optimisation", Make<IARefineMeshCommand>},
-    {CommandID::MoveVertex, "moving vertices", Make<IAMoveVertexCommand>},
-    {CommandID::MoveFace, "moving faces", Make<IAMoveFaceCommand>},
-    {CommandID::MoveSolid, "moving solids", Make<IAMoveSolidCommand>},
-    {CommandID::SetMaterial, "setting a material", Make<IASetMaterialCommand>},
+    {CommandID::CameraMove, Make<IACameraMoveCommand>},
+    {CommandID::CameraZoom, Make<IACameraZoomCommand>},
+    {CommandID::CameraOrbit, Make<IACameraOrbitCommand>},
+    {CommandID::CameraAround, Make<IACameraAroundCommand>},
+    {CommandID::SubLOOP, Make<IASubLOOPCommand>},
+    {CommandID::SubAdaptive, Make<IASubAdaptiveCommand>},
+    {CommandID::Select, Make<IASelectCommand>},
+    {CommandID::DrawSplat, Make<IADrawSplatCommand>},
+    {CommandID::GenerateSplat, Make<IAGenerateSplatCommand>},
+    {CommandID::Projection, Make<IAProjectionCommand>},
+    {CommandID::Reconstruction, Make<IAReconstructionCommand>},
+    {CommandID::Smooth, Make<IASmoothCommand>},
+    {CommandID::ReconstructionSmooth, Make<IAReconstructionSmoothCommand>},
+    {CommandID::ReconstructionSmoothTwoStep, Make<IAReconstructionSmoothTwoStepCommand>},
+    {CommandID::ReconstructionSmoothEnergyFunction, Make<IAReconstructionSmoothEnergyFunctionCommand>},
+    {CommandID::Simplify, Make<IASimplifyCommand>},
+    {CommandID::RefineMesh, Make<IARefineMeshCommand>},
+    {CommandID::MoveVertex, Make<IAMoveVertexCommand>},
+    {CommandID::MoveFace, Make<IAMoveFaceCommand>},
+    {CommandID::MoveSolid, Make<IAMoveSolidCommand>},
+    {CommandID::SetMaterial, Make<IASetMaterialCommand>},
 };
 }
 
@@ -90,10 +85,6 @@ std::unique_ptr<IACommand> MANCommandManager::CreateCommand(unsigned id)
     {
         ShowMessage("This command does not exist!");
         return nullptr;
-    }
-    if (found->make == nullptr)
-    {
-        throw Failure(std::string(found->operation) + " comes with a later version of Tessarine");
     }
     return found->make();
 }

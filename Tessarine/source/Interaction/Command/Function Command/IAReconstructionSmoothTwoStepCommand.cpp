@@ -22,7 +22,7 @@ namespace tessarine
 namespace
 {
 constexpr char kPairedCloudFile[] = "Data\\bunny.txta";
-constexpr std::int32_t kNoFoot = -1;
+constexpr std::int32_t kNotSelected = -1;
 
 /// Runs a stage, and shows how long it took.
 template <class TStage>
@@ -147,7 +147,7 @@ void IAReconstructionSmoothTwoStepCommand::SelectFeet(const std::function<void(D
 {
     for (DSFace* pFace : m_pSolid->GetFaceList())
     {
-        pFace->GetTag() = kNoFoot;
+        pFace->GetTag() = kNotSelected;
         if (!pFace->GetTagList().empty())
         {
             select(*pFace);
@@ -166,7 +166,7 @@ void IAReconstructionSmoothTwoStepCommand::SelectFoot(DSFace& face)
         const smVec3d& foot = m_FootPoints[index];
         const smVec3d& point = m_Points[static_cast<std::size_t>(m_FootPointIndex[index])];
         const double measure = (foot - point).Length() * (foot - centroid).Length();
-        if (face.GetTag() == kNoFoot || measure < best)
+        if (face.GetTag() == kNotSelected || measure < best)
         {
             best = measure;
             face.GetTag() = tag;
@@ -208,7 +208,7 @@ void IAReconstructionSmoothTwoStepCommand::SplitFaces(bool movesAtOnce)
             pVertex->GetPosition() = m_Points[point];
         }
         m_Pairs.Pair(pVertex->GetID(), point);
-        pFace->GetTag() = kNoFoot;
+        pFace->GetTag() = kNotSelected;
     }
 }
 
@@ -232,7 +232,7 @@ DSVertex* IAReconstructionSmoothTwoStepCommand::SplitAtFoot(DSFace& face, const 
         return surgery.SplitFace(face, foot);
     }
     DSHalfEdge* pNear = shares.x < kNearEdge ? h1 : (shares.y < kNearEdge ? h2 : h0);
-    pNear->GetTwin()->GetLoop()->GetFace()->GetTag() = kNoFoot;
+    pNear->GetTwin()->GetLoop()->GetFace()->GetTag() = kNotSelected;
     return surgery.SplitEdge(*pNear, foot);
 }
 
