@@ -42,6 +42,7 @@ std::vector<smVec3d> EstimateCloudNormals(const std::vector<smVec3d>& points, Ne
 {
     constexpr int kNeighbours = 6;
     std::vector<smVec3d> normals;
+    normals.reserve(points.size());
     for (const smVec3d& point : points)
     {
         normals.push_back(FindLeastDirection(MeasureSpread(points, point, nearest.Find(point, kNeighbours))));

@@ -19,9 +19,9 @@ namespace tessarine
 namespace
 {
 constexpr std::int32_t kNoFoot = -1;
-constexpr std::int32_t kNoVertex = -1;
+constexpr std::int32_t kNoFootVertex = -1;
 /// What a triangle may not cost.
-constexpr double kCostLimit = 1.0;
+constexpr double kTriangleCostLimit = 1.0;
 
 bool IsSolidThere(const MANBrepElementManager& manager, const DSSolid* pSolid, std::uint32_t id)
 {
@@ -45,7 +45,7 @@ bool AreJoined(const DSVertex& first, const DSVertex& second)
     return false;
 }
 
-std::int32_t AsSigned(std::uint32_t id)
+std::int32_t AsSignedID(std::uint32_t id)
 {
     return static_cast<std::int32_t>(id);
 }
@@ -71,15 +71,15 @@ std::vector<HalfSpace> HalfSpacesAt(const DSHalfEdge& open)
     const smVec3d& b = end.GetPosition();
     const smVec3d& c = open.GetTwin()->GetPrev()->GetVertex()->GetPosition();
     const smVec3d normal = (b - a).Cross(c - a);
-    const HalfSpace beyondEdge{a, (b - a).Cross(normal), AsSigned(end.GetID())};
+    const HalfSpace beyondEdge{a, (b - a).Cross(normal), AsSignedID(end.GetID())};
     std::vector<HalfSpace> spaces{beyondEdge};
     if (beyondEdge.Has(before.GetPosition()))
     {
-        spaces.push_back({a, (a - before.GetPosition()).Cross(normal), AsSigned(before.GetID())});
+        spaces.push_back({a, (a - before.GetPosition()).Cross(normal), AsSignedID(before.GetID())});
     }
     if (beyondEdge.Has(behind.GetPosition()))
     {
-        spaces.push_back({b, (behind.GetPosition() - b).Cross(normal), AsSigned(behind.GetID())});
+        spaces.push_back({b, (behind.GetPosition() - b).Cross(normal), AsSignedID(behind.GetID())});
     }
     return spaces;
 }
@@ -123,7 +123,7 @@ void IncrementalConnection::Begin(MANBrepElementManager* pManager, DSSolid* pSol
     m_nSolidID = pSolid->GetID();
     m_nOldFaces = pSolid->GetFaceList().size();
     m_Feet = std::move(feet);
-    m_FootVertex.assign(m_Feet.points.size(), kNoVertex);
+    m_FootVertex.assign(m_Feet.points.size(), kNoFootVertex);
 }
 
 void IncrementalConnection::MakeSeed()
@@ -165,7 +165,7 @@ std::optional<IncrementalConnection::Seed> IncrementalConnection::FindSeed(const
         FootIndices others = feet;
         others.erase(others.begin() + offset);
         const smVec3d& a = PointOf(feet[i]);
-        const std::size_t nearest = FindNearestFoot(a, others);
+        const std::size_t nearest = NearestFoot(a, others);
         const std::int32_t second = others[nearest];
         others.erase(others.begin() + static_cast<std::ptrdiff_t>(nearest));
         const std::int32_t third = BestThird(a, PointOf(second), others);
@@ -178,7 +178,7 @@ std::optional<IncrementalConnection::Seed> IncrementalConnection::FindSeed(const
 }
 
 /// The place in the list.
-std::size_t IncrementalConnection::FindNearestFoot(const smVec3d& point, const FootIndices& feet) const
+std::size_t IncrementalConnection::NearestFoot(const smVec3d& point, const FootIndices& feet) const
 {
     std::vector<smVec3d> points;
     points.reserve(feet.size());
@@ -194,7 +194,7 @@ std::int32_t IncrementalConnection::BestThird(const smVec3d& a, const smVec3d& b
                                               const FootIndices& feet) const
 {
     std::int32_t best = kNoFoot;
-    double least = kCostLimit;
+    double least = kTriangleCostLimit;
     for (const std::int32_t foot : feet)
     {
         const double cost = TriangleCost(a, b, PointOf(foot));
@@ -230,7 +230,7 @@ void IncrementalConnection::BuildSeed(const Seed& seed, const smVec3d& normal)
     CalcNormals();
     for (std::size_t i = 0; i < seed.size(); ++i)
     {
-        VertexOf(seed[i]) = AsSigned(corners[i]);
+        VertexOf(seed[i]) = AsSignedID(corners[i]);
     }
     DebugConsole() << "Set vIndex: (" << seed[0] << ',' << seed[1] << ',' << seed[2] << ")\n";
     ForEachHalfEdge(*m_pSeedFace, [this](DSHalfEdge& h) { m_FrontEdges.push_back(h.GetEdge()); });
@@ -359,13 +359,13 @@ std::size_t IncrementalConnection::CountCandidatesWithVertex() const
 {
     return static_cast<std::size_t>(std::count_if(
         m_Candidates.begin(), m_Candidates.end(),
-        [this](std::int32_t foot) { return m_FootVertex[static_cast<std::size_t>(foot)] != kNoVertex; }));
+        [this](std::int32_t foot) { return m_FootVertex[static_cast<std::size_t>(foot)] != kNoFootVertex; }));
 }
 
 void IncrementalConnection::ConnectEdge(DSHalfEdge* pOpen, std::int32_t foot)
 {
     ASSERT(foot >= 0);
-    if (VertexOf(foot) == kNoVertex)
+    if (VertexOf(foot) == kNoFootVertex)
     {
         ConnectNewVertex(pOpen, foot);
         return;
@@ -385,7 +385,7 @@ void IncrementalConnection::ConnectNewVertex(DSHalfEdge* pOpen, std::int32_t foo
     euler.LMEV(m_pNewSolid, pOpen, pOpen, vertex, PointOf(foot));
     DSHalfEdge* pBack = pOpen->GetPrev(); // from the new vertex
     euler.LMEF(m_pNewSolid, pBack, pOpen->GetNext(), face);
-    VertexOf(foot) = AsSigned(vertex);
+    VertexOf(foot) = AsSignedID(vertex);
     m_FrontEdges.push_back(pBack->GetEdge());
     m_FrontEdges.push_back(m_pNewSolid->GetEdgeList().back());
 }
@@ -442,7 +442,7 @@ bool IncrementalConnection::IsModelUnchanged() const
 void IncrementalConnection::SaveEnvironment(const std::vector<bool>& pointDone) const
 {
     ASSERT(m_pNewSolid != nullptr);
-    const auto idOf = [](const DSElement* pElement) { return AsSigned(pElement->GetID()); };
+    const auto idOf = [](const DSElement* pElement) { return AsSignedID(pElement->GetID()); };
     ReplacingFile file(ResolveForWriting("data\\SmoothEnvionment.data"));
     IOTextOutput out([&file](std::string_view text) { file.Write(text); });
     out << idOf(m_pNewSolid) << "\n" << idOf(m_pSeedFace) << "\n";

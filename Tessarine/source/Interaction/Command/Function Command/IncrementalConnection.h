@@ -80,7 +80,7 @@ private:
     std::int32_t& VertexOf(std::int32_t foot) { return m_FootVertex[static_cast<std::size_t>(foot)]; }
 
     std::optional<Seed> FindSeed(const DSFace& face) const;
-    std::size_t FindNearestFoot(const smVec3d& point, const FootIndices& feet) const;
+    std::size_t NearestFoot(const smVec3d& point, const FootIndices& feet) const;
     std::int32_t BestThird(const smVec3d& a, const smVec3d& b, const FootIndices& feet) const;
     void BuildSeed(const Seed& seed, const smVec3d& normal);
     DSHalfEdge* FindOpenSide(const DSEdge& edge) const;
