@@ -234,8 +234,11 @@ TEST_F(IncrementalFitTest, RefusesModelsAndCloudsThatItCannotTake)
     EXPECT_THAT(RefuseToRun(), HasSubstr("holds no points"));
     m_Stage.GetFolder().Write(kBoxFile, "1\n1 2 3\n");
     EXPECT_THAT(RefuseToRun(), HasSubstr("are at one place"));
+    IndexedMesh point = CentredTetrahedron();
+    point.positions.assign(4, smVec3d(2, 2, 2));
     for (const auto& [mesh, reason] :
-         {std::pair(QuadCube(), "triangles only"), std::pair(Grid(2), "a closed model only")})
+         {std::pair(QuadCube(), "triangles only"), std::pair(Grid(2), "a closed model only"),
+          std::pair(point, "are at one place")})
     {
         FitStage stage;
         stage.Load(mesh);

@@ -3,7 +3,6 @@
 #include "Failure.h"
 #include "IncrementalConnection.h"
 #include "Open3DView.h"
-#include "SolidNormalization.h"
 #include <limits>
 
 namespace tessarine
@@ -16,7 +15,7 @@ constexpr char kBoxCloud[] = "Data\\box.txta";
 void IAReconstructionSmoothCommand::Execute()
 {
     TakeClosedSolid();
-    NormalizeSolid(*m_pSolid);
+    NormalizeCurrentSolid();
     LoadPoints(kBoxCloud);
     ShowCloud();
     m_PointDone.assign(m_Points.size(), false);
