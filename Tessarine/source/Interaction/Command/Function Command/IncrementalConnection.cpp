@@ -149,9 +149,9 @@ void IncrementalConnection::MakeSeed()
     ASSERT_VALUE(seed.has_value());
     if (!seed)
     {
-        throw Failure("no face of the model has four feet of which three make a triangle to start from: take "
-                      "a model with "
-                      "fewer faces near the cloud, or a cloud with more points");
+        throw Failure(
+            "no face of the model has four feet of which three make a triangle to start from: take a model "
+            "with fewer faces near the cloud, or a cloud with more points");
     }
     BuildSeed(*seed, m_NearFaces.front()->ComputeNormal());
 }
