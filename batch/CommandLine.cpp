@@ -171,8 +171,7 @@ constexpr std::string_view kHelpHead =
     "Operations, run in the order given, on one document:\n";
 
 constexpr std::string_view kHelpFoot =
-    "An argument that reads as an operation stands behind --: export -- report\n"
-    "Example: tessarine-batch -q import a.obj simplify 0.8 report - export b.obj\n";
+    "-- keeps an argument from being one: import a.obj simplify 0.8 export -- report\n";
 
 constexpr std::pair<OperationGroup, std::string_view> kGroupLabels[] = {
     {OperationGroup::Document, "document"},

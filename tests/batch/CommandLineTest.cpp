@@ -296,7 +296,10 @@ TEST(BatchHelp, KnowsTheFormOfEveryArgument)
 TEST(BatchTour, ShowsEveryOperation)
 {
     std::ifstream file(TESSARINE_TOUR);
-    const std::vector<std::string> words(std::istream_iterator<std::string>(file), {});
+    std::string script(std::istreambuf_iterator<char>(file), {});
+    std::ranges::replace(script, '(', ' ');
+    std::istringstream stream(script);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
     for (const Operation& operation : GetOperations())
     {
         const bool isMadeByAWord = operation.name == "render" || operation.name == "export"; // PICTURE, MODEL

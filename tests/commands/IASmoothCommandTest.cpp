@@ -527,7 +527,7 @@ TEST_F(SmoothCommandTest, RefusesATriangulationThatCannotBe)
 {
     Take(CentredTetrahedron(), {{1, 1, 1}, {-1, -1, -1}});
     const auto refusal = [this] { return GetRefusal([this] { m_Command.ReadResult(); }); };
-    EXPECT_THAT(refusal(), HasSubstr("cannot open Data/result.txt"));
+    EXPECT_THAT(refusal(), HasSubstr("ata/result.txt: no such file"));
     const std::pair<const char*, const char*> files[] = {
         {"-1\n", "line 1: the number of triangles is -1"},
         {"1\n0 1 2\n", "line 2: a triangle has point 2 of 2"},
