@@ -240,7 +240,7 @@ void QtPlatform::InvalidateView()
 
 std::filesystem::path QtPlatform::TakeFileAnswer()
 {
-    const std::filesystem::path choice = GetCurrentFolder() / *m_FileAnswer;
+    std::filesystem::path choice = GetCurrentFolder() / *m_FileAnswer;
     m_FileAnswer.reset();
     TrySetCurrentFolder(choice.parent_path());
     return choice;

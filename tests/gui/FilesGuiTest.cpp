@@ -2,14 +2,14 @@
 #include "GuiTest.h"
 #include "resource.h"
 #include <QAction>
-#include <QDragEnterEvent>
 #include <QCheckBox>
+#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QScreen>
 #include <QSettings>
 #include <QTimer>

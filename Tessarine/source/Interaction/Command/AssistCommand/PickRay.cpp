@@ -1,6 +1,7 @@
 #include "PickRay.h"
 #include "CycleGuard.h"
 #include "DSBrep.h"
+#include "Degree.h"
 #include "FaceRuns.h"
 #include <cmath>
 #include <limits>
@@ -9,7 +10,7 @@ namespace tessarine
 {
 namespace
 {
-constexpr double kWholeTurn = 2.0 * 3.1415926535;
+constexpr double kWholeTurn = 2.0 * kPi;
 constexpr double kTurnTolerance = 1e-6; ///< of the square
 
 /// How far to the side of a plane through the ray a corner must lie, against its distance from the eye, for the

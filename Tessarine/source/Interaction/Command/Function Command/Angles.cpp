@@ -1,4 +1,5 @@
 #include "Angles.h"
+#include "Degree.h"
 #include "VertexWalk.h"
 
 namespace tessarine
@@ -34,7 +35,6 @@ double SumCornerAngles(const DSSolid& solid)
 
 bool IsAngleSumOfSphere(const DSSolid& solid, double sum)
 {
-    constexpr double kPi = 3.1415926535;
     constexpr double kCharacteristic = 2.0;
     constexpr double kTolerance = 1e-6;
     const double defect = 2.0 * kPi * static_cast<double>(solid.GetVertexList().size()) - sum;

@@ -2,6 +2,7 @@
 #include "ACTEuler.h"
 #include "CycleGuard.h"
 #include "DSBrep.h"
+#include "Degree.h"
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -14,7 +15,6 @@ namespace
 {
 constexpr std::size_t kTriangle = 3;
 constexpr std::size_t kSquare = 4;
-constexpr double kPi = 3.1415926535;
 
 std::vector<DSHalfEdge*> GatherHalfEdges(const DSFace& face)
 {

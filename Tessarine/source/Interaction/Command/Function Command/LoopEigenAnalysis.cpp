@@ -4,6 +4,7 @@
 #include <Eigen/LU>
 #include <algorithm>
 #include <array>
+#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -21,7 +22,6 @@ constexpr double kSplit = 1.0 / (1 << 26);
 /// The cosine of the share k / n of a whole turn, to the last bit the same on every machine.
 double CosineOfTurn(long k, long n)
 {
-    constexpr double kPi = 3.14159265358979323846;
     constexpr int kTerms = 9; // below 2^-60 at an eighth of a turn
     k = ((k % n) + n) % n;
     k = 2 * k > n ? n - k : k;
@@ -30,8 +30,9 @@ double CosineOfTurn(long k, long n)
         return -CosineOfTurn(n - 2 * k, 2 * n);
     }
     const bool takeSine = 8 * k > n; // of what is missing to a quarter
-    const double x = takeSine ? 2.0 * kPi * static_cast<double>(n - 4 * k) / static_cast<double>(4 * n)
-                              : 2.0 * kPi * static_cast<double>(k) / static_cast<double>(n);
+    const double x =
+        takeSine ? 2.0 * std::numbers::pi * static_cast<double>(n - 4 * k) / static_cast<double>(4 * n)
+                 : 2.0 * std::numbers::pi * static_cast<double>(k) / static_cast<double>(n);
     double sum = 0.0;
     for (int i = kTerms; i > 0; --i)
     {
