@@ -54,6 +54,11 @@ TEST(CollectPatch, TurnsToTheIrregularCorner)
     EXPECT_EQ(rim[0], mesh.indices[4]);
     EXPECT_EQ(rim[1], mesh.indices[5]);
     EXPECT_EQ(rim[4], mesh.indices[3]);
+    const auto third = FindPatch(mesh, 2);
+    EXPECT_EQ(third.size(), 10U);
+    EXPECT_EQ(third[0], mesh.indices[8]);
+    EXPECT_EQ(third[1], mesh.indices[6]);
+    EXPECT_EQ(third[4], mesh.indices[7]);
 }
 
 TEST(CollectPatch, GoesRoundTheVertexAndThenAcross)

@@ -19,6 +19,15 @@ class EarlierRefinement : public TwoStepStage
 {
 protected:
     smVec3d& At(std::size_t vertex) { return m_Solid->GetVertexList()[vertex]->GetPosition(); }
+
+    /// As the next operation measures by them.
+    void ExpectNormalsAnew()
+    {
+        for (const DSFace* face : m_Solid->GetFaceList())
+        {
+            EXPECT_EQ(face->GetNormal(), face->ComputeNormal());
+        }
+    }
 };
 
 TEST_F(EarlierRefinement, NeedsARun)
@@ -54,6 +63,7 @@ TEST_F(EarlierRefinement, PutsNewVerticesOnTheirPointsAtOnce)
     EXPECT_TRUE(LinksHold(*m_Solid));
     EXPECT_TRUE(messages.GetTexts().empty());
     EXPECT_EQ(m_Command.GetOldPositions().size(), before);
+    ExpectNormalsAnew();
 }
 
 TEST_F(EarlierRefinement, TakesTheFootNearestToTheCentroid)
@@ -199,6 +209,7 @@ TEST_F(EarlierRefinement, SmoothsSoThatRingsHaveTheirMeansInThePoints)
         solved += line.starts_with("Iteration Step = ") ? 1 : 0;
     }
     EXPECT_EQ(solved, 3);
+    ExpectNormalsAnew();
 }
 
 TEST_F(EarlierRefinement, SmoothsAroundVerticesWithoutFacesAndWithoutPoints)

@@ -208,6 +208,46 @@ TEST(LimitEvaluation, GoesOverAHalvingWithoutAGap)
     }
 }
 
+/// The value of an eigenbasis function within a sub-triangle.
+double EvalBasisFunction(const EigenData& data, int i, std::size_t subTriangle, double v, double w)
+{
+    std::array<double, EigenData::kBasisSize> b{};
+    for (std::size_t j = 0; j < b.size(); ++j)
+    {
+        b[j] = data.m_Coefficients[subTriangle][static_cast<std::size_t>(i) + j * data.m_Eigenvalues.size()];
+    }
+    return EvalBoxSpline(b, v, w);
+}
+
+TEST(LimitEvaluation, BasisFunctionsGoOverFromOneSubTriangleToTheNext)
+{
+    for (int n = 3; n <= 50; ++n)
+    {
+        const EigenData data = AnalyseLoopStep(n);
+        for (int i = 0; i < data.GetOrder(); ++i)
+        {
+            for (const double t : {0.0, 0.125, 0.5, 0.875, 1.0})
+            {
+                // Where v is a half, and where w is one, in the parameters of the sub-triangles.
+                const double above = EvalBasisFunction(data, i, 1, 0.0, 1.0 - t);
+                const double right = EvalBasisFunction(data, i, 1, 1.0 - t, 0.0);
+                EXPECT_NEAR(EvalBasisFunction(data, i, 0, 0.0, t), above,
+                            1e-12 * std::max(1.0, std::abs(above)));
+                EXPECT_NEAR(EvalBasisFunction(data, i, 2, t, 0.0), right,
+                            1e-12 * std::max(1.0, std::abs(right)));
+            }
+        }
+    }
+}
+
+TEST(LimitEvaluation, RefusesAPlaceThatTheRoundedLevelLeavesOutside)
+{
+    // The logarithm takes it for 1/8, from where a step brings it beyond 1.
+    const double place = std::nextafter(0.125, 1.0);
+    const AssertionCapture assertions;
+    EXPECT_THROW(LimitSample(AnalyseLoopStep(6), place, place), AssertionFailure);
+}
+
 TEST(LimitEvaluation, BasisOfARegularPatchSumsToOne)
 {
     for (const auto& [v, w] :

@@ -55,6 +55,10 @@ protected:
     bool Favours(const IndexedMesh& mesh)
     {
         const DSEdge& edge = Show(mesh);
+        for (DSFace* face : m_Elements.GetFaceArray())
+        {
+            face->GetNormal() = smVec3d(0, 0, 0); // as swaps before leave it
+        }
         return ShouldSwap(*edge.GetHalfEdge1(), *edge.GetHalfEdge2());
     }
 

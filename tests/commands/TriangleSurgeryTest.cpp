@@ -148,17 +148,6 @@ TEST_F(TriangleSurgeryTest, LeavesTheLastTwoFaces)
     EXPECT_EQ(DumpRecords(m_Elements), before);
 }
 
-TEST_F(TriangleSurgeryTest, LeavesAVertexOfManyFans)
-{
-    DSSolid& solid = Load(JoinInFirstCorner(Sphere(1), Sphere(1)));
-    DSVertex* vertex = solid.GetVertexList()[0];
-    const std::string before = DumpRecords(m_Elements);
-    EXPECT_THAT(
-        GetRefusal([&] { m_Surgery.CollapseEdge(*vertex->GetHalfEdge()->GetEdge(), *vertex, false); }),
-        HasSubstr("too few points"));
-    EXPECT_EQ(DumpRecords(m_Elements), before);
-}
-
 TEST_F(TriangleSurgeryTest, RefusesAVertexThatTheEdgeDoesNotStartAt)
 {
     DSSolid& solid = Load(Sphere(1));

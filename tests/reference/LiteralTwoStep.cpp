@@ -100,6 +100,7 @@ void LiteralTwoStep::MatchVertices()
     }
     {
         ANNkd_tree tree(rows, n, 3, 1, ANN_KD_SUGGEST);
+        m_Console += "\nPoints Cloud ANN Init is OK\n";
         std::vector<int> near(static_cast<std::size_t>(k));
         std::vector<double> distances(near.size());
         for (const DSVertex* vertex : m_Solid.GetVertexList())

@@ -35,6 +35,20 @@ protected:
     }
 };
 
+TEST_F(HierarchicalFitTest, LeaveTheOctreeOfBeforeWhereAnotherFails)
+{
+    DSSolid* solid = Show(Sphere(1));
+    m_Folder.Write("data/bunny.txta", SphereFile());
+    EXPECT_TRUE(Perform(&IAController::BuildOctree));
+    const OCTNODE* octree = m_Bench.GetView().GetOctree();
+    ASSERT_NE(octree, nullptr);
+    solid->GetVertexList()[0]->GetPosition() = smVec3d(5, 0, 0);
+    m_Folder.Write("data/bunny.txta", "0\n");
+    EXPECT_FALSE(Perform(&IAController::BuildOctree));
+    EXPECT_EQ(m_Bench.GetView().GetOctree(), octree);
+    EXPECT_EQ(solid->GetVertexList()[0]->GetPosition().x, 5.0);
+}
+
 TEST_F(HierarchicalFitTest, LeavesANewMeshThatTheViewShows)
 {
     DSSolid* solid = Show(Sphere(1));

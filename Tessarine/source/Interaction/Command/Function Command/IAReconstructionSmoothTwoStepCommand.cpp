@@ -243,6 +243,7 @@ void IAReconstructionSmoothTwoStepCommand::RefineStep()
     FindFeet();
     SelectFeet([this](DSFace& face) { SelectFootNearestToCentroid(face); });
     SplitFaces(true);
+    m_pSolid->CalcNormals();
 }
 
 void IAReconstructionSmoothTwoStepCommand::ReportError(double& total, double& max, double& average)
@@ -345,6 +346,7 @@ void IAReconstructionSmoothTwoStepCommand::SmoothByCGM()
         }
         ++place;
     }
+    m_pSolid->CalcNormals();
 }
 
 void IAReconstructionSmoothTwoStepCommand::CollapseByPriority()

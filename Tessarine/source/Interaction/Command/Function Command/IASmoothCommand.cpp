@@ -142,12 +142,6 @@ void IASmoothCommand::FitLimitSurface()
     ReleaseSystem();
 }
 
-NearestPoints IASmoothCommand::BuildCloudIndex() const
-{
-    DebugConsole() << "\nPoints Cloud ANN Init is OK\n";
-    return NearestPoints(m_Points);
-}
-
 void IASmoothCommand::PrepareSamples()
 {
     m_SamplePoints.clear();
@@ -159,7 +153,7 @@ void IASmoothCommand::PrepareSamples()
 
 void IASmoothCommand::FindTargets()
 {
-    NearestPoints nearest = BuildCloudIndex();
+    NearestPoints nearest = BuildCloudIndex(m_Points);
     ASSERT(!m_SamplePoints.empty());
     m_TargetPoints.clear();
     for (const smVec3d& sample : m_SamplePoints)
@@ -204,7 +198,7 @@ void IASmoothCommand::ResetSystem()
 
 void IASmoothCommand::AssembleLimitSystem()
 {
-    NearestPoints nearest = BuildCloudIndex();
+    NearestPoints nearest = BuildCloudIndex(m_Points);
     LimitSamples samples =
         tessarine::AssembleLimitSystem(*m_pSolid, m_EigenTable, nearest, m_Points, m_System);
     m_SamplePoints = std::move(samples.points);
@@ -288,7 +282,7 @@ void IASmoothCommand::PerturbVertices()
 void IASmoothCommand::EstimateNormals()
 {
     ASSERT(m_pView != nullptr);
-    NearestPoints nearest = BuildCloudIndex();
+    NearestPoints nearest = BuildCloudIndex(m_Points);
     m_pView->GetPointNormals() = EstimateCloudNormals(m_Points, nearest);
 }
 
@@ -297,7 +291,7 @@ const std::vector<std::int32_t>& IASmoothCommand::FindVertexFeet()
     constexpr int kNeighbours = 8;
     ASSERT(m_pSolid != nullptr);
     DebugConsole() << "m_Points.Size()== " << m_Points.size() << '\n';
-    NearestPoints nearest = BuildCloudIndex();
+    NearestPoints nearest = BuildCloudIndex(m_Points);
     m_PointVertex.assign(m_Points.size(), kUnclaimed);
     for (const DSVertex* pVertex : m_pSolid->GetVertexList())
     {
@@ -364,8 +358,11 @@ void IASmoothCommand::MakeSeed()
 
 void IASmoothCommand::ConnectNext()
 {
-    m_Connection.ConnectNext();
-    m_Connection.CalcNormals();
+    if (!m_Connection.IsFrontEmpty())
+    {
+        m_Connection.ConnectNext();
+        m_Connection.CalcNormals();
+    }
 }
 
 void IASmoothCommand::SaveEnvironment() const

@@ -95,8 +95,6 @@ public:
 
     /// A mesh that grows over the feet of the last BuildDualMesh (see IncrementalConnection): its first triangle, one
     /// triangle more, its state as a file.
-    ///
-    /// Needs   A solid of triangles (asserted).
     void MakeSeed();
     void ConnectNext();
     void SaveEnvironment() const;
@@ -117,7 +115,6 @@ private:
     void BuildDualSolid();
     void SnapToCloud();
 
-    NearestPoints BuildCloudIndex() const;
     void PrepareSamples();
     void FindTargets();
     void CheckError();

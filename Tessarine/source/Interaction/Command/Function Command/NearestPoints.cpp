@@ -1,5 +1,6 @@
 #include "NearestPoints.h"
 #include "Assert.h"
+#include "Console.h"
 #include "DSBrep.h"
 #include "Failure.h"
 #include <ANN/ANN.h>
@@ -94,5 +95,11 @@ std::span<const int> NearestPoints::Find(const smVec3d& query, int k)
     double coordinates[kDimensions] = {query.x, query.y, query.z};
     m_pTree->search->annkSearch(coordinates, found, m_Indices.data(), m_SquaredDistances.data(), kExactly);
     return m_Indices;
+}
+
+NearestPoints BuildCloudIndex(const std::vector<smVec3d>& cloud)
+{
+    DebugConsole() << "\nPoints Cloud ANN Init is OK\n";
+    return NearestPoints(cloud);
 }
 }

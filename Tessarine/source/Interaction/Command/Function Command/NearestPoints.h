@@ -39,4 +39,7 @@ private:
     std::vector<int> m_Indices;
     std::vector<double> m_SquaredDistances;
 };
+
+/// Over a cloud; says that the index stands.
+NearestPoints BuildCloudIndex(const std::vector<smVec3d>& cloud);
 }

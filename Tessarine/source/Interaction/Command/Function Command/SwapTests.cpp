@@ -42,7 +42,7 @@ constexpr double kFold = 120.0 * kDegree;
 bool IsFoldedOnto(const smVec3d& newNormal, const DSHalfEdge* pBeyond)
 {
     const smVec3d way = pBeyond->GetPrev()->GetVertex()->GetPosition() - pBeyond->GetVertex()->GetPosition();
-    return AngleBetween(newNormal, GetFaceAt(pBeyond).GetNormal()) > kFold && way.Dot(newNormal) >= 0.0;
+    return AngleBetween(newNormal, GetFaceAt(pBeyond).ComputeNormal()) > kFold && way.Dot(newNormal) >= 0.0;
 }
 
 bool IsFoldedAnywhere(const EdgeQuad& quad)

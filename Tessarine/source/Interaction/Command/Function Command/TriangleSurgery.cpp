@@ -64,7 +64,7 @@ DSVertex* TriangleSurgery::SplitEdge(DSHalfEdge& h, const smVec3d& position)
     return pVertex;
 }
 
-void TriangleSurgery::CollapseEdge(DSEdge& edge, const DSVertex& vertex, bool isInOneFan)
+void TriangleSurgery::CollapseEdge(DSEdge& edge, const DSVertex& vertex)
 {
     DSHalfEdge* ha = edge.GetHalfEdge1();
     DSHalfEdge* hb = edge.GetHalfEdge2();
@@ -78,7 +78,7 @@ void TriangleSurgery::CollapseEdge(DSEdge& edge, const DSVertex& vertex, bool is
     {
         std::swap(ha, hb);
     }
-    if (!isInOneFan || !CanMelt(*ha, *hb))
+    if (!CanMelt(*ha, *hb))
     {
         throw Failure(
             "the cloud has too few points near this mesh, which would be torn without more of its vertices: "

@@ -28,8 +28,7 @@ public:
     /// Says    "One edge clipped.."; where the vertex is not the start of just one half-edge of the edge "CollapseEdge
     ///         error !!! ", and nothing changes.
     /// Fails   Failure, before anything changes, where the mesh would lose its last faces or be torn.
-    /// @param isInOneFan whether a walk around the vertex meets all half-edges that leave it
-    void CollapseEdge(DSEdge& edge, const DSVertex& vertex, bool isInOneFan = true);
+    void CollapseEdge(DSEdge& edge, const DSVertex& vertex);
 
 private:
     DSVertex* Resolve(std::uint32_t nVertexID) const;

@@ -1,7 +1,6 @@
 #include "VertexMatching.h"
 #include "Console.h"
 #include "Failure.h"
-#include "FanValences.h"
 #include "MoveTests.h"
 #include "VertexWalk.h"
 
@@ -27,23 +26,10 @@ VertexMatching::VertexMatching(MANBrepElementManager* pManager, DSSolid& solid,
       m_Cloud(cloud),
       m_Pairs(pairs),
       m_Projected(projected),
-      m_Nearest(cloud),
+      m_Nearest(BuildCloudIndex(cloud)),
       m_Surgery(pManager),
       m_nStepsLeft(MostSteps(solid))
 {
-    FindVerticesOfManyFans();
-}
-
-void VertexMatching::FindVerticesOfManyFans()
-{
-    FanValences fans(m_Solid);
-    for (DSVertex* pVertex : m_Solid.GetVertexList())
-    {
-        if (pVertex->GetHalfEdge() != nullptr && fans.GetValence(*pVertex) != fans.CountLeaving(*pVertex))
-        {
-            m_ManyFans.insert(pVertex);
-        }
-    }
 }
 
 void VertexMatching::Run()
@@ -105,7 +91,7 @@ bool VertexMatching::FindPoint(DSVertex& vertex)
 
 void VertexMatching::Remove(const DSVertex& vertex)
 {
-    m_Surgery.CollapseEdge(*vertex.GetHalfEdge()->GetEdge(), vertex, m_ManyFans.count(&vertex) == 0);
+    m_Surgery.CollapseEdge(*vertex.GetHalfEdge()->GetEdge(), vertex);
 }
 
 void VertexMatching::SpendSteps(std::size_t nSteps)

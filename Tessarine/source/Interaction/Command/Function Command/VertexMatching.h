@@ -4,7 +4,6 @@
 #include "TriangleSurgery.h"
 #include <cstdint>
 #include <span>
-#include <unordered_set>
 
 namespace tessarine
 {
@@ -27,7 +26,6 @@ public:
     void Run();
 
 private:
-    void FindVerticesOfManyFans();
     bool FindPoint(DSVertex& vertex);
     void Remove(const DSVertex& vertex);
     void SpendSteps(std::size_t nSteps);
@@ -38,7 +36,6 @@ private:
     std::vector<smVec3d>& m_Projected;
     NearestPoints m_Nearest;
     TriangleSurgery m_Surgery;
-    std::unordered_set<const DSVertex*> m_ManyFans; ///< a removal leaves all others in one fan
     std::size_t m_nStepsLeft;
 };
 }
