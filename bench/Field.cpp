@@ -217,7 +217,7 @@ bool JudgeOctree(const DistanceField& field)
                                                [&]
                                                {
                                                    CloudOctree tree;
-                                                   tree.Build(points);
+                                                   tree.Build(points, kBodyOctree);
                                                    for (const smVec3d& point : points)
                                                    {
                                                        sum += double{field.GetValueAt(point)};
@@ -245,8 +245,25 @@ bool JudgeMemory(const Body& body)
     const std::vector<MCTriangle> triangles = MakeSurface(field);
     const ShapeMesh mesh = Weld(triangles);
     CloudOctree tree;
-    tree.Build(cloud);
+    tree.Build(cloud, kBodyOctree);
     return Judge("memory of a run, MB", GetHeldMegabytes() - before, 64.0);
+}
+
+/// Whether a pixel that is set lies within so many pixels of this one, along either axis.
+bool IsNearSet(const Image& image, int x, int y, int reach)
+{
+    for (int v = std::max(0, y - reach); v <= std::min(image.height - 1, y + reach); ++v)
+    {
+        for (int u = std::max(0, x - reach); u <= std::min(image.width - 1, x + reach); ++u)
+        {
+            if (image.pixels[static_cast<std::size_t>(v) * static_cast<std::size_t>(image.width) +
+                             static_cast<std::size_t>(u)] != 0)
+            {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 void TellNearness(const Body& body, const DistanceField& field)
@@ -267,6 +284,7 @@ void TellNearness(const Body& body, const DistanceField& field)
     std::size_t given = 0;
     std::size_t missed = 0;
     std::size_t added = 0;
+    int reach = 0; // of the silhouettes beyond what is seen
     for (const SampleView& each : body.views)
     {
         const Image seen = DrawSilhouette(hull, each.view, kPlane);
@@ -276,10 +294,18 @@ void TellNearness(const Body& body, const DistanceField& field)
             given += isGiven ? 1 : 0;
             missed += isGiven && seen.pixels[i] == 0 ? 1 : 0;
             added += !isGiven && seen.pixels[i] != 0 ? 1 : 0;
+            while (isGiven && !IsNearSet(seen, static_cast<int>(i) % seen.width,
+                                         static_cast<int>(i) / seen.width, reach))
+            {
+                ++reach;
+            }
         }
     }
-    std::printf("silhouettes: %.2f %% of the given pixels missed, %.2f %% added\n",
-                100.0 * static_cast<double>(missed) / static_cast<double>(given),
+    constexpr double kPixelsInACell = 0.04 * 800 / 2.4;
+    std::printf("silhouettes: %.2f %% of the given pixels missed, none by more than %d pixels (a cell of the "
+                "grid has %.1f), "
+                "%.2f %% added\n",
+                100.0 * static_cast<double>(missed) / static_cast<double>(given), reach, kPixelsInACell,
                 100.0 * static_cast<double>(added) / static_cast<double>(given));
 }
 }
