@@ -12,6 +12,7 @@ namespace tessarine
 namespace
 {
 using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
 
 std::vector<std::uint32_t> CornersOfFace(const DSFace& face)
 {
@@ -58,7 +59,7 @@ TEST(FaceCutting, CutsTheSharpestCornerOffAFaceOfFour)
     ASSERT_EQ(solid.GetFaceList().size(), 4U);
     EXPECT_TRUE(AreAllTriangles(solid));
     EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[2]), ElementsAre(1, 2, 3)); // of the first face
-    EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[0]), testing::UnorderedElementsAre(0, 1, 3));
+    EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[0]), UnorderedElementsAre(0, 1, 3));
     EXPECT_TRUE(LinksHold(solid));
 }
 
@@ -73,6 +74,23 @@ TEST(FaceCutting, CutsTheFlattestCornerOffALargerFace)
     EXPECT_TRUE(AreAllTriangles(solid));
     EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[2]), ElementsAre(0, 1, 2));
     EXPECT_TRUE(LinksHold(solid));
+}
+
+TEST(FaceCutting, MeasuresTheCornersBesideACutAnew)
+{
+    // Corner 1 goes first. Of the four that are left corner 0 turns by 104 degrees, and did by 87 before; corner 4,
+    // which turns by 95, would be next otherwise. The face from below meets them the other way round.
+    MANBrepElementManager elements;
+    DSSolid& solid =
+        *LoadQuietly(elements, Pillow({{0, 0, 0}, {1, -0.3, 0}, {2, 0, 0}, {2.5, 1.3, 0}, {0.5, 2, 0}}));
+    TriangulateFaces(elements, solid);
+    ASSERT_EQ(solid.GetFaceList().size(), 6U);
+    for (const std::size_t face : {0U, 1U})
+    {
+        EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[2 + 2 * face]), UnorderedElementsAre(0, 1, 2));
+        EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[3 + 2 * face]), UnorderedElementsAre(4, 0, 2));
+        EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[face]), UnorderedElementsAre(2, 3, 4));
+    }
 }
 
 TEST(FaceCutting, CutsTheEarliestOfEqualCorners)
@@ -135,12 +153,23 @@ TEST(FaceCutting, PutsAStarIntoEachFaceWithASelectedFoot)
     for (const std::size_t face : {6U, 7U, 8U})
     {
         EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[face]),
-                    testing::UnorderedElementsAre(corners[face - 6], corners[face - 5], centre->GetID()));
+                    UnorderedElementsAre(corners[face - 6], corners[face - 5], centre->GetID()));
     }
     EXPECT_THAT(CornersOfFace(*solid.GetFaceList()[2]),
-                testing::UnorderedElementsAre(corners[3], corners[0], centre->GetID()));
+                UnorderedElementsAre(corners[3], corners[0], centre->GetID()));
     EXPECT_EQ(EulerCharacteristic(solid), 2);
     EXPECT_TRUE(LinksHold(solid));
+}
+
+TEST(FaceCutting, PutsAStarAtTheFirstFootAsWell)
+{
+    MANBrepElementManager elements;
+    DSSolid& solid = *LoadQuietly(elements, QuadCube());
+    solid.GetFaceList()[4]->GetTag() = 0;
+    StarFaces(elements, solid, {smVec3d(0.5, 0.25, 0.125)});
+    EXPECT_EQ(solid.GetFaceList().size(), 9U);
+    ASSERT_EQ(solid.GetVertexList().size(), 9U);
+    EXPECT_EQ(solid.GetVertexList()[8]->GetPosition(), smVec3d(0.5, 0.25, 0.125));
 }
 }
 }

@@ -112,6 +112,63 @@ TEST_F(SmoothCommandTest, EndsOnTheCloudItself)
     }
 }
 
+TEST_F(SmoothCommandTest, LeavesNormalsThatFitTheDualOnTheCloud)
+{
+    Take(Sphere(1), SphereCloud(500, 1));
+    m_Command.BuildDualMesh();
+    const DSSolid& dual = *m_Command.GetDualSolid();
+    ASSERT_GT(dual.GetFaceList().size(), 0U);
+    // The feet lie on the flat faces of the model, the points on the sphere: normals from before do not fit.
+    for (const DSFace* face : dual.GetFaceList())
+    {
+        EXPECT_EQ(face->GetNormal(), face->ComputeNormal());
+        EXPECT_NEAR(face->GetNormal().Length(), 1.0, 1e-12);
+    }
+    for (const DSVertex* vertex : dual.GetVertexList())
+    {
+        if (vertex->GetHalfEdge() != nullptr)
+        {
+            EXPECT_NEAR(vertex->GetNormal().Length(), 1.0, 1e-12);
+        }
+    }
+}
+
+TEST_F(SmoothCommandTest, ReportsTheTopologyOfTheDual)
+{
+    Take(Sphere(1), SphereCloud(500, 1));
+    m_Command.BuildDualMesh();
+    const DSSolid& dual = *m_Command.GetDualSolid();
+    const auto count = [](const auto& list) { return std::to_string(list.size()); };
+    EXPECT_EQ(m_Console.Count("m_VertexList.SIZE(): " + count(dual.GetVertexList())), 1);
+    EXPECT_EQ(m_Console.Count("m_FaceList.Size(): " + count(dual.GetFaceList())), 1);
+    EXPECT_EQ(m_Console.Count("m_EdgeList.Size(): " + count(dual.GetEdgeList())), 1);
+}
+
+TEST_F(SmoothCommandTest, BuildsTheSameDualAgainFromAllPoints)
+{
+    Take(Sphere(1), SphereCloud(500, 1));
+    m_Command.BuildDualMesh();
+    const std::vector<std::int32_t> points = m_Command.GetDualPointIndices();
+    const std::vector<std::int32_t> withFoot = m_Command.GetFeet().cloudIndices;
+    ASSERT_FALSE(points.empty());
+    m_Command.BuildDualMesh(); // the first one has marked the points of its vertices
+    EXPECT_EQ(m_Command.GetDualPointIndices(), points);
+    EXPECT_EQ(m_Command.GetFeet().cloudIndices, withFoot);
+}
+
+TEST_F(SmoothCommandTest, BuildsTheDualFromPointsThatVerticesHaveTakenAsWell)
+{
+    Take(Sphere(1), SphereCloud(500, 1));
+    m_Command.FindVertexFeet();
+    m_Command.BuildDualMesh();
+    IASmoothCommand other;
+    m_Stage.Equip(other);
+    other.TakeSolidAndCloud();
+    other.BuildDualMesh();
+    EXPECT_EQ(m_Command.GetFeet().cloudIndices, other.GetFeet().cloudIndices);
+    EXPECT_EQ(m_Command.GetDualPointIndices(), other.GetDualPointIndices());
+}
+
 TEST_F(SmoothCommandTest, ShowsTheCloudAndItsFeetAndThePointsOfTheFileWhereThereIsNone)
 {
     m_Stage.Load(CentredTetrahedron());
@@ -589,6 +646,35 @@ TEST_F(SmoothCommandTest, EstimatesTheNormalsOfAPlane)
     }
 }
 
+TEST_F(SmoothCommandTest, EstimatesANormalFromSixNeighbours)
+{
+    // Five on a line, the sixth beside it, and all others far off their plane.
+    Take(Sphere(1), {{0, 0, 0},
+                     {0.11, 0, 0},
+                     {-0.1, 0, 0},
+                     {0.2, 0, 0},
+                     {-0.21, 0, 0},
+                     {0, 0.3, 0},
+                     {1, 1, 1},
+                     {-1, -1, -1},
+                     {1, -1, 1},
+                     {-1, 1, 1}});
+    m_Command.EstimateNormals();
+    EXPECT_EQ(m_Stage.GetView().GetPointNormals()[0], smVec3d(0, 0, 1));
+}
+
+TEST_F(SmoothCommandTest, TakesTheEarlierOfTwoDirectionsWithoutSpread)
+{
+    std::vector<smVec3d> cloud; // on the x axis: none along y, and none along z
+    for (int i = -4; i <= 4; ++i)
+    {
+        cloud.emplace_back(i, 0, 0);
+    }
+    Take(Sphere(1), cloud);
+    m_Command.EstimateNormals();
+    EXPECT_THAT(m_Stage.GetView().GetPointNormals(), testing::Each(smVec3d(0, 1, 0)));
+}
+
 TEST_F(SmoothCommandTest, GivesEachVertexAFreePointOfItsEightNearest)
 {
     // Four vertices, and four points near the first: each takes the nearest that is left.
@@ -601,6 +687,27 @@ TEST_F(SmoothCommandTest, GivesEachVertexAFreePointOfItsEightNearest)
     EXPECT_THAT(m_Command.FindVertexFeet(), ElementsAre(-1, -1, -1, -1)); // none is free any more
     EXPECT_EQ(m_Console.Count("There still exsits error points..."),
               static_cast<int>(solid.GetVertexList().size()));
+}
+
+TEST_F(SmoothCommandTest, LooksNoFurtherThanTheEightNearestForAVertex)
+{
+    std::vector<smVec3d> cloud; // eight at each vertex, and one in the middle that none of them gets
+    for (const smVec3d& vertex : CentredTetrahedron().positions)
+    {
+        for (int i = 0; i < 8; ++i)
+        {
+            cloud.push_back(vertex * (1.0 - 0.01 * i));
+        }
+    }
+    cloud.emplace_back(0, 0, 0);
+    Take(CentredTetrahedron(), cloud);
+    for (int i = 0; i < 8; ++i)
+    {
+        m_Command.FindVertexFeet(); // each vertex takes one
+    }
+    EXPECT_EQ(m_Console.Count("There still exsits error points..."), 0);
+    EXPECT_THAT(m_Command.FindVertexFeet(), testing::Each(-1));
+    EXPECT_EQ(m_Console.Count("There still exsits error points..."), 4);
 }
 
 TEST_F(SmoothCommandTest, CountsThePointsWithoutAFoot)
@@ -619,6 +726,17 @@ TEST_F(SmoothCommandTest, CountsThePointsWithoutAFoot)
         EXPECT_EQ(projected[i], hasFoot ? m_Stage.GetView().GetPointCloud()[i] : smVec3d());
     }
     EXPECT_EQ(m_Console.Count("check the unprojected ponits number: " + std::to_string(without)), 1);
+}
+
+TEST_F(SmoothCommandTest, SaysHowManyPointsHaveNoFootAndNotHowManyHaveOne)
+{
+    // Beside the sides of an octahedron's square, where no perpendicular lands; and two points on its faces.
+    Take(Sphere(0),
+         {{1, 0.9, 0}, {-1, -0.9, 0}, {1, -0.9, 0}, {-1, 0.9, 0}, {0.25, 0.25, 0.5}, {0.25, 0.25, -0.5}});
+    m_Command.BuildDualMesh();
+    ASSERT_THAT(m_Command.GetFeet().cloudIndices, ElementsAre(4, 5));
+    m_Command.CheckProjection();
+    EXPECT_EQ(m_Console.Count("check the unprojected ponits number: 4"), 1);
 }
 
 TEST_F(SmoothCommandTest, BuildsAnOctreeAndFindsTheNearestPointOfALeaf)
@@ -676,6 +794,63 @@ TEST_F(SmoothCommandTest, GrowsAMeshOverItsFeetByTheSameOperations)
     EXPECT_GT(connection.GetNewSolid()->GetFaceList().size(), seeded);
     m_Command.SaveEnvironment();
     EXPECT_THAT(m_Stage.GetFolder().Read("data/SmoothEnvionment.data"), testing::Not(testing::IsEmpty()));
+}
+
+TEST_F(SmoothCommandTest, ConnectsNothingWithoutAFront)
+{
+    m_Command.ConnectNext(); // before there is a seed
+    EXPECT_EQ(m_Console.GetText(), "");
+    Take(Sphere(1), SphereCloud(300, 3));
+    m_Command.BuildDualMesh();
+    const AssertionCapture assertions;
+    m_Command.MakeSeed();
+    const IncrementalConnection& connection = m_Command.GetConnection();
+    for (int i = 0; i < 5000 && !connection.IsFrontEmpty(); ++i)
+    {
+        m_Command.ConnectNext();
+    }
+    ASSERT_TRUE(connection.IsFrontEmpty());
+    const smVec3d mark(3, 4, 5);
+    connection.GetNewSolid()->GetFaceList()[1]->GetNormal() = mark;
+    const std::string said = m_Console.GetText();
+    m_Command.ConnectNext();
+    EXPECT_EQ(m_Console.GetText(), said);
+    EXPECT_EQ(connection.GetNewSolid()->GetFaceList()[1]->GetNormal(), mark);
+}
+
+TEST_F(SmoothCommandTest, LeavesTheNormalsOfTheTrianglesThatItAdds)
+{
+    Take(Sphere(1), SphereCloud(1500, 3));
+    m_Command.BuildDualMesh();
+    const AssertionCapture assertions;
+    m_Command.MakeSeed();
+    const IncrementalConnection& connection = m_Command.GetConnection();
+    for (int i = 0; i < 10; ++i)
+    {
+        m_Command.ConnectNext();
+        for (const DSFace* face : connection.GetNewSolid()->GetFaceList())
+        {
+            EXPECT_EQ(face->GetNormal(), face->ComputeNormal());
+            EXPECT_NEAR(face->GetNormal().Length(), 1.0, 1e-12);
+        }
+    }
+    EXPECT_GT(connection.GetFaceCount(), 0);
+}
+
+TEST_F(SmoothCommandTest, WritesWhichPointsTheDualHasTakenIntoTheEnvironment)
+{
+    Take(Sphere(1), SphereCloud(300, 3));
+    m_Command.BuildDualMesh();
+    const AssertionCapture assertions;
+    m_Command.MakeSeed();
+    m_Command.SaveEnvironment();
+    std::string expected = std::to_string(m_Cloud.size()) + "\n";
+    const std::vector<std::int32_t>& taken = m_Command.GetDualPointIndices();
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(m_Cloud.size()); ++i)
+    {
+        expected += std::find(taken.begin(), taken.end(), i) == taken.end() ? "0\n" : "1\n";
+    }
+    EXPECT_THAT(m_Stage.GetFolder().Read("data/SmoothEnvionment.data"), testing::EndsWith("\n" + expected));
 }
 }
 }

@@ -293,6 +293,75 @@ TEST_F(ConnectionTest, GoesAroundAFootAndClosesTheLastTriangleWithoutANewVertex)
     }
 }
 
+TEST_F(ConnectionTest, JoinsNoCornersThatARimOfThreeHasJoined)
+{
+    // A tetrahedron with wide angles at sides 0-2, 2-1 and 1-3: foot 3 lies beyond the first two of them and is
+    // joined there. Foot 0 lies beyond side 1-3 of the three that are left open then.
+    AddFeet(0, {{0, -0.03125, 0}, {0.125, 0, 0}, {0.125, 0.125, 0}, {0.140625, 0.15625, 0.125}});
+    Seed();
+    ConnectAll();
+    const DSSolid& solid = *m_Connection.GetNewSolid();
+    EXPECT_EQ(m_Console.Count("Connect the two faces.."), 1);
+    EXPECT_EQ(solid.GetFaceList().size(), 1 + 3U);
+    EXPECT_EQ(solid.GetEdgeList().size(), 6U);
+    EXPECT_EQ(GetTriangles().front().size(), 3U);
+    EXPECT_TRUE(LinksHold(solid));
+}
+
+/// A corner beyond a side whose triangle costs exactly as much as the limit of 1, and one that hardly costs less.
+struct LimitCorners
+{
+    smVec3d at;
+    smVec3d below;
+};
+
+LimitCorners FindLimitCorners(const smVec3d& a, const smVec3d& b)
+{
+    for (double y = 0.3; y < 0.4; y += 0.001)
+    {
+        smVec3d below(0.2, y, 0.0);
+        smVec3d above(0.9, y, 0.0);
+        for (int i = 0; i < 100; ++i)
+        {
+            const smVec3d middle((below.x + above.x) / 2.0, y, 0.0);
+            (IncrementalConnection::TriangleCost(a, b, middle) < 1.0 ? below : above) = middle;
+        }
+        if (IncrementalConnection::TriangleCost(a, b, above) == 1.0 &&
+            IncrementalConnection::TriangleCost(b, a, above) == 1.0 &&
+            IncrementalConnection::TriangleCost(b, a, below) < 1.0)
+        {
+            return {above, below};
+        }
+    }
+    return {};
+}
+
+TEST_F(ConnectionTest, TakesNoCornerThatCostsAsMuchAsTheLimit)
+{
+    const std::vector<smVec3d> corners{{0, 0, 0}, {0.1, 0, 0}, {0.05, 0.09, 0}};
+    const LimitCorners limit = FindLimitCorners(corners[1], corners[2]);
+    ASSERT_EQ(IncrementalConnection::TriangleCost(corners[1], corners[2], limit.at), 1.0);
+    AddFeet(0, corners);
+    AddFeet(0, {limit.at});
+    Seed();
+    ASSERT_EQ(GetFront().front(), Pair(1, 2));
+    m_Connection.ConnectNext();
+    EXPECT_THAT(m_Connection.GetCandidates(), ElementsAre(1, 2, 3));
+    EXPECT_EQ(m_Console.Count("Cannot find point!"), 1);
+    EXPECT_EQ(m_Connection.GetFaceCount(), 0);
+}
+
+TEST_F(ConnectionTest, TakesACornerThatCostsHardlyLessThanTheLimit)
+{
+    const std::vector<smVec3d> corners{{0, 0, 0}, {0.1, 0, 0}, {0.05, 0.09, 0}};
+    AddFeet(0, corners);
+    AddFeet(0, {FindLimitCorners(corners[1], corners[2]).below});
+    Seed();
+    m_Connection.ConnectNext();
+    EXPECT_EQ(m_Console.Count("Cannot find point!"), 0);
+    EXPECT_EQ(m_Connection.GetFaceCount(), 1);
+}
+
 TEST_F(ConnectionTest, LeavesAHoleBehindAnEdgeWithoutACandidate)
 {
     // All but the third corner are used up by the seed, and the fourth is too far away.
