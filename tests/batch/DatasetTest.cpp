@@ -318,7 +318,8 @@ TEST(TwoStepOperations, BringPointsIntoTheMesh)
         RunBatch(folder, {"import", "tetra.obj", "refine-two-step", "two-step-first", "two-step-second",
                           "two-step-third", "two-step-first", "report", "r.json"});
     EXPECT_EQ(result.status, 0) << result.errors;
-    EXPECT_THAT(result.output, HasSubstr("点云大小: 7\n\nPoints Cloud ANN Init is OK\nRefine init mesh ok...\n"));
+    EXPECT_THAT(result.output,
+                HasSubstr("点云大小: 7\n\nPoints Cloud ANN Init is OK\nRefine init mesh ok...\n"));
     EXPECT_THAT(result.output, HasSubstr("Calculate footpoint ok..\nThere are "));
     EXPECT_THAT(folder.Read("r.json"), HasSubstr("\"vertices\":7,\"faces\":10,\"edges\":15"));
     // Three timings a step.
