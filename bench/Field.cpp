@@ -13,6 +13,7 @@
 #include "ShapeSamples.h"
 #include "SilhouettePicture.h"
 #include "Timing.h"
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <malloc.h>
@@ -266,9 +267,8 @@ bool IsNearSet(const Image& image, int x, int y, int reach)
     return false;
 }
 
-void TellNearness(const Body& body, const DistanceField& field)
+void TellNearness(const Body& body, const ShapeMesh& hull)
 {
-    const ShapeMesh hull = Weld(MakeSurface(field));
     double sum = 0.0;
     double farthestOut = 0.0;
     double farthestIn = 0.0;
@@ -281,32 +281,60 @@ void TellNearness(const Body& body, const DistanceField& field)
     }
     std::printf("surface to body: mean %.4f, outward to %.4f, inward to %.4f of a half side of its cube\n",
                 sum / static_cast<double>(hull.points.size()), farthestOut, farthestIn);
+}
+
+/// How far a pixel is from the nearest one that is set, along either axis.
+int GetReach(const Image& image, int x, int y)
+{
+    int reach = 0;
+    while (!IsNearSet(image, x, y, reach))
+    {
+        ++reach;
+    }
+    return reach;
+}
+
+/// The outline's pixels belong to the body, and the surface goes through their middle: so a pixel is what it may leave
+/// free anywhere, and half a cell of the grid where a grid point lies on an outline.
+bool JudgeCover(const Body& body, const ShapeMesh& hull)
+{
+    constexpr int kHalfCell = 6; // of 0.04 * 800 / 2.4 pixels
     std::size_t given = 0;
-    std::size_t missed = 0;
     std::size_t added = 0;
-    int reach = 0; // of the silhouettes beyond what is seen
+    std::array<std::size_t, 2 * kHalfCell>
+        atReach{}; // of the given pixels; the last holds all that are farther
     for (const SampleView& each : body.views)
     {
         const Image seen = DrawSilhouette(hull, each.view, kPlane);
         for (std::size_t i = 0; i < seen.pixels.size(); ++i)
         {
-            const bool isGiven = each.silhouette.pixels[i] != 0;
-            given += isGiven ? 1 : 0;
-            missed += isGiven && seen.pixels[i] == 0 ? 1 : 0;
-            added += !isGiven && seen.pixels[i] != 0 ? 1 : 0;
-            while (isGiven && !IsNearSet(seen, static_cast<int>(i) % seen.width,
-                                         static_cast<int>(i) / seen.width, reach))
+            if (each.silhouette.pixels[i] == 0)
             {
-                ++reach;
+                added += seen.pixels[i] != 0 ? 1 : 0;
+                continue;
             }
+            ++given;
+            const int reach =
+                GetReach(seen, static_cast<int>(i) % seen.width, static_cast<int>(i) / seen.width);
+            ++atReach[std::min<std::size_t>(static_cast<std::size_t>(reach), atReach.size() - 1)];
         }
     }
-    constexpr double kPixelsInACell = 0.04 * 800 / 2.4;
-    std::printf("silhouettes: %.2f %% of the given pixels missed, none by more than %d pixels (a cell of the "
-                "grid has %.1f), "
-                "%.2f %% added\n",
-                100.0 * static_cast<double>(missed) / static_cast<double>(given), reach, kPixelsInACell,
-                100.0 * static_cast<double>(added) / static_cast<double>(given));
+    const auto percent = [given](std::size_t count)
+    { return 100.0 * static_cast<double>(count) / static_cast<double>(given); };
+    std::printf(
+        "silhouettes: the surface covers %.2f %% of the given pixels, %.2f %% to within a pixel, %.2f %% to "
+        "within two, and adds %.2f %%\n",
+        percent(atReach[0]), percent(atReach[0] + atReach[1]), percent(atReach[0] + atReach[1] + atReach[2]),
+        percent(added));
+    std::size_t farthest = atReach.size() - 1;
+    while (atReach[farthest] == 0)
+    {
+        --farthest;
+    }
+    const bool isNear = Judge("given pixels farther than one pixel from the surface, percent",
+                              100.0 - percent(atReach[0] + atReach[1]), 0.5);
+    return Judge("the farthest of them, pixels (half a cell)", static_cast<double>(farthest), kHalfCell) &&
+           isNear;
 }
 }
 
@@ -321,6 +349,8 @@ int main()
     holds = JudgeWelding() && holds;
     holds = JudgeOctree(field) && holds;
     holds = JudgeMemory(body) && holds;
-    TellNearness(body, field);
+    const ShapeMesh hull = Weld(MakeSurface(field));
+    TellNearness(body, hull);
+    holds = JudgeCover(body, hull) && holds;
     return holds ? 0 : 1;
 }
