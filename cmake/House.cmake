@@ -23,7 +23,7 @@ target_compile_options(HouseWarnings INTERFACE
 
 # Several files are compiled as one, which takes a fifth of the time; fixtures in unnamed namespaces are meant there.
 if(CMAKE_UNITY_BUILD)
-  target_compile_options(HouseWarnings INTERFACE -Wno-subobject-linkage)
+  target_compile_options(HouseWarnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
 
 if(TESSARINE_SANITIZED)
