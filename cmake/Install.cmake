@@ -5,6 +5,7 @@ include(GNUInstallDirs)
 install(TARGETS tessarine-batch tessarine-samples)
 install(DIRECTORY Tessarine/res DESTINATION ${CMAKE_INSTALL_DATADIR}/tessarine)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+install(DIRECTORY Tessarine/res/toolbar DESTINATION ${CMAKE_INSTALL_DOCDIR}/Tessarine/res) # the buttons that pages show
 install(FILES README.md README.zh-CN.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/tessarine-batch.1 packaging/tessarine-samples.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES packaging/completion.bash RENAME tessarine-batch
