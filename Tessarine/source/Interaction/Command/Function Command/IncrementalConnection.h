@@ -28,6 +28,9 @@ class MANBrepElementManager;
 class IncrementalConnection
 {
 public:
+    /// What a triangle may not cost.
+    static constexpr double kCostLimit = 1.0;
+
     /// The lower the better. The first term is large for a sliver, the second for a corner c that is far off.
     static double TriangleCost(const smVec3d& a, const smVec3d& b, const smVec3d& c);
 
@@ -38,7 +41,7 @@ public:
     /// The first triangle, of the first face with more than three feet of which three can be taken.
     ///
     /// Fails   Reports an assertion, and throws Failure, where no face has such.
-    /// Cost    A face of k feet that yields nothing costs k^2 log k.
+    /// Cost    That of SeedProspects for each foot of a face that yields nothing.
     void MakeSeed();
 
     /// Works on the first edge of the front, which leaves it: adds a triangle beyond it or leaves a hole. Does nothing
@@ -79,6 +82,7 @@ private:
     const smVec3d& PointOf(std::int32_t foot) const { return m_Feet.points[static_cast<std::size_t>(foot)]; }
     std::int32_t& VertexOf(std::int32_t foot) { return m_FootVertex[static_cast<std::size_t>(foot)]; }
 
+    std::vector<smVec3d> PointsOf(const FootIndices& feet) const;
     std::optional<Seed> FindSeed(const DSFace& face) const;
     std::size_t NearestFoot(const smVec3d& point, const FootIndices& feet) const;
     std::int32_t BestThird(const smVec3d& a, const smVec3d& b, const FootIndices& feet) const;
