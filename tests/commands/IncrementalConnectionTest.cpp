@@ -503,6 +503,22 @@ TEST_F(ConnectionTest, KnowsWhetherItsModelIsThere)
     EXPECT_FALSE(m_Connection.IsModelUnchanged());
 }
 
+TEST_F(ConnectionTest, KnowsWhetherItsModelIsWhereItWas)
+{
+    AddFeet(0, Wheel());
+    Seed();
+    smVec3d& position = m_Solid.GetVertexList()[3]->GetPosition();
+    const smVec3d before = position;
+    position.z += 1e-5;
+    EXPECT_FALSE(m_Connection.IsModelUnchanged());
+    position = smVec3d(std::nan(""), 0, 0);
+    EXPECT_FALSE(m_Connection.IsModelUnchanged());
+    position = before + smVec3d(2e-7, 0, -2e-7); // twice the single precision's step below 1
+    EXPECT_TRUE(m_Connection.IsModelUnchanged());
+    m_Solid.GetVertexList().push_back(m_Stage.GetElements().CreateVertex());
+    EXPECT_FALSE(m_Connection.IsModelUnchanged());
+}
+
 TEST_F(ConnectionTest, WritesItsEnvironmentWithSignedIdsAndWholeNumbers)
 {
     AddFeet(0, {{0, 0, 0}, {0.1, 0, 0}, {0, 0.125, 0}, {1.75, -2.5, 3e300}});

@@ -130,6 +130,10 @@ void IncrementalConnection::Begin(MANBrepElementManager* pManager, DSSolid* pSol
     m_pSolid = pSolid;
     m_nSolidID = pSolid->GetID();
     m_nOldFaces = pSolid->GetFaceList().size();
+    for (const DSVertex* pVertex : pSolid->GetVertexList())
+    {
+        m_OldPositions.push_back(pVertex->GetPosition());
+    }
     m_Feet = std::move(feet);
     m_FootVertex.assign(m_Feet.points.size(), kNoFootVertex);
 }
@@ -433,12 +437,27 @@ bool IncrementalConnection::CloseTriangle(DSHalfEdge* pOpen, const DSVertex& thi
 
 bool IncrementalConnection::IsModelUnchanged() const
 {
-    if (!IsSolidThere(*m_pManager, m_pSolid, m_nSolidID) ||
-        !IsSolidThere(*m_pManager, m_pNewSolid, m_nNewSolidID) ||
-        m_pSolid->GetFaceList().size() != m_nOldFaces)
-    {
-        return false;
-    }
+    return AreSolidsThere() && AreVerticesInPlace() && HaveFacesTheirFeet();
+}
+
+bool IncrementalConnection::AreSolidsThere() const
+{
+    return IsSolidThere(*m_pManager, m_pSolid, m_nSolidID) &&
+           IsSolidThere(*m_pManager, m_pNewSolid, m_nNewSolidID) &&
+           m_pSolid->GetFaceList().size() == m_nOldFaces &&
+           m_pSolid->GetVertexList().size() == m_OldPositions.size();
+}
+
+bool IncrementalConnection::AreVerticesInPlace() const
+{
+    constexpr double kRounding = 1e-6; // of single precision in the cube from -1 to 1
+    return std::equal(m_OldPositions.begin(), m_OldPositions.end(), m_pSolid->GetVertexList().begin(),
+                      [](const smVec3d& position, const DSVertex* pVertex)
+                      { return (pVertex->GetPosition() - position).Length() <= kRounding; });
+}
+
+bool IncrementalConnection::HaveFacesTheirFeet() const
+{
     std::size_t feet = 0;
     for (const DSFace* pFace : m_pSolid->GetFaceList())
     {

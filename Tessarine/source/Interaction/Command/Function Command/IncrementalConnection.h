@@ -22,7 +22,7 @@ class MANBrepElementManager;
 /// A copy goes on from the same state. It holds the records of both solids by their addresses: whoever goes on after
 /// other operations asks IsModelUnchanged first.
 ///
-/// Needs   The solid of Begin closed and of triangles, as it is, for as long as the growth goes on.
+/// Needs   The solid of Begin closed and of triangles, as it is and where it is, for as long as the growth goes on.
 /// Kept    The candidates of an edge lie around the foot that was connected last, not around the edge. m_nFaces counts
 ///         the candidates that were found, whether they could be connected or not.
 class IncrementalConnection
@@ -61,7 +61,8 @@ public:
     /// @param pointDone of the points of the cloud
     void SaveEnvironment(const std::vector<bool>& pointDone) const;
 
-    /// Whether both solids are still those of this growth, and the faces of the old one have its feet.
+    /// Whether both solids are still those of this growth, and the faces of the old one have its feet and are where they
+    /// were, but for the rounding of what brings it into its cube anew.
     bool IsModelUnchanged() const;
 
     bool IsFrontEmpty() const { return m_FrontEdges.empty(); }
@@ -76,6 +77,10 @@ public:
     const std::vector<std::int32_t>& GetCandidates() const { return m_Candidates; }
 
 private:
+    bool AreSolidsThere() const;
+    bool AreVerticesInPlace() const;
+    bool HaveFacesTheirFeet() const;
+
     using FootIndices = std::vector<std::int32_t>;
     using Seed = std::array<std::int32_t, 3>;
 
@@ -100,6 +105,7 @@ private:
     DSSolid* m_pSolid = nullptr;
     std::uint32_t m_nSolidID = 0;
     std::size_t m_nOldFaces = 0;
+    std::vector<smVec3d> m_OldPositions; ///< of the solid's vertices
     FootList m_Feet;
     std::vector<std::int32_t> m_FootVertex; ///< for each foot the id of its vertex, or -1
     std::deque<DSEdge*> m_FrontEdges; ///< edges of the new mesh with an open side, first come first served
