@@ -199,7 +199,7 @@ TEST_F(IncrementalMenuTest, RefusesTheStepsWhereAnotherOperationMovedTheModel)
         EXPECT_TRUE(Refine());
         EXPECT_TRUE(m_Bench.Perform("fit", Effect::ChangesModel, [&] { (GetController().*fit)(); }));
         const std::string before = PictureOf(m_Bench);
-        EXPECT_FALSE(Connect(1));
+        ASSERT_FALSE(Connect(1));
         EXPECT_THAT(m_Platform.GetFailures().back().reason, HasSubstr("start anew (\"递增连接算法\")"));
         EXPECT_EQ(PictureOf(m_Bench), before);
     }
