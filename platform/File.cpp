@@ -197,26 +197,43 @@ fs::path FollowLinks(const fs::path& name)
     return target;
 }
 
-/// What a signal that ends the process has to remove; empty when nothing.
-char g_szTemporary[PATH_MAX] = "";
+/// What a signal that ends the process has to remove; empty where nothing.
+constexpr std::size_t kMostTemporaries = 4;
+char g_szTemporaries[kMostTemporaries][PATH_MAX] = {};
 
-void RemoveTemporaryAndEnd(int signal)
+void RemoveTemporariesAndEnd(int signal)
 {
-    if (g_szTemporary[0] != '\0')
+    for (const auto& name : g_szTemporaries)
     {
-        ::unlink(g_szTemporary);
+        if (name[0] != '\0')
+        {
+            ::unlink(name);
+        }
     }
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }
 
+/// Does nothing where there is no room left.
 void NoteTemporary(const std::string& name)
 {
-    g_szTemporary[0] = '\0';
-    if (!name.empty() && name.size() < sizeof g_szTemporary)
+    const auto free = std::find_if(std::begin(g_szTemporaries), std::end(g_szTemporaries),
+                                   [](const auto& noted) { return noted[0] == '\0'; });
+    if (free != std::end(g_szTemporaries) && !name.empty() && name.size() < sizeof *free)
     {
-        std::memcpy(g_szTemporary + 1, name.c_str() + 1, name.size());
-        g_szTemporary[0] = name[0]; // last: a signal in between finds nothing to remove
+        std::memcpy(*free + 1, name.c_str() + 1, name.size());
+        (*free)[0] = name[0]; // last: a signal in between finds nothing to remove
+    }
+}
+
+void ForgetTemporary(const char* name) noexcept
+{
+    for (auto& noted : g_szTemporaries)
+    {
+        if (std::strcmp(noted, name) == 0)
+        {
+            noted[0] = '\0';
+        }
     }
 }
 
@@ -347,8 +364,8 @@ void ReplacingFile::Discard() noexcept
     if (!m_Temporary.empty())
     {
         ::unlink(m_Temporary.c_str());
+        ForgetTemporary(m_Temporary.c_str());
         m_Temporary.clear();
-        NoteTemporary("");
     }
 }
 
@@ -392,8 +409,8 @@ void ReplacingFile::Commit()
     {
         Refuse("write", m_Name, ReasonOf(errno));
     }
+    ForgetTemporary(m_Temporary.c_str());
     m_Temporary.clear();
-    NoteTemporary("");
 }
 
 void RemoveTemporaryFilesOnSignals()
@@ -403,7 +420,7 @@ void RemoveTemporaryFilesOnSignals()
         struct sigaction action = {};
         if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_DFL)
         {
-            std::signal(number, RemoveTemporaryAndEnd);
+            std::signal(number, RemoveTemporariesAndEnd);
         }
     }
 }

@@ -67,8 +67,8 @@ private:
     int m_nDescriptor = -1;
 };
 
-/// Lets the signals that a user ends a program with take an unfinished file along. For the start of a program that
-/// has one file in work at a time.
+/// Lets the signals that a user ends a program with take unfinished files along. For the start of a program that has
+/// few of them in work at a time.
 void RemoveTemporaryFilesOnSignals();
 
 /// Throws FileError when the current folder is no longer there.

@@ -84,6 +84,13 @@ int WaitFor(pid_t process)
 ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
                        const std::string& input, OutputTo outputTo)
 {
+    return RunProgram(TESSARINE_BATCH, folder, arguments, input, outputTo);
+}
+
+ProcessResult RunProgram(const std::string& program, const TemporaryFolder& folder,
+                         const std::vector<std::string>& arguments, const std::string& input,
+                         OutputTo outputTo)
+{
     const TemporaryFolder streamFolder;
     streamFolder.Write("input", input);
     Streams streams;
@@ -92,7 +99,7 @@ ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::str
     streams.Connect(STDERR_FILENO, streamFolder.GetPath() / "errors", O_WRONLY | O_CREAT | O_TRUNC);
     streams.StartIn(folder.GetPath());
 
-    std::vector<std::string> words{TESSARINE_BATCH};
+    std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
     std::transform(words.begin(), words.end(), std::back_inserter(pointers),
@@ -100,9 +107,9 @@ ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::str
     pointers.push_back(nullptr);
 
     pid_t process = 0;
-    if (posix_spawn(&process, TESSARINE_BATCH, streams.Get(), nullptr, pointers.data(), environ) != 0)
+    if (posix_spawn(&process, program.c_str(), streams.Get(), nullptr, pointers.data(), environ) != 0)
     {
-        throw std::runtime_error("cannot start " TESSARINE_BATCH);
+        throw std::runtime_error("cannot start " + program);
     }
     ProcessResult result;
     result.status = WaitFor(process);

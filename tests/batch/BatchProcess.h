@@ -26,6 +26,11 @@ struct ProcessResult
 ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
                        const std::string& input = "", OutputTo outputTo = OutputTo::Test);
 
+/// Runs any program.
+ProcessResult RunProgram(const std::string& program, const TemporaryFolder& folder,
+                         const std::vector<std::string>& arguments, const std::string& input = "",
+                         OutputTo outputTo = OutputTo::Test);
+
 /// (1,1,1), (1,-1,-1), (-1,1,-1), (-1,-1,1): centred, of extent 2, so that it stands as it is in the unit
 /// cube.
 inline constexpr char kTetrahedron[] = "v 1 1 1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\n"

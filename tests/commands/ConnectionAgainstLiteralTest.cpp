@@ -4,7 +4,9 @@
 #include "LiteralConnection.h"
 #include "RandomMeshes.h"
 #include "RecordDump.h"
+#include "Refusal.h"
 #include "Vectors.h"
+#include <cmath>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
@@ -123,6 +125,67 @@ TEST_P(ConnectionAgainstLiteral, GrowsTheSameMesh)
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, ConnectionAgainstLiteral, testing::Range(0U, 3U));
+
+/// On one face, among them points that come twice, that are near one of those before, and that lie on lines.
+std::vector<smVec3d> CrowdedFeet(std::mt19937& random, int count)
+{
+    const auto draw = [&random] { return static_cast<double>(random()) / 4294967296.0; };
+    const int steps = 1 << random() % 8; // of a grid: equal distances
+    const auto drawOnGrid = [&] { return std::floor(draw() * steps) / steps; };
+    const double share = draw() * draw(); // of points that may be anywhere
+    const smVec3d along(draw(), draw(), draw());
+    std::vector<smVec3d> feet{{drawOnGrid(), drawOnGrid(), 0.0}};
+    while (static_cast<int>(feet.size()) < count)
+    {
+        const smVec3d& before = feet[random() % feet.size()];
+        switch (draw() < share ? 4 : random() % 4)
+        {
+        case 0: feet.push_back(before); break;
+        case 1: feet.push_back(before + smVec3d(draw(), draw(), draw()) * 1e-9); break;
+        case 2: feet.push_back(along * draw()); break;
+        case 3: feet.push_back(along * drawOnGrid()); break;
+        default: feet.emplace_back(drawOnGrid(), drawOnGrid(), 0.0);
+        }
+    }
+    return feet;
+}
+
+TEST(ConnectionAgainstLiteralSeed, StartsAtTheSameFeetOfCrowdedFaces)
+{
+    std::mt19937 random(1);
+    int starts = 0;
+    constexpr int kRuns = 400;
+    for (int run = 0; run < kRuns; ++run)
+    {
+        const std::vector<smVec3d> crowd = CrowdedFeet(random, 4 + run % 40);
+        const auto putOnAFace = [&crowd](FitStage& stage)
+        {
+            FootList feet;
+            DSFace* face = stage.GetScene().GetCurrentSolid()->GetFaceList()[0];
+            for (const smVec3d& p : crowd)
+            {
+                feet.Add({face, p, 0.0, {}}, feet.points.size());
+            }
+            return feet;
+        };
+        FitStage stage;
+        DSSolid& solid = stage.Load(CentredTetrahedron());
+        LiteralConnection expected(stage.GetElements(), solid, putOnAFace(stage));
+        const bool starting = expected.MakeSeed();
+
+        FitStage other;
+        DSSolid& otherSolid = other.Load(CentredTetrahedron());
+        ConsoleCapture console;
+        const AssertionCapture assertions;
+        IncrementalConnection connection;
+        connection.Begin(&other.GetElements(), &otherSolid, putOnAFace(other));
+        EXPECT_EQ(GetRefusal([&connection] { connection.MakeSeed(); }).empty(), starting) << run;
+        EXPECT_EQ(console.GetText(), expected.GetConsole()) << run;
+        starts += starting ? 1 : 0;
+    }
+    EXPECT_GT(starts, kRuns / 10);
+    EXPECT_LT(starts, kRuns * 9 / 10);
+}
 
 /// What every state of a growth keeps to: a sphere of triangles and the outer face, no two edges between the same
 /// vertices, and a vertex at most for each foot, at its place.

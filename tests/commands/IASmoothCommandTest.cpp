@@ -253,6 +253,37 @@ TEST_F(SmoothCommandTest, BuildsAnEmptyDualWhereNoFaceHasTwoFeet)
     EXPECT_EQ(m_Stage.GetView().GetNewMesh(), m_Command.GetDualSolid());
 }
 
+TEST_F(SmoothCommandTest, SaysWhyTheDualIsEmpty)
+{
+    m_Stage.Load(Sphere(2));
+    m_Stage.WriteCloud(kHorseCloudPath, {{1, 0, 0}, {-1, 0, 0}});
+    m_Command.Execute();
+    EXPECT_EQ(m_Console.Count("The dual mesh is empty: no face of the model has two feet of the cloud."), 1);
+    FitStage stage; // four points over one face: a vertex of the dual, and no polygon
+    stage.Load(Sphere(1));
+    stage.WriteCloud(
+        kHorseCloudPath,
+        {{1, 0, 0}, {-1, 0, 0}, {0.5, 0.7, 0.5}, {0.5, 0.6, 0.5}, {0.6, 0.6, 0.5}, {0.5, 0.6, 0.6}});
+    IASmoothCommand command;
+    stage.Equip(command);
+    command.Execute();
+    ASSERT_GT(command.GetDualSolid()->GetVertexList().size(), 0U);
+    ASSERT_EQ(command.GetDualSolid()->GetFaceList().size(), 0U);
+    EXPECT_EQ(m_Console.Count(
+                  "The dual mesh has no polygon: around no vertex of the model are three faces with two "
+                  "feet each, that of the very first foot left out."),
+              1);
+    EXPECT_EQ(m_Console.Count("The dual mesh is empty: no face of the model has two feet of the cloud."), 1);
+    const std::size_t said = m_Console.GetText().size();
+    FitStage full;
+    full.Load(Sphere(1));
+    full.WriteCloud(kHorseCloudPath, SphereCloud(2000, 1));
+    IASmoothCommand other;
+    full.Equip(other);
+    other.Execute();
+    EXPECT_EQ(m_Console.GetText().find("The dual mesh", said), std::string::npos);
+}
+
 TEST_F(SmoothCommandTest, TakesPolygonsAsTheyAre)
 {
     m_Stage.Load(Placed(QuadTorus(8, 6), 0.7, {}));

@@ -180,7 +180,7 @@ TEST_F(ConnectionTest, FailsWhereNoFaceHasMoreThanThreeFeet)
     }
     Begin();
     EXPECT_THAT(GetRefusal([this] { m_Connection.MakeSeed(); }),
-                HasSubstr("no face of the model has four feet"));
+                HasSubstr("no face of the model has four feet of the cloud"));
     EXPECT_EQ(m_Connection.GetNewSolid(), nullptr);
     EXPECT_EQ(m_Console.GetText(), "The size of projection points: 12\n");
 #if TESSARINE_ASSERTIONS
@@ -194,7 +194,47 @@ TEST_F(ConnectionTest, FailsWhereAllFeetLieOnLinesOrInOnePlaceOrFarApart)
     AddFeet(1, {{0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}});
     AddFeet(2, {{0, 0, 0}, {0.5, 0, 0}, {0, 0.5, 0}, {0, 0, 0.5}}); // 1/2 and more to go from both ends
     Begin();
-    EXPECT_THAT(GetRefusal([this] { m_Connection.MakeSeed(); }), HasSubstr("a triangle to start from"));
+    EXPECT_THAT(GetRefusal([this] { m_Connection.MakeSeed(); }),
+                HasSubstr("points on one line or far apart"));
+}
+
+TEST_F(ConnectionTest, SaysOfPointsThatComeTwiceThatTheyMakeNoTriangle)
+{
+    std::vector<smVec3d> feet;
+    for (int i = 0; i < 75; ++i)
+    {
+        const smVec3d place(0.01 * i, 0.0001 * i * i, 0.0);
+        feet.insert(feet.end(), {place, place});
+    }
+    AddFeet(1, feet);
+    Begin();
+    EXPECT_THAT(GetRefusal([this] { m_Connection.MakeSeed(); }),
+                testing::AllOf(HasSubstr("there are faces with four feet"), HasSubstr("remove the doubles")));
+}
+
+TEST_F(ConnectionTest, StartsAtTheOneFootThatIsNoDouble)
+{
+    // Of the doubles nearest to it either may be taken, of thirds the earlier.
+    AddFeet(0, {{0, 0, 0}, {0, 0, 0}, {0.1, 0, 0}, {0.05, 0.2, 0}, {0.05, 0.2, 0}});
+    Seed();
+    EXPECT_THAT(m_Console.GetLines().back(), testing::MatchesRegex("Set vIndex: .2,[01],3."));
+}
+
+TEST_F(ConnectionTest, FindsNoStartInManyFeetAtFewPlacesOrOnALineAsQuicklyAsInFew)
+{
+    // One search among all others for each of them would take minutes.
+    std::vector<smVec3d> equal(40000, smVec3d(0.25, 0.5, 0.125));
+    std::vector<smVec3d> line;
+    for (int i = 0; i < 20000; ++i)
+    {
+        equal[static_cast<std::size_t>(i)].x = 0.01 * (i % 100);
+        line.push_back(smVec3d(0.7, -0.9, 0.3) * (i / 20000.0));
+    }
+    AddFeet(0, equal);
+    AddFeet(1, line);
+    AddFeet(2, {{0, 0, 0}, {0.125, 0, 0}, {0, 0.25, 0}, {0.5, 0.5, 0}});
+    Seed();
+    EXPECT_THAT(m_Console.GetText(), testing::EndsWith("Set vIndex: (60000,60001,60002)\n"));
 }
 
 TEST_F(ConnectionTest, TurnsTheSeedAsTheFaceThatItLiesOn)
@@ -460,6 +500,22 @@ TEST_F(ConnectionTest, KnowsWhetherItsModelIsThere)
     m_Solid.GetFaceList().push_back(m_Stage.GetElements().CreateFace());
     EXPECT_FALSE(m_Connection.IsModelUnchanged());
     m_Stage.GetElements().Clear();
+    EXPECT_FALSE(m_Connection.IsModelUnchanged());
+}
+
+TEST_F(ConnectionTest, KnowsWhetherItsModelIsWhereItWas)
+{
+    AddFeet(0, Wheel());
+    Seed();
+    smVec3d& position = m_Solid.GetVertexList()[3]->GetPosition();
+    const smVec3d before = position;
+    position.z += 1e-5;
+    EXPECT_FALSE(m_Connection.IsModelUnchanged());
+    position = smVec3d(std::nan(""), 0, 0);
+    EXPECT_FALSE(m_Connection.IsModelUnchanged());
+    position = before + smVec3d(2e-7, 0, -2e-7); // twice the single precision's step below 1
+    EXPECT_TRUE(m_Connection.IsModelUnchanged());
+    m_Solid.GetVertexList().push_back(m_Stage.GetElements().CreateVertex());
     EXPECT_FALSE(m_Connection.IsModelUnchanged());
 }
 

@@ -485,6 +485,8 @@ TEST(ReplacingFile, LeavesNothingBehindWhenASignalEndsTheProgram)
         RemoveTemporaryFilesOnSignals();
         ReplacingFile file(folder / "out");
         file.Write("half of it");
+        ReplacingFile second(folder / "second");
+        ReplacingFile(folder / "third").Write("given up");
         ::raise(SIGTERM);
         ::_exit(0);
     }

@@ -84,15 +84,12 @@ bool LiteralConnection::MakeSeed()
 
 std::int32_t LiteralConnection::FindNearest(const smVec3d& point, const std::vector<std::int32_t>& feet) const
 {
-    std::int32_t nearest = feet.front();
+    std::vector<smVec3d> points;
     for (const std::int32_t foot : feet)
     {
-        if ((PointOf(foot) - point).Length() < (PointOf(nearest) - point).Length())
-        {
-            nearest = foot;
-        }
+        points.push_back(PointOf(foot));
     }
-    return nearest;
+    return feet[static_cast<std::size_t>(NearestPoints(points).Find(point, 1).front())];
 }
 
 std::int32_t LiteralConnection::FindThird(const smVec3d& a, const smVec3d& b,

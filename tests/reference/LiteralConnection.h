@@ -6,8 +6,8 @@
 
 namespace tessarine
 {
-/// The incremental connection as it is defined: lists that are searched from the front, Euler operators by the ids of
-/// vertices, and the normals of the whole new solid behind each triangle.
+/// The incremental connection as it is defined: a tree of nearest feet for each query, lists that are searched from the
+/// front, Euler operators by the ids of vertices, and the normals of the whole new solid behind each triangle.
 class LiteralConnection
 {
 public:

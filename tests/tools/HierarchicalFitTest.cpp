@@ -69,6 +69,28 @@ TEST_F(HierarchicalFitTest, LeavesANewMeshThatTheViewShows)
     }
 }
 
+TEST_F(HierarchicalFitTest, IsExportedBehindTheModelAsAnObjectThatStandsAlone)
+{
+    Show(Sphere(1));
+    EXPECT_TRUE(Choose(ResourceID::RefineHierarchical));
+    const DSSolid& dual = *m_Bench.GetView().GetNewMesh();
+    const std::size_t vertices = dual.GetVertexList().size();
+    const std::size_t faces = dual.GetFaceList().size();
+    const std::size_t edges = dual.GetEdgeList().size();
+    m_Platform.AnswerFile((m_Folder / "both.obj").string());
+    EXPECT_TRUE(m_Bench.Perform("export", Effect::None, [this] { GetController().ExportObj(); }));
+    const std::string text = m_Folder.Read("both.obj");
+    EXPECT_THAT(text, HasSubstr("g object1 \n"));
+    EXPECT_THAT(text, HasSubstr("# 32 faces in this object g object2 \n"));
+    m_Folder.Write("dual.obj", text.substr(text.find("g object2 ")));
+    EXPECT_TRUE(Import("dual.obj"));
+    const DSSolid& imported = *GetScene().GetCurrentSolid();
+    EXPECT_EQ(imported.GetVertexList().size(), vertices);
+    EXPECT_EQ(imported.GetFaceList().size(), faces);
+    EXPECT_EQ(imported.GetEdgeList().size(), edges);
+    EXPECT_TRUE(LinksHold(imported));
+}
+
 TEST_F(HierarchicalFitTest, LeavesEverythingAsItWasWhereItFails)
 {
     Show(Sphere(1));
@@ -88,6 +110,17 @@ TEST_F(HierarchicalFitTest, LeavesEverythingAsItWasWhereTheMatrixCannotBeWritten
     EXPECT_FALSE(Perform(&IAController::FitVertices));
     EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("CheckCofficientMatrix.data"));
     EXPECT_EQ(PictureOf(m_Bench), before);
+    EXPECT_FALSE(m_Folder.Has("data/CheckFootPoint.data")); // they come together or not at all
+    m_Folder.Write("data/CheckFootPoint.data", "of before");
+    EXPECT_FALSE(Perform(&IAController::FitVertices));
+    EXPECT_EQ(m_Folder.Read("data/CheckFootPoint.data"), "of before");
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_Folder / "data"))
+    {
+        names.push_back(entry.path().filename().string());
+    }
+    EXPECT_THAT(names, testing::UnorderedElementsAre("horse.txta", "CheckFootPoint.data",
+                                                     "CheckCofficientMatrix.data")); // nothing unfinished
 }
 
 TEST_F(HierarchicalFitTest, FitsTheVerticesWithAFreshCommand)

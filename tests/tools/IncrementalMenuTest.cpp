@@ -2,6 +2,7 @@
 #include "IACommandRouter.h"
 #include "IAReconstructionSmoothCommand.h"
 #include "IncrementalConnection.h"
+#include "LinksHold.h"
 #include "Picture.h"
 #include "WorkbenchTest.h"
 #include "resource.h"
@@ -84,6 +85,27 @@ TEST_F(IncrementalMenuTest, KeepsItsCommandForTheStepsBehind)
     }
 }
 
+TEST_F(IncrementalMenuTest, IsExportedBehindTheModelAsAnObjectThatStandsAlone)
+{
+    EXPECT_TRUE(Refine());
+    EXPECT_TRUE(Connect(1000));
+    const DSSolid& grown = *m_Bench.GetView().GetNewMesh();
+    const std::size_t vertices = grown.GetVertexList().size();
+    const std::size_t faces = grown.GetFaceList().size();
+    const std::size_t edges = grown.GetEdgeList().size();
+    m_Platform.AnswerFile((m_Folder / "both.obj").string());
+    EXPECT_TRUE(m_Bench.Perform("export", Effect::None, [this] { GetController().ExportObj(); }));
+    const std::string text = m_Folder.Read("both.obj");
+    EXPECT_THAT(text, HasSubstr("# 32 faces in this object g object2 \n"));
+    m_Folder.Write("grown.obj", text.substr(text.find("g object2 ")));
+    EXPECT_TRUE(Import("grown.obj"));
+    const DSSolid& imported = *GetScene().GetCurrentSolid();
+    EXPECT_EQ(imported.GetVertexList().size(), vertices);
+    EXPECT_EQ(imported.GetFaceList().size(), faces); // what is open is one of them
+    EXPECT_EQ(imported.GetEdgeList().size(), edges);
+    EXPECT_TRUE(LinksHold(imported));
+}
+
 TEST_F(IncrementalMenuTest, RefusesTheStepsBeforeTheRun)
 {
     const char* const refusal =
@@ -163,6 +185,34 @@ TEST_F(IncrementalMenuTest, RefusesTheStepsWhereAnotherOperationChangedTheModel)
     m_Folder.Write("data/box.txta", SpiralCloud(2000)); // enough for the finer model
     EXPECT_TRUE(Refine());
     EXPECT_TRUE(Connect(1));
+}
+
+TEST_F(IncrementalMenuTest, RefusesTheStepsWhereAnotherOperationMovedTheModel)
+{
+    const std::string cloud = SpiralCloud(120);
+    for (const char* name : {"data/horse.txta", "data/dragon.txta"})
+    {
+        m_Folder.Write(name, cloud);
+    }
+    for (void (IAController::*fit)() : {&IAController::FitVertices, &IAController::RefineEnergy})
+    {
+        EXPECT_TRUE(Refine());
+        EXPECT_TRUE(m_Bench.Perform("fit", Effect::ChangesModel, [&] { (GetController().*fit)(); }));
+        const std::string before = PictureOf(m_Bench);
+        ASSERT_FALSE(Connect(1));
+        EXPECT_THAT(m_Platform.GetFailures().back().reason, HasSubstr("start anew (\"递增连接算法\")"));
+        EXPECT_EQ(PictureOf(m_Bench), before);
+    }
+}
+
+TEST_F(IncrementalMenuTest, GoesOnBehindAnOperationThatBringsTheModelIntoItsCubeAgain)
+{
+    m_pSolid->GetVertexList()[0]->GetPosition() = smVec3d(0.1, 0.2, 1.7); // no box whose middle is exact
+    m_Folder.Write("data/bunny.txta", SpiralCloud(120));
+    EXPECT_TRUE(Refine());
+    EXPECT_TRUE(Connect(2));
+    EXPECT_TRUE(m_Bench.Perform("octree", Effect::ChangesModel, [this] { GetController().BuildOctree(); }));
+    EXPECT_TRUE(Connect(2));
 }
 
 /// How the memory ends.

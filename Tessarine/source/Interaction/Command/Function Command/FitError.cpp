@@ -3,7 +3,6 @@
 #include "Console.h"
 #include "File.h"
 #include "IOTextOutput.h"
-#include "Path.h"
 #include <algorithm>
 #include <cmath>
 
@@ -11,18 +10,16 @@ namespace tessarine
 {
 namespace
 {
-constexpr char kFootPointFile[] = "Data\\CheckFootPoint.data";
-
 void WritePoint(IOTextOutput& text, const smVec3d& p)
 {
     text << p.x << " " << p.y << " " << p.z << " ";
 }
 }
 
-FitError CheckFootPoints(const std::vector<smVec3d>& samples, const std::vector<smVec3d>& targets)
+FitError CheckFootPoints(const std::vector<smVec3d>& samples, const std::vector<smVec3d>& targets,
+                         ReplacingFile& file)
 {
     ASSERT(samples.size() == targets.size());
-    ReplacingFile file(ResolveForWriting(kFootPointFile));
     IOTextOutput text([&file](std::string_view piece) { file.Write(piece); });
     FitError error;
     for (std::size_t i = 0; i < samples.size(); ++i)
@@ -35,7 +32,6 @@ FitError CheckFootPoints(const std::vector<smVec3d>& samples, const std::vector<
         error.largest = std::max(error.largest, distance);
     }
     text.Flush();
-    file.Commit();
     error.average = std::sqrt(error.total / static_cast<double>(samples.size()));
     return error;
 }

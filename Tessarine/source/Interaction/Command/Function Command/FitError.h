@@ -4,6 +4,8 @@
 
 namespace tessarine
 {
+class ReplacingFile;
+
 /// How far samples of a surface are from the points that they are to reach.
 struct FitError
 {
@@ -12,11 +14,13 @@ struct FitError
     double average = 0.0; ///< the root of the mean square
 };
 
-/// Measures, and writes "Data\CheckFootPoint.data": a line for each sample, with both points and their distance.
+/// Measures, and writes a line for each sample, with both points and their distance.
 ///
 /// Needs   As many targets as samples (asserted).
-/// Throws FileError.
-FitError CheckFootPoints(const std::vector<smVec3d>& samples, const std::vector<smVec3d>& targets);
+/// Leaves  The file to be committed.
+/// Fails   FileError.
+FitError CheckFootPoints(const std::vector<smVec3d>& samples, const std::vector<smVec3d>& targets,
+                         ReplacingFile& file);
 
 /// Says    Total, maximum and average between two lines of stars.
 void SayError(const FitError& error);

@@ -61,7 +61,7 @@ const IncrementalConnection& IAReconstructionSmoothCommand::GetLiveConnection() 
     ASSERT(m_pConnection != nullptr);
     if (!m_pConnection->IsModelUnchanged())
     {
-        throw Failure("the model is not the one that the new mesh was started on any more: start anew "
+        throw Failure("the model has changed or moved since the new mesh was started on it: start anew "
                       "(\"递增连接算法\")");
     }
     return *m_pConnection;

@@ -23,7 +23,7 @@ public:
     void Execute() override;
 
     // What the finished command can do beyond its run. Each fails, saying what to do, where the solid is not the one
-    // of the run any more, or its feet are not; what fails leaves the command as it was.
+    // of the run any more, or not where it was, or its feet are others; what fails leaves the command as it was.
 
     /// Takes edges from the front until so many are gone, or none is left.
     void ConnectNext(std::uint64_t steps = 1);

@@ -21,6 +21,7 @@ namespace tessarine
 namespace
 {
 constexpr char kHorseCloud[] = "Data\\horse.txta";
+constexpr char kFootPointFile[] = "Data\\CheckFootPoint.data";
 constexpr char kCoefficientFile[] = "Data\\CheckCofficientMatrix.data";
 constexpr char kResultFile[] = "Data\\result.txt";
 constexpr int kVertexFitRounds = 2;
@@ -98,8 +99,24 @@ void IASmoothCommand::BuildDualSolid()
     DualMesh dual = MakeDualMesh(*m_pSolid, m_Feet);
     m_DualPointIndex = std::move(dual.cloudIndices);
     m_pDualSolid = m_pElementManager->BuildSolid(dual.positions, dual.corners, dual.faceSizes, true);
+    SayWhyTheDualIsEmpty();
     m_pDualSolid->CheckTopology();
     m_pDualSolid->CalcNormals();
+}
+
+void IASmoothCommand::SayWhyTheDualIsEmpty() const
+{
+    if (m_pDualSolid->GetVertexList().empty())
+    {
+        DebugConsole() << "The dual mesh is empty: no face of the model has two feet of the cloud." << '\n';
+    }
+    else if (m_pDualSolid->GetFaceList().empty())
+    {
+        DebugConsole()
+            << "The dual mesh has no polygon: around no vertex of the model are three faces with two "
+               "feet each, that of the very first foot left out."
+            << '\n';
+    }
 }
 
 /// The dual is built on the feet, and ends on the cloud.
@@ -116,30 +133,37 @@ void IASmoothCommand::SnapToCloud()
 void IASmoothCommand::FitVertices()
 {
     ASSERT(m_pSolid != nullptr);
+    // They take their names together when all is done.
+    std::unique_ptr<ReplacingFile> pFootPoints;
+    std::unique_ptr<ReplacingFile> pMatrix;
     for (int round = 0; round < kVertexFitRounds; ++round)
     {
         PrepareSamples();
         FindTargets();
-        CheckError();
+        pFootPoints = CheckError();
         BuildConstMatrix();
-        WriteMatrix();
+        pMatrix = WriteMatrix();
         SolveSystem();
     }
     ReleaseSystem();
+    pFootPoints->Commit();
+    pMatrix->Commit();
 }
 
 void IASmoothCommand::FitLimitSurface()
 {
     ASSERT(m_pSolid != nullptr);
     DemandLimitPatches(*m_pSolid, m_EigenTable);
+    std::unique_ptr<ReplacingFile> pFootPoints;
     for (int round = 0; round < kLimitFitRounds; ++round)
     {
         ResetSystem();
         AssembleLimitSystem();
-        CheckError();
+        pFootPoints = CheckError();
         SolveSystem();
     }
     ReleaseSystem();
+    pFootPoints->Commit();
 }
 
 void IASmoothCommand::PrepareSamples()
@@ -163,12 +187,15 @@ void IASmoothCommand::FindTargets()
     DebugConsole() << "Calculate footpoint ok.." << '\n';
 }
 
-void IASmoothCommand::CheckError()
+/// @return the file with all in it, which has no name yet
+std::unique_ptr<ReplacingFile> IASmoothCommand::CheckError()
 {
-    const FitError error = CheckFootPoints(m_SamplePoints, m_TargetPoints);
+    auto pFile = std::make_unique<ReplacingFile>(ResolveForWriting(kFootPointFile));
+    const FitError error = CheckFootPoints(m_SamplePoints, m_TargetPoints, *pFile);
     m_fMaxError = error.largest;
     m_fAverageError = error.average;
     SayError(error);
+    return pFile;
 }
 
 /// Each vertex to its target, and the term that holds them together.
@@ -205,10 +232,11 @@ void IASmoothCommand::AssembleLimitSystem()
     m_TargetPoints = std::move(samples.targets);
 }
 
-void IASmoothCommand::WriteMatrix() const
+/// @return as CheckError
+std::unique_ptr<ReplacingFile> IASmoothCommand::WriteMatrix() const
 {
-    ReplacingFile file(ResolveForWriting(kCoefficientFile));
-    IOTextOutput text([&file](std::string_view piece) { file.Write(piece); });
+    auto pFile = std::make_unique<ReplacingFile>(ResolveForWriting(kCoefficientFile));
+    IOTextOutput text([&pFile](std::string_view piece) { pFile->Write(piece); });
     const CSparseMatrix& matrix = m_System.GetMatrix();
     for (int row = 0; row < matrix.GetRowCount(); ++row)
     {
@@ -220,7 +248,7 @@ void IASmoothCommand::WriteMatrix() const
         }
     }
     text.Flush();
-    file.Commit();
+    return pFile;
 }
 
 /// A vertex that no term has reached stays.

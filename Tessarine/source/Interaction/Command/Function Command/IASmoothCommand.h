@@ -11,17 +11,20 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace tessarine
 {
+class ReplacingFile;
+
 /// Builds the dual of the current solid over the cloud "Data\horse.txta": for each face the cloud point whose foot is
 /// nearest to its centre, joined around each vertex. Beyond its run it fits the solid itself to the cloud.
 ///
 /// Needs   A closed solid; faces of up to 19 corners where feet are looked for (asserted).
 /// Leaves  The solid, brought into the cube from -1 to 1, with fresh normals; the dual as the view's new mesh, in no
 ///         node of the scene; the cloud and its feet in the view. A point without a foot has the one of the file.
-/// Says    What the search, the builder and the topology report say.
+/// Says    What the search, the builder and the topology report say; why the dual has no polygon, where it has none.
 /// Fails   As IAFittingCommand.
 class IASmoothCommand : public IAFittingCommand
 {
@@ -43,7 +46,7 @@ public:
     /// Needs   A solid whose vertices' ids are their places (asserted).
     /// Says    The error before each time, and what the solver says.
     /// Leaves  "Data\CheckFootPoint.data" and "Data\CheckCofficientMatrix.data" of the last time.
-    /// Fails   FileError where these cannot be written.
+    /// Fails   FileError where these cannot be written; neither is touched then.
     void FitVertices();
 
     /// Moves all vertices so that the limit surface of Loop subdivision comes as close as it can to the cloud points
@@ -113,15 +116,16 @@ public:
 
 private:
     void BuildDualSolid();
+    void SayWhyTheDualIsEmpty() const;
     void SnapToCloud();
 
     void PrepareSamples();
     void FindTargets();
-    void CheckError();
+    std::unique_ptr<ReplacingFile> CheckError();
     void BuildConstMatrix();
     void ResetSystem();
     void AssembleLimitSystem();
-    void WriteMatrix() const;
+    std::unique_ptr<ReplacingFile> WriteMatrix() const;
     void SolveSystem();
     void ReleaseSystem();
 

@@ -9,6 +9,7 @@
 #include "MANBrepElementManager.h"
 #include "NearestPoints.h"
 #include "Path.h"
+#include "SeedProspects.h"
 #include "VertexWalk.h"
 #include <algorithm>
 #include <limits>
@@ -20,8 +21,15 @@ namespace
 {
 constexpr std::int32_t kNoFoot = -1;
 constexpr std::int32_t kNoFootVertex = -1;
-/// What a triangle may not cost.
-constexpr double kTriangleCostLimit = 1.0;
+
+constexpr char kTooFewFeetOnFaces[] = "no face of the model has four feet of the cloud, which a first "
+                                      "triangle needs: take a model with fewer faces "
+                                      "near the cloud, or a cloud with more points";
+constexpr char kNoFirstTriangle[] = "there are faces with four feet of the cloud and more, but no foot makes "
+                                    "a first triangle with the one nearest "
+                                    "to it: points that come twice make none, nor do points on one line or "
+                                    "far apart; remove the doubles from the "
+                                    "cloud, or take one with more points";
 
 bool IsSolidThere(const MANBrepElementManager& manager, const DSSolid* pSolid, std::uint32_t id)
 {
@@ -122,6 +130,10 @@ void IncrementalConnection::Begin(MANBrepElementManager* pManager, DSSolid* pSol
     m_pSolid = pSolid;
     m_nSolidID = pSolid->GetID();
     m_nOldFaces = pSolid->GetFaceList().size();
+    for (const DSVertex* pVertex : pSolid->GetVertexList())
+    {
+        m_OldPositions.push_back(pVertex->GetPosition());
+    }
     m_Feet = std::move(feet);
     m_FootVertex.assign(m_Feet.points.size(), kNoFootVertex);
 }
@@ -132,12 +144,14 @@ void IncrementalConnection::MakeSeed()
     ASSERT(m_pSolid != nullptr && m_pNewSolid == nullptr);
     DebugConsole() << "The size of projection points: " << m_Feet.points.size() << '\n';
     std::optional<Seed> seed;
+    bool hasEnoughFeet = false;
     for (DSFace* pFace : m_pSolid->GetFaceList())
     {
         if (pFace->GetTagList().size() <= kTooFewFeet)
         {
             continue;
         }
+        hasEnoughFeet = true;
         DebugConsole() << "Size of projection points: " << pFace->GetTagList().size() << '\n';
         seed = FindSeed(*pFace);
         if (seed)
@@ -149,9 +163,7 @@ void IncrementalConnection::MakeSeed()
     ASSERT_VALUE(seed.has_value());
     if (!seed)
     {
-        throw Failure(
-            "no face of the model has four feet of which three make a triangle to start from: take a model "
-            "with fewer faces near the cloud, or a cloud with more points");
+        throw Failure(hasEnoughFeet ? kNoFirstTriangle : kTooFewFeetOnFaces);
     }
     BuildSeed(*seed, m_NearFaces.front()->ComputeNormal());
 }
@@ -159,8 +171,13 @@ void IncrementalConnection::MakeSeed()
 std::optional<IncrementalConnection::Seed> IncrementalConnection::FindSeed(const DSFace& face) const
 {
     const FootIndices& feet = face.GetTagList();
+    SeedProspects prospects(PointsOf(feet));
     for (std::size_t i = 0; i < feet.size(); ++i)
     {
+        if (!prospects.MayStartAt(PointOf(feet[i])))
+        {
+            continue;
+        }
         const auto offset = static_cast<std::ptrdiff_t>(i);
         FootIndices others = feet;
         others.erase(others.begin() + offset);
@@ -177,8 +194,7 @@ std::optional<IncrementalConnection::Seed> IncrementalConnection::FindSeed(const
     return std::nullopt;
 }
 
-/// The place in the list.
-std::size_t IncrementalConnection::NearestFoot(const smVec3d& point, const FootIndices& feet) const
+std::vector<smVec3d> IncrementalConnection::PointsOf(const FootIndices& feet) const
 {
     std::vector<smVec3d> points;
     points.reserve(feet.size());
@@ -186,7 +202,13 @@ std::size_t IncrementalConnection::NearestFoot(const smVec3d& point, const FootI
     {
         points.push_back(PointOf(foot));
     }
-    return static_cast<std::size_t>(NearestPoints(points).Find(point, 1).front());
+    return points;
+}
+
+/// The place in the list.
+std::size_t IncrementalConnection::NearestFoot(const smVec3d& point, const FootIndices& feet) const
+{
+    return static_cast<std::size_t>(NearestPoints(PointsOf(feet)).Find(point, 1).front());
 }
 
 /// The earliest of the cheapest.
@@ -194,7 +216,7 @@ std::int32_t IncrementalConnection::BestThird(const smVec3d& a, const smVec3d& b
                                               const FootIndices& feet) const
 {
     std::int32_t best = kNoFoot;
-    double least = kTriangleCostLimit;
+    double least = kCostLimit;
     for (const std::int32_t foot : feet)
     {
         const double cost = TriangleCost(a, b, PointOf(foot));
@@ -415,12 +437,27 @@ bool IncrementalConnection::CloseTriangle(DSHalfEdge* pOpen, const DSVertex& thi
 
 bool IncrementalConnection::IsModelUnchanged() const
 {
-    if (!IsSolidThere(*m_pManager, m_pSolid, m_nSolidID) ||
-        !IsSolidThere(*m_pManager, m_pNewSolid, m_nNewSolidID) ||
-        m_pSolid->GetFaceList().size() != m_nOldFaces)
-    {
-        return false;
-    }
+    return AreSolidsThere() && AreVerticesInPlace() && HaveFacesTheirFeet();
+}
+
+bool IncrementalConnection::AreSolidsThere() const
+{
+    return IsSolidThere(*m_pManager, m_pSolid, m_nSolidID) &&
+           IsSolidThere(*m_pManager, m_pNewSolid, m_nNewSolidID) &&
+           m_pSolid->GetFaceList().size() == m_nOldFaces &&
+           m_pSolid->GetVertexList().size() == m_OldPositions.size();
+}
+
+bool IncrementalConnection::AreVerticesInPlace() const
+{
+    constexpr double kRounding = 1e-6; // of single precision in the cube from -1 to 1
+    return std::equal(m_OldPositions.begin(), m_OldPositions.end(), m_pSolid->GetVertexList().begin(),
+                      [](const smVec3d& position, const DSVertex* pVertex)
+                      { return (pVertex->GetPosition() - position).Length() <= kRounding; });
+}
+
+bool IncrementalConnection::HaveFacesTheirFeet() const
+{
     std::size_t feet = 0;
     for (const DSFace* pFace : m_pSolid->GetFaceList())
     {

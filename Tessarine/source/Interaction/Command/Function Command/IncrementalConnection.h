@@ -22,12 +22,15 @@ class MANBrepElementManager;
 /// A copy goes on from the same state. It holds the records of both solids by their addresses: whoever goes on after
 /// other operations asks IsModelUnchanged first.
 ///
-/// Needs   The solid of Begin closed and of triangles, as it is, for as long as the growth goes on.
+/// Needs   The solid of Begin closed and of triangles, as it is and where it is, for as long as the growth goes on.
 /// Kept    The candidates of an edge lie around the foot that was connected last, not around the edge. m_nFaces counts
 ///         the candidates that were found, whether they could be connected or not.
 class IncrementalConnection
 {
 public:
+    /// What a triangle may not cost.
+    static constexpr double kCostLimit = 1.0;
+
     /// The lower the better. The first term is large for a sliver, the second for a corner c that is far off.
     static double TriangleCost(const smVec3d& a, const smVec3d& b, const smVec3d& c);
 
@@ -38,7 +41,7 @@ public:
     /// The first triangle, of the first face with more than three feet of which three can be taken.
     ///
     /// Fails   Reports an assertion, and throws Failure, where no face has such.
-    /// Cost    A face of k feet that yields nothing costs k^2 log k.
+    /// Cost    That of SeedProspects for each foot of a face that yields nothing.
     void MakeSeed();
 
     /// Works on the first edge of the front, which leaves it: adds a triangle beyond it or leaves a hole. Does nothing
@@ -58,7 +61,8 @@ public:
     /// @param pointDone of the points of the cloud
     void SaveEnvironment(const std::vector<bool>& pointDone) const;
 
-    /// Whether both solids are still those of this growth, and the faces of the old one have its feet.
+    /// Whether both solids are still those of this growth, and the faces of the old one have its feet and are where they
+    /// were, but for the rounding of what brings it into its cube anew.
     bool IsModelUnchanged() const;
 
     bool IsFrontEmpty() const { return m_FrontEdges.empty(); }
@@ -73,12 +77,17 @@ public:
     const std::vector<std::int32_t>& GetCandidates() const { return m_Candidates; }
 
 private:
+    bool AreSolidsThere() const;
+    bool AreVerticesInPlace() const;
+    bool HaveFacesTheirFeet() const;
+
     using FootIndices = std::vector<std::int32_t>;
     using Seed = std::array<std::int32_t, 3>;
 
     const smVec3d& PointOf(std::int32_t foot) const { return m_Feet.points[static_cast<std::size_t>(foot)]; }
     std::int32_t& VertexOf(std::int32_t foot) { return m_FootVertex[static_cast<std::size_t>(foot)]; }
 
+    std::vector<smVec3d> PointsOf(const FootIndices& feet) const;
     std::optional<Seed> FindSeed(const DSFace& face) const;
     std::size_t NearestFoot(const smVec3d& point, const FootIndices& feet) const;
     std::int32_t BestThird(const smVec3d& a, const smVec3d& b, const FootIndices& feet) const;
@@ -96,6 +105,7 @@ private:
     DSSolid* m_pSolid = nullptr;
     std::uint32_t m_nSolidID = 0;
     std::size_t m_nOldFaces = 0;
+    std::vector<smVec3d> m_OldPositions; ///< of the solid's vertices
     FootList m_Feet;
     std::vector<std::int32_t> m_FootVertex; ///< for each foot the id of its vertex, or -1
     std::deque<DSEdge*> m_FrontEdges; ///< edges of the new mesh with an open side, first come first served
