@@ -48,6 +48,7 @@ void BatchRun::CreateViewFor(const std::vector<OperationCall>& calls)
 bool BatchRun::RunOne(const OperationCall& call)
 {
     m_strOperation = call.pOperation->name;
+    m_Platform.SetFailurePlace(call.place);
     const ProgressLine progress(m_strOperation);
     const bool done = call.pOperation->handler(*this, call.arguments);
     DebugConsole().Flush();

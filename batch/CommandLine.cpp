@@ -80,7 +80,7 @@ public:
     {
         if (const Operation* pOperation = FindOperation(word))
         {
-            m_Calls.push_back({pOperation, {}});
+            m_Calls.push_back({pOperation, {}, {}});
         }
         else if (m_Calls.empty())
         {
@@ -245,16 +245,18 @@ std::vector<OperationCall> ParseScript(std::string_view text, const std::string&
     for (int number = 1; !text.empty(); ++number)
     {
         const std::size_t end = std::min(text.find('\n'), text.size());
+        const std::string place = name + ", line " + std::to_string(number);
         try
         {
             for (OperationCall& call : ParseOperations(SplitLine(text.substr(0, end))))
             {
+                call.place = place;
                 calls.push_back(std::move(call));
             }
         }
         catch (const UsageError& error)
         {
-            throw UsageError(name + ", line " + std::to_string(number) + ": " + error.what());
+            throw UsageError(place + ": " + error.what());
         }
         text.remove_prefix(std::min(end + 1, text.size()));
     }

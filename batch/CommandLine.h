@@ -37,6 +37,7 @@ struct OperationCall
 {
     const Operation* pOperation = nullptr;
     std::vector<std::string> arguments;
+    std::string place; ///< script and line; empty on the command line
 };
 
 /// `arguments` without the program's name. Options end at the first word that is none.

@@ -21,7 +21,8 @@ void HeadlessPlatform::ShowMessage(const std::string& title, const std::string& 
 /// A log keeps both: the box does not name the operation.
 void HeadlessPlatform::ShowFailure(const std::string& operation, const std::string& reason, bool /*wasShown*/)
 {
-    PrintErrorLine("tessarine-batch: " + operation + ": " + reason);
+    const std::string place = m_strFailurePlace.empty() ? "" : m_strFailurePlace + ": ";
+    PrintErrorLine("tessarine-batch: " + operation + ": " + place + reason);
 }
 
 std::optional<std::filesystem::path> HeadlessPlatform::AskOpenFile(const FileQuestion& question)

@@ -52,6 +52,9 @@ public:
     /// Whether somebody looks at the next frame. In the beginning somebody does.
     void SetWatched(bool watched) { m_OffscreenView.isWatched = watched; }
 
+    /// Leads the reason of each failure from here on; empty for none.
+    void SetFailurePlace(const std::string& place) { m_strFailurePlace = place; }
+
     /// Answers the next file dialog. An empty queue answers "cancel".
     void AnswerFile(std::string path) { m_FileAnswers.push_back(std::move(path)); }
 
@@ -91,6 +94,7 @@ private:
     std::vector<std::weak_ptr<DSMaterial>> m_MaterialDialogs;
     std::array<std::string, kPaneCount> m_PaneTexts;
     std::string m_strCursor;
+    std::string m_strFailurePlace;
     OffscreenView m_OffscreenView;
     std::vector<Message> m_Messages;
     std::vector<Popup> m_Popups;

@@ -428,6 +428,18 @@ TEST_F(BatchProcess, FailsOnAMissingModelAndRunsNothingBehindIt)
     EXPECT_THAT(m_Folder.List(), ElementsAre("tetra.obj"));
 }
 
+TEST_F(BatchProcess, NamesScriptAndLineOfWhatFails)
+{
+    m_Folder.Write("run.txt", "new\n\nreport a.json import missing.obj # no such file\nnew\n");
+    EXPECT_THAT(Run({"-s", "run.txt"}).errors,
+                StartsWith("tessarine-batch: import: run.txt, line 3: cannot open "));
+    EXPECT_THAT(Run({"-s", "-"}, "menu 1").errors,
+                StartsWith("tessarine-batch: menu: standard input, line 1: no command has the number 1"));
+    m_Folder.Write("short.txt", "new\n");
+    EXPECT_THAT(Run({"-s", "short.txt", "menu", "1"}).errors,
+                StartsWith("tessarine-batch: menu: no command has the number 1"));
+}
+
 TEST_F(BatchProcess, FailsInAMissingFolder)
 {
     EXPECT_EQ(Run({"import", "missing/a.obj"}).status, 1);

@@ -42,6 +42,15 @@ TEST(BatchScript, HoldsOneOrMoreOperationsALine)
     EXPECT_THAT(calls[3].arguments, ElementsAre("b.obj"));
 }
 
+TEST(BatchScript, KeepsThePlaceOfEachOperation)
+{
+    const auto calls = ParseScript("new\n\nimport a.obj status\n", "run.txt");
+
+    EXPECT_EQ(calls[0].place, "run.txt, line 1");
+    EXPECT_EQ(calls[1].place, "run.txt, line 3");
+    EXPECT_EQ(calls[2].place, "run.txt, line 3");
+}
+
 TEST(BatchScript, DoesNotCarryArgumentsOverTheLineEnd)
 {
     EXPECT_EQ(ComplaintOn("import\na.obj\n"),

@@ -337,6 +337,13 @@ TEST_F(BoundaryTest, KeepsTheOverlaysWhenTheFrameOfANewDocumentFails)
 class OutOfMemory : public BoundaryTest, public testing::WithParamInterface<FailingMemory::Mode>
 {
 protected:
+    /// Under the select tool an operation also looks ahead of the next motion, which may fail without a word.
+    OutOfMemory()
+    {
+        m_Bench.GetToolsManager().ChangeTool(ToolID::Orbit);
+        m_strBefore = PictureOf(m_Bench);
+    }
+
     void ExpectNothingChangesUntilItSucceeds(Effect effect, const std::function<void()>& action)
     {
         const auto kept = DebugConsole().SetSink([](std::string_view) {}); // one that needs no memory
@@ -365,6 +372,25 @@ private:
         }
     }
 };
+
+TEST_P(OutOfMemory, EndsNoOperationBehindWhichItLooksAhead)
+{
+    m_Bench.GetToolsManager().ChangeTool(ToolID::Select);
+    m_Bench.GetView().Resize(0, 0, 100, 100);
+    int failedAhead = 0;
+    for (long spared = 0; spared < 20; ++spared)
+    {
+        bool done = false;
+        {
+            const FailingMemory memory(spared, GetParam());
+            done = m_Bench.Perform("operation", Effect::ReplacesModel, [] {});
+        }
+        failedAhead += done && FailingMemory::HasFailed() ? 1 : 0;
+        EXPECT_TRUE(m_Bench.SendEvent({.kind = ToolEvent::Kind::MouseMove, .x = 50, .y = 50}));
+        EXPECT_EQ(m_Bench.GetView().GetHoverList().size(), 1U);
+    }
+    EXPECT_GT(failedAhead, 0);
+}
 
 TEST_P(OutOfMemory, LeavesTheModelOfASubdivision)
 {

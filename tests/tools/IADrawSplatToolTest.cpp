@@ -57,10 +57,23 @@ TEST_F(DrawSplatTool, AddsNothingWithoutAPress)
     EXPECT_THAT(GetSplats(), IsEmpty());
 }
 
-TEST_F(DrawSplatTool, AddsToTheDocumentOfTheRelease)
+TEST_F(DrawSplatTool, DropsADragWithItsDocument)
 {
     LeftDown(20, 30);
-    m_Bench.NewDocument();
+    MoveTo(40, 50);
+    EXPECT_TRUE(Choose(ResourceID::FileNew));
+    m_Platform.SetPaneText(1, "");
+    MoveTo(50, 60);
+    EXPECT_EQ(m_Platform.GetPaneText(1), ""); // no frame: nothing is dragged
+    EXPECT_TRUE(Send(Kind::LeftButtonUp, 60, 70));
+    EXPECT_THAT(GetSplats(), IsEmpty());
+    EXPECT_EQ(GetToolOnTop(), 0x5000006U);
+}
+
+TEST_F(DrawSplatTool, AddsToTheDocumentOfThePress)
+{
+    EXPECT_TRUE(Choose(ResourceID::FileNew));
+    LeftDown(20, 30);
     EXPECT_TRUE(Send(Kind::LeftButtonUp, 60, 70));
     EXPECT_THAT(GetSplats(), SizeIs(1));
 }

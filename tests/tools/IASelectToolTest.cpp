@@ -1,3 +1,4 @@
+#include "Failure.h"
 #include "SelectionTest.h"
 #include "resource.h"
 
@@ -213,6 +214,54 @@ TEST_F(SelectTool, SeesWhatEachOperationHasChanged)
     MoveTo(50, 50);
     EXPECT_THAT(GetHover(), IsEmpty());
     MoveTo(90, 50); // 2 is 53.6 pixels to the right at the front's depth; its left side is at 40.2
+    EXPECT_THAT(GetHover(), ElementsAre(kCube));
+}
+
+TEST_F(SelectTool, SeesWhatAMoveHasChanged)
+{
+    for (const bool isAccepted : {true, false})
+    {
+        Choose(ResourceID::SelectSolids);
+        GetElements().ToggleSelect(kCube);
+        Choose(ResourceID::MoveSolidX);
+        MoveTo(0, 0);
+        MoveTo(480, 0); // 480 pixels of a 240th: 2 to the right
+        isAccepted ? LeftDown() : RightDown();
+        MoveTo(50, 50);
+        EXPECT_THAT(GetHover(), IsEmpty()) << isAccepted;
+        MoveTo(90, 50);
+        EXPECT_THAT(GetHover(), ElementsAre(kCube)) << isAccepted;
+        GetElements().ToggleSelect(kCube);
+    }
+}
+
+TEST_F(SelectTool, SeesTheModelBeforeAnOperationThatFailed)
+{
+    MoveTo(50, 50);
+    const auto moveAndFail = [this]
+    {
+        for (DSVertex* vertex : m_pCube->GetVertexList())
+        {
+            vertex->GetPosition().x += 2.0;
+        }
+        throw Failure("no");
+    };
+    EXPECT_FALSE(m_Bench.Perform("move", Effect::ChangesModel, moveAndFail));
+    MoveTo(50, 50);
+    EXPECT_THAT(GetHover(), ElementsAre(kCube));
+    MoveTo(90, 50);
+    EXPECT_THAT(GetHover(), IsEmpty());
+}
+
+TEST_F(SelectTool, SeesWhatComesToBeVisible)
+{
+    m_pCube->SetVisible(false);
+    EXPECT_TRUE(Choose(ResourceID::ShowGrid));
+    MoveTo(50, 50);
+    EXPECT_THAT(GetHover(), IsEmpty());
+    m_pCube->SetVisible(true);
+    EXPECT_TRUE(Choose(ResourceID::ShowGrid));
+    MoveTo(50, 50);
     EXPECT_THAT(GetHover(), ElementsAre(kCube));
 }
 

@@ -205,12 +205,15 @@ TEST_F(MoveTools, AreRefusedWithAnotherTypeOfSelection)
     EXPECT_EQ(GetToolOnTop(), ToolID::Select);
 }
 
-TEST_F(MoveTools, AssertThatNoMoveIsUnderWayWhenTheyLeave)
+TEST_F(MoveTools, AssertThatNoMoveIsUnderWayWhenTheyLeaveAndSayHowToEndIt)
 {
     Select(50, 50);
     Choose(ResourceID::MoveSolidX);
     EXPECT_FALSE(Choose(ResourceID::OrbitTool));
-    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("m_nState == State::Idle"));
+#if TESSARINE_ASSERTIONS
+    EXPECT_THAT(m_Assertions.GetExpressions(), ElementsAre("m_nState == State::Idle"));
+#endif
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("a move is under way: end it first"));
     EXPECT_EQ(GetToolOnTop(), 0x6000004U);
     EXPECT_TRUE(LeftDown());
     EXPECT_TRUE(Choose(ResourceID::OrbitTool));
@@ -280,17 +283,62 @@ TEST_F(MoveTools, EndWhereTheTypeOfTheSelectionChanges)
     EXPECT_TRUE(MoveTo(20, 0));
 }
 
-TEST_F(MoveTools, EndWhereThereIsNoWayBackAnyMore)
+TEST_F(MoveTools, EndBehindAnOperationOnTheModelAndSaySo)
 {
     Select(50, 50);
     Choose(ResourceID::MoveSolidX);
     MoveTo(0, 0);
     MoveTo(12, 0);
-    Choose(ResourceID::SubdivideLoop); // the solid has more vertices now
-    const auto before = GetPositions(*m_pCube);
-    EXPECT_FALSE(RightDown());
-    EXPECT_EQ(GetPositions(*m_pCube), before);
+    const ErrorLineCapture lines;
+    EXPECT_TRUE(Choose(ResourceID::SubdivideLoop)); // what was moved is what is subdivided
+    EXPECT_EQ(lines.GetText(),
+              "the move that was under way has ended: menu may have changed what it moves\n");
     EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    EXPECT_EQ(GetHistorySize(), 1U); // the subdivision alone
+    const auto before = GetPositions(*m_pCube);
+    EXPECT_GT(before[0].x, -0.5 + 12 * kPixel); // pulled inwards from where the move had left it
+    EXPECT_TRUE(RightDown());                   // the select tool's
+    EXPECT_EQ(m_Platform.GetPopups().size(), 1U);
+    EXPECT_EQ(GetPositions(*m_pCube), before);
+}
+
+TEST_F(MoveTools, PutNoCornersBackOnAFaceThatWasCut)
+{
+    SelectFront();
+    Choose(ResourceID::MoveFaceZ);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    EXPECT_TRUE(Choose(ResourceID::SubdivideLoop)); // the face keeps its id, with other corners
+    const auto before = GetPositions(*m_pCube);
+    MoveTo(24, 0);
+    RightDown();
+    EXPECT_EQ(GetPositions(*m_pCube), before);
+}
+
+TEST_F(MoveTools, GoOnBehindAnOperationOnTheModelThatFails)
+{
+    Select(50, 50);
+    const auto before = GetPositions(*m_pCube);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    const ErrorLineCapture lines;
+    EXPECT_FALSE(m_Bench.Perform("operation", Effect::ChangesModel, [] { throw Failure("no"); }));
+    EXPECT_EQ(lines.GetText(), "");
+    EXPECT_EQ(GetToolOnTop(), 0x6000004U);
+    EXPECT_TRUE(RightDown());
+    EXPECT_EQ(GetPositions(*m_pCube), before);
+}
+
+TEST_F(MoveTools, GoOnBehindWhatLeavesTheModelAlone)
+{
+    Select(50, 50);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    EXPECT_TRUE(Choose(ResourceID::ShowGrid));
+    EXPECT_EQ(GetToolOnTop(), 0x6000004U);
+    MoveTo(12, 0);
+    EXPECT_NEAR(GetCorner(0).x, -0.5 + 12 * kPixel, 1e-15);
 }
 
 TEST_F(MoveTools, AreTakenOffByANewDocument)

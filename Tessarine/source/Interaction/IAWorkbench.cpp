@@ -2,8 +2,10 @@
 #include "Assert.h"
 #include "CExcp.h"
 #include "Console.h"
+#include "ErrorLine.h"
 #include "Failure.h"
 #include "File.h"
+#include "IADrawSplatTool.h"
 #include "IAMoveTool.h"
 #include "IASelectTool.h"
 #include "Platform.h"
@@ -127,6 +129,19 @@ void FinishReports() noexcept
     }
 }
 
+/// The sentence must not fail what has been done.
+void TellEndedMove(const std::string& operation) noexcept
+{
+    try
+    {
+        PrintErrorLine("the move that was under way has ended: " + operation +
+                       " may have changed what it moves");
+    }
+    catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
+    {
+    }
+}
+
 /// What the user did, in the words of the batch tool.
 std::string GetName(ToolEvent::Kind kind)
 {
@@ -171,35 +186,52 @@ int IAWorkbench::CreateView()
 
 bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
 {
-    ForgetPicks();
+    if (effect != Effect::None)
+    {
+        ForgetPicks();
+    }
     BeginAssertionReports();
-    const bool done = RunAndTell(operation, kModelStays, [&] { RunOrRestore(effect, action); });
+    bool hasEndedMove = false;
+    const bool done =
+        RunAndTell(operation, kModelStays, [&] { hasEndedMove = RunOrRestore(effect, action); });
     if (!done && effect != Effect::None)
     {
         RedrawAfterFailure();
     }
+    if (hasEndedMove)
+    {
+        TellEndedMove(operation);
+    }
+    PreparePicks();
     FinishReports();
     return done;
 }
 
-/// Whatever changes the model passes the boundary. So what the select tool keeps of it holds from one of its own
-/// events to the next, and no longer.
+/// Whatever changes the model passes the boundary, by an operation with an effect or by an event of another tool.
+/// So what the select tool keeps of it holds from one of these to the next, and no longer.
 void IAWorkbench::ForgetPicks()
 {
     static_cast<IASelectTool*>(m_ToolsManager.FindTool(ToolID::Select))->ForgetModel();
 }
 
-void IAWorkbench::RunOrRestore(Effect effect, const std::function<void()>& action)
+void IAWorkbench::PreparePicks() noexcept
+{
+    if (IsSelectToolOnTop())
+    {
+        static_cast<IASelectTool*>(m_ToolsManager.GetCurrentTool())->PrepareModel();
+    }
+}
+
+/// @return whether it has ended a move
+bool IAWorkbench::RunOrRestore(Effect effect, const std::function<void()>& action)
 {
     IACheckpoint before(*m_pController, m_View, m_CommandManager, effect);
     const unsigned modelBefore = m_pController->GetModelNumber();
     try
     {
         action();
-        if (m_pController->GetModelNumber() != modelBefore)
-        {
-            EndMoves(false); // what they moved is gone
-        }
+        const bool isAnotherModel = m_pController->GetModelNumber() != modelBefore;
+        return (isAnotherModel || effect == Effect::ChangesModel) && EndMoves(false);
     }
     catch (...)
     {
@@ -222,12 +254,17 @@ void IAWorkbench::RedrawAfterFailure() noexcept
 
 bool IAWorkbench::SendEvent(const ToolEvent& event)
 {
-    if (!IsSelectToolOnTop())
+    const bool isSelecting = IsSelectToolOnTop();
+    if (!isSelecting)
     {
         ForgetPicks();
     }
     BeginAssertionReports();
     const bool done = RunAndTell(GetName(event.kind), "", [&] { PassToTool(event); });
+    if (!isSelecting)
+    {
+        PreparePicks(); // a move may have ended
+    }
     FinishReports();
     return done;
 }
@@ -259,12 +296,15 @@ void IAWorkbench::NewDocument()
     ConnectController(*controller);
     m_View.Redraw();
     EndMoves(true); // nothing can fail any more, and the old model is still there
+    static_cast<IADrawSplatTool*>(m_ToolsManager.FindTool(ToolID::DrawSplat))->EndDrag();
     m_pController = std::move(controller);
 }
 
 /// Takes the tools off the stack down to the lowest whose move is under way.
-void IAWorkbench::EndMoves(bool takeBack)
+/// @return whether there was one
+bool IAWorkbench::EndMoves(bool takeBack)
 {
+    bool hasEnded = false;
     const auto isUnderWay = [](IATool* tool)
     {
         const auto* move = dynamic_cast<IAMoveTool*>(tool);
@@ -276,9 +316,11 @@ void IAWorkbench::EndMoves(bool takeBack)
         if (isUnderWay(stack.back()))
         {
             static_cast<IAMoveTool*>(stack.back())->End(takeBack);
+            hasEnded = true;
         }
         m_ToolsManager.PopTool();
     }
+    return hasEnded;
 }
 
 void IAWorkbench::ConnectController(IAController& controller)

@@ -40,7 +40,8 @@ public:
     void DestroyView() { m_View.Destroy(); }
 
     /// Runs what a user asked for, and alone catches what ends it: nothing that a file or a user supplies
-    /// ends the process. A move that is under way ends where there is another model then.
+    /// ends the process. A move that is under way ends behind an operation that may have changed the model, and
+    /// standard error says so: its way back leads to a model that is no more.
     ///
     /// Fails   The user is told once (Platform::ShowFailure), and model, selection, overlays and history are
     ///         exactly as before: same records at the same addresses, same ids, same order.
@@ -59,7 +60,7 @@ public:
     // What follows throws, and is to be run through Perform.
 
     /// A fresh controller takes the place of the old one; camera, display flags and history stay. A move that is
-    /// under way is taken back.
+    /// under way is taken back, and a splat that is being drawn is dropped.
     void NewDocument();
 
     /// Effect::ReplacesModel. The controller's ImportObj; the current folder is afterwards what it was.
@@ -77,8 +78,9 @@ private:
     void PassToTool(const ToolEvent& event);
     bool IsSelectToolOnTop() const;
     void ForgetPicks();
-    void EndMoves(bool takeBack);
-    void RunOrRestore(Effect effect, const std::function<void()>& action);
+    void PreparePicks() noexcept;
+    bool EndMoves(bool takeBack);
+    bool RunOrRestore(Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
     void RedrawAfterFailure() noexcept;
 

@@ -23,7 +23,6 @@ public:
     /// The runs of a solid, made on first use.
     const std::vector<FaceRun>& Get(const DSSolid& solid);
     void Clear() { m_Runs.clear(); }
-    bool IsEmpty() const { return m_Runs.empty(); }
 
 private:
     std::map<const DSSolid*, std::vector<FaceRun>> m_Runs;

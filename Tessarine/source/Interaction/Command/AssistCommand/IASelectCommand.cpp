@@ -13,6 +13,28 @@ namespace
 /// No vertex or edge is found further from the ray than this.
 constexpr double kFurthestElement = 100000.0;
 
+template <class TVisit>
+void ForEachVisibleSolid(const MANSceneGroup& group, const TVisit& visit)
+{
+    if (!group.IsVisible())
+    {
+        return;
+    }
+    for (const MANSceneNode* pChild : group.GetChildren())
+    {
+        if (MANSceneManager::GetKind(pChild->GetID()) == NodeKind::Group)
+        {
+            ForEachVisibleSolid(static_cast<const MANSceneGroup&>(*pChild), visit);
+            continue;
+        }
+        const DSSolid* pSolid = static_cast<const MANSceneLeaf&>(*pChild).GetSolid();
+        if (pChild->IsVisible() && pSolid != nullptr && pSolid->IsVisible())
+        {
+            visit(*pSolid);
+        }
+    }
+}
+
 /// The line of sight, for the distances of what lies beside it.
 struct SightLine
 {
@@ -62,7 +84,8 @@ void IASelectCommand::Execute()
     m_bHit = false;
     m_nElementID = 0;
     m_pHitFace = nullptr;
-    PickGroup(*m_pScene->GetRootGroup(), PickRay(m_EyePoint, m_NearPoint));
+    const PickRay ray(m_EyePoint, m_NearPoint);
+    ForEachVisibleSolid(*m_pScene->GetRootGroup(), [&](const DSSolid& solid) { PickSolid(solid, ray); });
     m_bHit = m_pHitFace != nullptr; // what lies beyond the far plane alone is no hit
     if (m_bHit)
     {
@@ -70,29 +93,12 @@ void IASelectCommand::Execute()
     }
 }
 
-void IASelectCommand::PickGroup(const MANSceneGroup& group, const PickRay& ray)
+void IASelectCommand::MakeFaceRuns() const
 {
-    if (!group.IsVisible())
+    if (m_pFaceRuns != nullptr && m_pScene->GetRootGroup() != nullptr)
     {
-        return;
-    }
-    for (const MANSceneNode* pChild : group.GetChildren())
-    {
-        PickNode(*pChild, ray);
-    }
-}
-
-void IASelectCommand::PickNode(const MANSceneNode& node, const PickRay& ray)
-{
-    if (MANSceneManager::GetKind(node.GetID()) == NodeKind::Group)
-    {
-        PickGroup(static_cast<const MANSceneGroup&>(node), ray);
-        return;
-    }
-    const DSSolid* pSolid = static_cast<const MANSceneLeaf&>(node).GetSolid();
-    if (node.IsVisible() && pSolid != nullptr && pSolid->IsVisible())
-    {
-        PickSolid(*pSolid, ray);
+        ForEachVisibleSolid(*m_pScene->GetRootGroup(),
+                            [this](const DSSolid& solid) { m_pFaceRuns->Get(solid); });
     }
 }
 

@@ -8,9 +8,7 @@ namespace tessarine
 class DSFace;
 class DSSolid;
 class FaceRuns;
-class MANSceneGroup;
 class MANSceneManager;
-class MANSceneNode;
 class Open3DCamera;
 class PickRay;
 
@@ -40,6 +38,8 @@ public:
 
     /// Boxes of the faces that outlive the run, and must hold; null, as in the beginning, for a look at each face.
     void SetFaceRuns(FaceRuns* runs) { m_pFaceRuns = runs; }
+    /// Makes the runs of what a run of the command would look at. Needs a scene.
+    void MakeFaceRuns() const;
 
     void Execute() override;
 
@@ -49,8 +49,6 @@ public:
     std::uint32_t GetElementID() const { return m_nElementID; }
 
 private:
-    void PickGroup(const MANSceneGroup& group, const PickRay& ray);
-    void PickNode(const MANSceneNode& node, const PickRay& ray);
     void PickSolid(const DSSolid& solid, const PickRay& ray);
     void PickFace(DSFace* face, const PickRay& ray, double& best);
     void PickElement();

@@ -47,6 +47,14 @@ void IADrawSplatTool::OnMouseMove(int x, int y, unsigned /*flags*/)
     }
 }
 
+void IADrawSplatTool::EndDrag()
+{
+    if (m_nState == State::Dragging)
+    {
+        m_nState = State::Ready;
+    }
+}
+
 /// The scene is that of the document of this moment: the tool may have outlived the one that it was taken in.
 void IADrawSplatTool::OnLButtonUp(int x, int y, unsigned /*flags*/)
 {

@@ -19,6 +19,9 @@ public:
     void OnLButtonUp(int x, int y, unsigned flags) override;
     void OnMouseMove(int x, int y, unsigned flags) override;
 
+    /// The document of a drag is gone: its release adds nothing.
+    void EndDrag();
+
 private:
     enum class State
     {

@@ -64,6 +64,22 @@ void IASelectTool::Leave()
     MANCommandManager::ReleaseCommand(std::move(m_pCommand));
 }
 
+void IASelectTool::PrepareModel() noexcept
+{
+    if (m_nState != State::Ready)
+    {
+        return;
+    }
+    try
+    {
+        m_pCommand->SetScene(&m_pView->GetController()->GetSceneManager());
+        m_pCommand->MakeFaceRuns();
+    }
+    catch (...) // NOLINT(bugprone-empty-catch): the next motion looks for itself, and tells what it lacks
+    {
+    }
+}
+
 /// The scene is that of the document of this moment, whichever tool was on top when the document came.
 void IASelectTool::OnMouseMove(int x, int y, unsigned /*flags*/)
 {

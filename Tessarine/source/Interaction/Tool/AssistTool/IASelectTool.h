@@ -24,8 +24,11 @@ public:
     void OnRButtonDown(int x, int y, unsigned flags) override;
     void OnMouseMove(int x, int y, unsigned flags) override;
 
-    /// Something may change the model: what was kept of it since the last motion goes.
+    /// Something may change the model: what is kept of it goes.
     void ForgetModel() { m_FaceRuns.Clear(); }
+    /// Looks at the model ahead of the next motion, which is to be short: boxes of what is there already stay, those of
+    /// the rest are made. For when the model is whole again.
+    void PrepareModel() noexcept;
 
 private:
     enum class State

@@ -1,6 +1,7 @@
 #include "IAMoveTool.h"
 #include "Assert.h"
 #include "Console.h"
+#include "Failure.h"
 #include "IAController.h"
 #include "IAMoveCommand.h"
 #include "MANCommandManager.h"
@@ -30,7 +31,16 @@ void IAMoveTool::Enter()
 
 void IAMoveTool::Leave()
 {
-    ASSERT(m_nState == State::Idle);
+    try
+    {
+        ASSERT(m_nState == State::Idle);
+    }
+    catch (const AssertionFailure&)
+    {
+        throw Failure(
+            "a move is under way: end it first, by a left click, or by a right click behind a motion, "
+            "which takes it back");
+    }
 }
 
 void IAMoveTool::OnMouseMove(int x, int /*y*/, unsigned /*flags*/)

@@ -24,7 +24,7 @@ public:
 
     /// Makes the command. Fails as IAMoveCommand::SavePositions does.
     void Enter() override;
-    /// Asserts that no move is under way.
+    /// Asserts that no move is under way; the failure says how to end one.
     void Leave() override;
     void OnMouseMove(int x, int y, unsigned flags) override;
     void OnLButtonDown(int x, int y, unsigned flags) override;
