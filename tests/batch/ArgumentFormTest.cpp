@@ -1,14 +1,28 @@
 #include "ArgumentForm.h"
 #include <gmock/gmock.h>
+#include <initializer_list>
 #include <stdexcept>
 
 using namespace tessarine;
 
 namespace
 {
-bool Accepts(std::string_view form, std::string_view word)
+using Words = std::initializer_list<std::string_view>;
+
+void ExpectTaken(std::string_view form, Words words)
 {
-    return FindArgumentForm(form).accepts(word);
+    for (const std::string_view word : words)
+    {
+        EXPECT_TRUE(FindArgumentForm(form).accepts(word)) << form << ": " << word;
+    }
+}
+
+void ExpectRefused(std::string_view form, Words words)
+{
+    for (const std::string_view word : words)
+    {
+        EXPECT_FALSE(FindArgumentForm(form).accepts(word)) << form << ": " << word;
+    }
 }
 }
 
@@ -20,69 +34,44 @@ TEST(ArgumentForm, IsFoundByItsNameAlone)
 
 TEST(ArgumentForm, TakesARatioWithBothEnds)
 {
-    for (const char* word : {"0", "1", "0.8", ".5", "1e-3", "1.0"})
-    {
-        EXPECT_TRUE(Accepts("RATIO", word)) << word;
-    }
-    for (const char* word : {"-0.1", "1.0000001", "nan", "inf", "", "0,5", "50%", " 0.5", "0.5 ", "0x1"})
-    {
-        EXPECT_FALSE(Accepts("RATIO", word)) << word;
-    }
+    ExpectTaken("RATIO", {"0", "1", "0.8", ".5", "1e-3", "1.0"});
+    ExpectRefused("RATIO", {"-0.1", "1.0000001", "nan", "inf", "", "0,5", "50%", " 0.5", "0.5 ", "0x1"});
 }
 
 TEST(ArgumentForm, TakesFiniteNumbersOnly)
 {
-    for (const char* word : {"0", "-2.5", "1e300", "-.5"})
-    {
-        EXPECT_TRUE(Accepts("EX", word)) << word;
-    }
-    for (const char* word : {"1e400", "nan", "-inf", "infinity", "--1", "1-", "", "one"})
-    {
-        EXPECT_FALSE(Accepts("EX", word)) << word;
-    }
+    ExpectTaken("EX", {"0", "-2.5", "1e300", "-.5"});
+    ExpectRefused("EX", {"1e400", "nan", "-inf", "infinity", "--1", "1-", "", "one"});
 }
 
 TEST(ArgumentForm, TakesWholeNumbersWithinTheirRange)
 {
-    EXPECT_TRUE(Accepts("ID", "0"));
-    EXPECT_TRUE(Accepts("ID", "2147483647"));
-    EXPECT_FALSE(Accepts("ID", "2147483648"));
-    EXPECT_FALSE(Accepts("ID", "-1"));
-    EXPECT_FALSE(Accepts("ID", "1.0"));
-    EXPECT_TRUE(Accepts("X", "-5")); // a captured mouse leaves the window
-    EXPECT_TRUE(Accepts("NMAX", "3"));
-    EXPECT_FALSE(Accepts("NMAX", "2"));
-    EXPECT_TRUE(Accepts("X", "+5"));
-    EXPECT_FALSE(Accepts("X", "+-5"));
-    EXPECT_FALSE(Accepts("X", "++5"));
-    EXPECT_FALSE(Accepts("X", "+"));
+    ExpectTaken("ID", {"0", "2147483647"});
+    ExpectRefused("ID", {"2147483648", "-1", "1.0"});
+    ExpectTaken("X", {"-5", "+5"}); // a captured mouse leaves the window
+    ExpectRefused("X", {"+-5", "++5", "+"});
+    ExpectTaken("NMAX", {"3"});
+    ExpectRefused("NMAX", {"2"});
 }
 
 TEST(ArgumentForm, TakesTheRulesTolerancesAndStepsThatTheSolverKnows)
 {
-    EXPECT_TRUE(Accepts("ITOL", "1"));
-    EXPECT_TRUE(Accepts("ITOL", "4"));
-    EXPECT_FALSE(Accepts("ITOL", "0"));
-    EXPECT_FALSE(Accepts("ITOL", "5"));
-    EXPECT_TRUE(Accepts("TOL", "1e-300"));
-    EXPECT_FALSE(Accepts("TOL", "0"));
-    EXPECT_FALSE(Accepts("TOL", "-1e-7"));
-    EXPECT_TRUE(Accepts("ITMAX", "2147483646"));
-    EXPECT_FALSE(Accepts("ITMAX", "2147483647")); // one step more is counted
-    EXPECT_FALSE(Accepts("ITMAX", "0"));
+    ExpectTaken("ITOL", {"1", "4"});
+    ExpectRefused("ITOL", {"0", "5"});
+    ExpectTaken("TOL", {"1e-300"});
+    ExpectRefused("TOL", {"0", "-1e-7"});
+    ExpectTaken("ITMAX", {"2147483646"});
+    ExpectRefused("ITMAX", {"2147483647", "0"}); // one step more is counted
 }
 
 TEST(ArgumentForm, TakesAllWhereACountMayBeAll)
 {
-    EXPECT_TRUE(Accepts("N|all", "all"));
-    EXPECT_TRUE(Accepts("N|all", "1"));
-    EXPECT_FALSE(Accepts("N|all", "0"));
-    EXPECT_FALSE(Accepts("N|all", "ALL"));
+    ExpectTaken("N|all", {"all", "1"});
+    ExpectRefused("N|all", {"0", "ALL"});
 }
 
 TEST(ArgumentForm, TakesAnyFileNameButTheEmptyOne)
 {
-    EXPECT_TRUE(Accepts("FILE", "a b.obj"));
-    EXPECT_TRUE(Accepts("FILE", "-"));
-    EXPECT_FALSE(Accepts("FILE", ""));
+    ExpectTaken("FILE", {"a b.obj", "-"});
+    ExpectRefused("FILE", {""});
 }

@@ -21,10 +21,7 @@ public:
     {
         const ConsoleCapture console;
         LoadQuietly(elements, QuadCube());
-        MANSceneLeaf* pLeaf = scene.NewLeaf();
-        scene.GetRootGroup()->AddChild(pLeaf);
-        pLeaf->SetParent(scene.GetRootGroup());
-        pLeaf->SetSolid(LoadQuietly(elements, mesh));
+        scene.AppendLeaf(LoadQuietly(elements, mesh));
         for (int i = 0; i < loopSteps; ++i)
         {
             IASubLOOPCommand command;

@@ -1,5 +1,6 @@
 #include "DualMesh.h"
 #include "FootSearch.h"
+#include "MeshWalks.h"
 #include "Meshes.h"
 #include "Vectors.h"
 #include <gmock/gmock.h>
@@ -29,6 +30,16 @@ protected:
         m_IsPointDone.resize(std::max(m_IsPointDone.size(), cloudIndex + 1));
     }
 
+    /// With feet so far from the centroid of a face, each with its place in the cloud.
+    void SelectAround(std::size_t face, const std::vector<std::pair<smVec3d, std::size_t>>& feet)
+    {
+        for (const auto& [way, cloudIndex] : feet)
+        {
+            AddFoot(face, FaceAt(face).CalcCentroid() + way, cloudIndex);
+        }
+        Select();
+    }
+
     void Select() { SelectFaceFeet(m_Solid, m_Feet, m_IsPointDone); }
 
     MANBrepElementManager m_Elements;
@@ -39,22 +50,14 @@ protected:
 
 TEST_F(DualMeshTest, SelectsTheFootNearestToTheCentroid)
 {
-    const smVec3d centre = FaceAt(1).CalcCentroid();
-    AddFoot(1, centre + smVec3d(0.3, 0, 0), 4);
-    AddFoot(1, centre + smVec3d(0.1, 0, 0), 2);
-    AddFoot(1, centre + smVec3d(0.2, 0, 0), 0);
-    Select();
+    SelectAround(1, {{{0.3, 0, 0}, 4}, {{0.1, 0, 0}, 2}, {{0.2, 0, 0}, 0}});
     EXPECT_EQ(FaceAt(1).GetTag(), 1);
     EXPECT_THAT(m_IsPointDone, ElementsAre(false, false, true, false, false)); // its cloud point
 }
 
 TEST_F(DualMeshTest, SelectsTheEarlierOfTwoFeetAtEqualDistances)
 {
-    const smVec3d centre = FaceAt(0).CalcCentroid();
-    AddFoot(0, centre + smVec3d(0.5, 0, 0), 0);
-    AddFoot(0, centre + smVec3d(0.25, 0, 0), 1);
-    AddFoot(0, centre + smVec3d(0, 0.25, 0), 2);
-    Select();
+    SelectAround(0, {{{0.5, 0, 0}, 0}, {{0.25, 0, 0}, 1}, {{0, 0.25, 0}, 2}});
     EXPECT_EQ(FaceAt(0).GetTag(), 1);
 }
 
@@ -120,16 +123,14 @@ TEST_F(DualOfFanTest, JoinsTheSelectedFacesAroundAVertexInTheOrderOfItsWalk)
     std::size_t polygon = 0;
     for (const DSVertex* vertex : m_Solid.GetVertexList())
     {
-        DSHalfEdge* h = vertex->GetHalfEdge();
-        do
+        for (const DSFace* face : FacesAround(*vertex))
         {
-            if (const std::int32_t tag = h->GetLoop()->GetFace()->GetTag(); tag > 0)
+            if (const std::int32_t tag = face->GetTag(); tag > 0)
             {
                 const auto number = static_cast<std::size_t>(dual.corners.at(at++)) - 1;
                 EXPECT_EQ(dual.positions[number], m_Feet.points[static_cast<std::size_t>(tag)]);
             }
-            h = h->GetTwin()->GetNext();
-        } while (h != vertex->GetHalfEdge());
+        }
         ++polygon;
     }
     EXPECT_EQ(polygon, dual.faceSizes.size());

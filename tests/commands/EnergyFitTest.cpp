@@ -2,9 +2,11 @@
 #include "IAPointCloud.h"
 #include "IAReconstructionSmoothEnergyFunctionCommand.h"
 #include "LinksHold.h"
+#include "MeshWalks.h"
 #include "Refusal.h"
 #include "SolidNormalization.h"
 #include "Vectors.h"
+#include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,22 +14,6 @@
 
 namespace tessarine
 {
-std::vector<smVec3d> SphereCloud(std::size_t count, unsigned seed)
-{
-    std::vector<smVec3d> points{{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
-    std::mt19937 random(seed);
-    const auto draw = [&random] { return static_cast<double>(random()) / 2147483648.0 - 1.0; };
-    while (points.size() < count)
-    {
-        const smVec3d p(draw(), draw(), draw());
-        if (p.Length() < 1.0 && p.Length() > 0.1)
-        {
-            points.push_back(p / p.Length());
-        }
-    }
-    return points;
-}
-
 namespace
 {
 using ::testing::EndsWith;
@@ -53,16 +39,6 @@ protected:
     FitStage m_Stage;
     ConsoleCapture m_Console;
 };
-
-std::vector<smVec3d> PositionsOf(const DSSolid& solid)
-{
-    std::vector<smVec3d> positions;
-    for (const DSVertex* vertex : solid.GetVertexList())
-    {
-        positions.push_back(vertex->GetPosition());
-    }
-    return positions;
-}
 
 /// How far the points with a foot are from it, in the root of the mean square.
 double DistanceFromFeet(const Open3DView& view)
@@ -139,13 +115,9 @@ TEST_F(EnergyFitTest, LeavesAVertexWithoutAPointOnAnyFaceAroundIt)
     for (std::size_t i = 0; i < before.size(); ++i)
     {
         const DSVertex* vertex = solid.GetVertexList()[i];
-        bool hasPoint = false;
-        DSHalfEdge* h = vertex->GetHalfEdge();
-        do
-        {
-            hasPoint = hasPoint || h->GetLoop()->GetFace()->GetTag() == 1;
-            h = h->GetTwin()->GetNext();
-        } while (h != vertex->GetHalfEdge());
+        const std::vector<DSFace*> faces = FacesAround(*vertex);
+        const bool hasPoint =
+            std::any_of(faces.begin(), faces.end(), [](const DSFace* face) { return face->GetTag() == 1; });
         stayed += hasPoint ? 0 : 1;
         EXPECT_EQ(before[i] == after[i], !hasPoint) << i;
     }
@@ -411,19 +383,7 @@ TEST_F(EnergyFitTest, RefusesAVertexWithTwoRingsBeforeAnythingChanges)
 
 TEST_F(EnergyFitTest, RefusesAllButClosedModelsOfTriangles)
 {
-    const std::pair<IndexedMesh, const char*> models[] = {
-        {QuadCube(), "triangles only"},
-        {Grid(2), "a closed model only"},
-        {ThreeTrianglesOnOneEdge(), "a closed model only"},
-    };
-    for (const auto& [mesh, reason] : models)
-    {
-        FitStage stage;
-        stage.Load(mesh);
-        IAReconstructionSmoothEnergyFunctionCommand command;
-        stage.Equip(command);
-        EXPECT_THAT(GetRefusal([&command] { command.Execute(); }), HasSubstr(reason));
-    }
+    ExpectRefusals<IAReconstructionSmoothEnergyFunctionCommand>(kDragonCloud, AllButClosedTriangles());
 }
 
 TEST_F(EnergyFitTest, PassesOverVerticesWithoutFaces)

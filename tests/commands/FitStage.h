@@ -1,11 +1,14 @@
 #pragma once
 #include "Capture.h"
 #include "MANSceneManager.h"
-#include "Meshes.h"
 #include "Open3DView.h"
+#include "RandomMeshes.h"
+#include "RecordDump.h"
+#include "Refusal.h"
 #include "TemporaryFolder.h"
 #include <array>
 #include <charconv>
+#include <gmock/gmock.h>
 #include <string>
 #include <vector>
 
@@ -18,10 +21,7 @@ public:
     DSSolid& Load(const IndexedMesh& mesh)
     {
         DSSolid* pSolid = LoadQuietly(m_Elements, mesh);
-        MANSceneLeaf* pLeaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(pLeaf);
-        pLeaf->SetParent(m_Scene.GetRootGroup());
-        pLeaf->SetSolid(pSolid);
+        m_Scene.AppendLeaf(pSolid);
         return *pSolid;
     }
 
@@ -67,6 +67,48 @@ private:
     Open3DView m_View;
 };
 
-/// Points on the unit sphere, and the ends of the axes, so that the cube leaves them where they are.
-std::vector<smVec3d> SphereCloud(std::size_t count, unsigned seed);
+/// A fitting command on its stage.
+template <class TCommand>
+class FitCommandTest : public testing::Test
+{
+protected:
+    FitCommandTest() { m_Stage.Equip(m_Command); }
+
+    std::string RefuseToRun()
+    {
+        return GetRefusal([this] { m_Command.Execute(); });
+    }
+
+    FitStage m_Stage;
+    ConsoleCapture m_Console;
+    TCommand m_Command;
+};
+
+/// A model that a command does not take, and what it says.
+using RefusedModel = std::pair<IndexedMesh, const char*>;
+
+/// Those that are refused where the model must be a closed one of triangles.
+inline std::vector<RefusedModel> AllButClosedTriangles()
+{
+    return {{QuadCube(), "triangles only"},
+            {Grid(2), "a closed model only"},
+            {ThreeTrianglesOnOneEdge(), "a closed model only"}};
+}
+
+/// Runs a command on each; the cloud is good. A refusal leaves every record as it was.
+template <class TCommand>
+void ExpectRefusals(const char* cloudName, const std::vector<RefusedModel>& models)
+{
+    for (const auto& [mesh, reason] : models)
+    {
+        FitStage stage;
+        stage.Load(mesh);
+        stage.WriteCloud(cloudName, SphereCloud(100, 1));
+        TCommand command;
+        stage.Equip(command);
+        const std::string before = DumpRecords(stage.GetElements());
+        EXPECT_THAT(GetRefusal([&command] { command.Execute(); }), testing::HasSubstr(reason));
+        EXPECT_EQ(DumpRecords(stage.GetElements()), before);
+    }
+}
 }

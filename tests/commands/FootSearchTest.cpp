@@ -1,5 +1,6 @@
 #include "FootSearch.h"
 #include "Capture.h"
+#include "MeshWalks.h"
 #include "Meshes.h"
 #include "Refusal.h"
 #include "Vectors.h"
@@ -27,19 +28,6 @@ protected:
     DSSolid* m_pSolid = nullptr;
     ConsoleCapture m_Console;
 };
-
-/// The faces around the vertices, nearest vertex first, in ring order.
-std::vector<DSFace*> RingOf(const DSVertex& vertex)
-{
-    std::vector<DSFace*> ring;
-    DSHalfEdge* h = vertex.GetHalfEdge();
-    do
-    {
-        ring.push_back(h->GetLoop()->GetFace());
-        h = h->GetTwin()->GetNext();
-    } while (h != vertex.GetHalfEdge());
-    return ring;
-}
 
 TEST_F(FootSearchTest, FindsTheFootOnAFace)
 {
@@ -69,7 +57,7 @@ TEST_F(FootSearchTest, GivesAPointOnAVertexToTheFirstFaceAroundIt)
         {
             const std::optional<Foot> foot = search.Find(vertex->GetPosition());
             ASSERT_TRUE(foot.has_value());
-            EXPECT_EQ(foot->face, RingOf(*vertex).front());
+            EXPECT_EQ(foot->face, FacesAround(*vertex).front());
             EXPECT_NEAR(foot->distance, 0.0, 1e-15);
         }
     }
@@ -93,7 +81,7 @@ TEST_F(FootSearchTest, GivesAPointOnAnEdgeToTheEarlierCandidate)
     ASSERT_NE(diagonal, nullptr);
     NearestPoints nearest(solid);
     const auto first = static_cast<std::size_t>(nearest.Find(point, 3).front());
-    const std::vector<DSFace*> ring = RingOf(*solid.GetVertexList()[first]);
+    const std::vector<DSFace*> ring = FacesAround(*solid.GetVertexList()[first]);
     const auto isAtDiagonal = [diagonal](const DSFace* face)
     { return face == diagonal->GetLoop()->GetFace() || face == diagonal->GetTwin()->GetLoop()->GetFace(); };
     DSFace* const expected = *std::find_if(ring.begin(), ring.end(), isAtDiagonal);

@@ -19,25 +19,13 @@ using ::testing::HasSubstr;
 
 constexpr char kBoxFile[] = "data/box.txta";
 
-class IncrementalFitTest : public testing::Test
+class IncrementalFitTest : public FitCommandTest<IAReconstructionSmoothCommand>
 {
 protected:
-    void Run()
-    {
-        m_Stage.Equip(m_Command);
-        m_Command.Execute();
-    }
-
-    std::string RefuseToRun()
-    {
-        return GetRefusal([this] { Run(); });
-    }
+    void Run() { m_Command.Execute(); }
 
     const IncrementalConnection& GetConnection() const { return *m_Command.Save(); }
 
-    FitStage m_Stage;
-    IAReconstructionSmoothCommand m_Command;
-    ConsoleCapture m_Console;
     AssertionCapture m_Assertions;
 };
 
@@ -124,7 +112,6 @@ TEST_F(IncrementalFitTest, GoesOnStepByStepAsInOneGo)
     command.ConnectAll();
     EXPECT_TRUE(command.Save()->IsFrontEmpty());
 
-    m_Stage.GetFolder(); // both read their clouds before
     int calls = 0;
     for (; !GetConnection().IsFrontEmpty(); ++calls)
     {
@@ -236,16 +223,9 @@ TEST_F(IncrementalFitTest, RefusesModelsAndCloudsThatItCannotTake)
     EXPECT_THAT(RefuseToRun(), HasSubstr("are at one place"));
     IndexedMesh point = CentredTetrahedron();
     point.positions.assign(4, smVec3d(2, 2, 2));
-    for (const auto& [mesh, reason] :
-         {std::pair(QuadCube(), "triangles only"), std::pair(Grid(2), "a closed model only"),
-          std::pair(point, "are at one place")})
-    {
-        FitStage stage;
-        stage.Load(mesh);
-        IAReconstructionSmoothCommand command;
-        stage.Equip(command);
-        EXPECT_THAT(GetRefusal([&command] { command.Execute(); }), HasSubstr(reason));
-    }
+    ExpectRefusals<IAReconstructionSmoothCommand>(
+        kBoxFile,
+        {{QuadCube(), "triangles only"}, {Grid(2), "a closed model only"}, {point, "are at one place"}});
 }
 }
 }

@@ -11,25 +11,15 @@ namespace
 {
 constexpr char kCloud[] = "Data/bunny.txta";
 
-class OctreeCommandTest : public testing::Test
+class OctreeCommandTest : public FitCommandTest<IAReconstructionSmoothOctreeCommand>
 {
 protected:
     /// The console's lines.
     std::vector<std::string> Run()
     {
-        ConsoleCapture console;
-        m_Stage.Equip(m_Command);
         m_Command.Execute();
-        return console.GetLines();
+        return m_Console.GetLines();
     }
-
-    std::string GetRefusalOfRun()
-    {
-        return GetRefusal([this] { Run(); });
-    }
-
-    FitStage m_Stage;
-    IAReconstructionSmoothOctreeCommand m_Command;
 };
 
 TEST_F(OctreeCommandTest, ShowsTheCloudAndTheBoxesAroundIt)
@@ -51,7 +41,7 @@ TEST_F(OctreeCommandTest, TakesOpenModelsAndPolygons)
 {
     m_Stage.Load(NotchedFaces());
     m_Stage.WriteCloud(kCloud, SphereCloud(20, 1));
-    EXPECT_EQ(GetRefusalOfRun(), "");
+    EXPECT_EQ(RefuseToRun(), "");
 }
 
 TEST_F(OctreeCommandTest, TakesAFlatCloud)
@@ -63,7 +53,7 @@ TEST_F(OctreeCommandTest, TakesAFlatCloud)
         line.emplace_back(i, 7, 7);
     }
     m_Stage.WriteCloud(kCloud, line);
-    EXPECT_EQ(GetRefusalOfRun(), "");
+    EXPECT_EQ(RefuseToRun(), "");
     EXPECT_EQ(m_Stage.GetView().GetPointCloud().front(), smVec3d(-1, 0, 0));
     EXPECT_EQ(m_Stage.GetView().GetPointCloud().back(), smVec3d(1, 0, 0));
 }
@@ -72,23 +62,23 @@ TEST_F(OctreeCommandTest, RefusesWhatHasNoExtent)
 {
     m_Stage.Load(Placed(Tetrahedron(), 0.0, smVec3d(1, 2, 3)));
     m_Stage.WriteCloud(kCloud, SphereCloud(20, 1));
-    EXPECT_THAT(GetRefusalOfRun(), testing::HasSubstr("all vertices of the model are at one place"));
+    EXPECT_THAT(RefuseToRun(), testing::HasSubstr("all vertices of the model are at one place"));
 }
 
 TEST_F(OctreeCommandTest, RefusesACloudWithoutExtent)
 {
     m_Stage.Load(Tetrahedron());
     m_Stage.WriteCloud(kCloud, std::vector<smVec3d>(12, smVec3d(1, 2, 3)));
-    EXPECT_THAT(GetRefusalOfRun(), testing::HasSubstr("bunny.txta"));
+    EXPECT_THAT(RefuseToRun(), testing::HasSubstr("bunny.txta"));
     EXPECT_EQ(m_Stage.GetView().GetOctree(), nullptr);
 }
 
 TEST_F(OctreeCommandTest, NeedsAModelAndTheCloud)
 {
-    EXPECT_THAT(GetRefusalOfRun(), testing::HasSubstr("import one first"));
+    EXPECT_THAT(RefuseToRun(), testing::HasSubstr("import one first"));
     m_Stage.Load(Tetrahedron());
     const AssertionCapture capture;
-    EXPECT_THAT(GetRefusalOfRun(), testing::HasSubstr("bunny.txta: no such file"));
+    EXPECT_THAT(RefuseToRun(), testing::HasSubstr("bunny.txta: no such file"));
 }
 }
 }

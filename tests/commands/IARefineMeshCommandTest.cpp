@@ -36,10 +36,7 @@ protected:
         DSSolid* solid = LoadQuietly(m_Elements, mesh);
         const AssertionCapture assertions;
         solid->CalcNormals();
-        MANSceneLeaf* leaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(leaf);
-        leaf->SetParent(m_Scene.GetRootGroup());
-        leaf->SetSolid(solid);
+        m_Scene.AppendLeaf(solid);
         return solid;
     }
 

@@ -4,6 +4,7 @@
 #include "Failure.h"
 #include "LinksHold.h"
 #include "MANSceneManager.h"
+#include "MeshWalks.h"
 #include "RandomMeshes.h"
 #include "RecordDump.h"
 #include "Vectors.h"
@@ -58,16 +59,8 @@ protected:
         DSSolid* solid = LoadQuietly(m_Elements, mesh);
         const AssertionCapture assertions;
         solid->CalcNormals();
-        AddLeaf(solid);
+        m_Scene.AppendLeaf(solid);
         return solid;
-    }
-
-    void AddLeaf(DSSolid* solid)
-    {
-        MANSceneLeaf* leaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(leaf);
-        leaf->SetParent(m_Scene.GetRootGroup());
-        leaf->SetSolid(solid);
     }
 
     /// What it prints is lost.
@@ -106,16 +99,6 @@ protected:
     const MANSceneLeaf* GetChild(std::size_t index) const
     {
         return static_cast<const MANSceneLeaf*>(m_Scene.GetRootGroup()->GetChildren().at(index));
-    }
-
-    static std::vector<smVec3d> PositionsOf(const DSSolid& solid)
-    {
-        std::vector<smVec3d> positions;
-        for (const DSVertex* vertex : solid.GetVertexList())
-        {
-            positions.push_back(vertex->GetPosition());
-        }
-        return positions;
     }
 
     MANBrepElementManager m_Elements;
@@ -330,7 +313,7 @@ TEST_F(Simplification, IsRefusedForAShareThatIsNone)
 TEST_F(Simplification, IsRefusedWithoutAModel)
 {
     EXPECT_EQ(GetRefusal(0.5F), "simplification needs a model: import one first");
-    AddLeaf(nullptr);
+    m_Scene.AppendLeaf(nullptr);
     EXPECT_EQ(GetRefusal(0.5F), "simplification needs a model: import one first");
 }
 

@@ -20,11 +20,9 @@ using ::testing::StartsWith;
 
 constexpr char kHorseCloudPath[] = "data/horse.txta";
 
-class SmoothCommandTest : public testing::Test
+class SmoothCommandTest : public FitCommandTest<IASmoothCommand>
 {
 protected:
-    SmoothCommandTest() { m_Stage.Equip(m_Command); }
-
     /// A model with its cloud, both taken.
     DSSolid& Take(const IndexedMesh& mesh, const std::vector<smVec3d>& cloud)
     {
@@ -34,14 +32,6 @@ protected:
         return solid;
     }
 
-    std::string RefuseToRun()
-    {
-        return GetRefusal([this] { m_Command.Execute(); });
-    }
-
-    FitStage m_Stage;
-    ConsoleCapture m_Console;
-    IASmoothCommand m_Command;
     std::vector<smVec3d> m_Cloud; ///< as the file has it
 };
 
@@ -368,17 +358,9 @@ TEST_F(SmoothCommandTest, RefusesOpenModels)
     pillow.positions = {{0, 0, 0}, {1, 0, 0}};
     pillow.AddFace({1, 2});
     pillow.AddFace({2, 1});
-    const std::pair<IndexedMesh, const char*> models[] = {{Grid(2), "a closed model only"},
-                                                          {ThreeTrianglesOnOneEdge(), "a closed model only"},
-                                                          {pillow, "fewer than three corners"}};
-    for (const auto& [mesh, reason] : models)
-    {
-        FitStage stage;
-        stage.Load(mesh);
-        IASmoothCommand command;
-        stage.Equip(command);
-        EXPECT_THAT(GetRefusal([&command] { command.Execute(); }), HasSubstr(reason));
-    }
+    ExpectRefusals<IASmoothCommand>(kHorseCloudPath, {{Grid(2), "a closed model only"},
+                                                      {ThreeTrianglesOnOneEdge(), "a closed model only"},
+                                                      {pillow, "fewer than three corners"}});
 }
 
 TEST_F(SmoothCommandTest, PassesOverVerticesWithoutFaces)

@@ -20,13 +20,7 @@ using testing::IsEmpty;
 class AdaptiveSubdivision : public testing::Test
 {
 protected:
-    void Show(const IndexedMesh& mesh)
-    {
-        MANSceneLeaf* pLeaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(pLeaf);
-        pLeaf->SetParent(m_Scene.GetRootGroup());
-        pLeaf->SetSolid(LoadQuietly(m_Elements, mesh));
-    }
+    void Show(const IndexedMesh& mesh) { m_Scene.AppendLeaf(LoadQuietly(m_Elements, mesh)); }
 
     /// Runs without an answer: the dialog is cancelled.
     void Run()

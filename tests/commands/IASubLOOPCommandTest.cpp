@@ -3,6 +3,7 @@
 #include "Failure.h"
 #include "LinksHold.h"
 #include "MANSceneManager.h"
+#include "MeshWalks.h"
 #include "Meshes.h"
 #include <gmock/gmock.h>
 #include <limits>
@@ -31,16 +32,8 @@ protected:
     DSSolid* Show(const IndexedMesh& mesh)
     {
         m_pSolid = LoadQuietly(m_Elements, mesh);
-        AddLeaf(m_pSolid);
+        m_Scene.AppendLeaf(m_pSolid);
         return m_pSolid;
-    }
-
-    void AddLeaf(DSSolid* solid)
-    {
-        MANSceneLeaf* pLeaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(pLeaf);
-        pLeaf->SetParent(m_Scene.GetRootGroup());
-        pLeaf->SetSolid(solid);
     }
 
     void Subdivide()
@@ -67,35 +60,9 @@ protected:
         std::map<int, int> counts;
         for (const DSFace* pFace : m_pSolid->GetFaceList())
         {
-            ++counts[CountCorners(*pFace)];
+            ++counts[static_cast<int>(OuterLoopOf(*pFace).size())];
         }
         return counts;
-    }
-
-    static int CountCorners(const DSFace& face)
-    {
-        int corners = 0;
-        const DSHalfEdge* pStart = face.GetLoopList()[0]->GetHalfEdge();
-        const DSHalfEdge* h = pStart;
-        do
-        {
-            ++corners;
-            h = h->GetNext();
-        } while (h != pStart);
-        return corners;
-    }
-
-    static std::vector<std::uint32_t> CornersOf(const DSFace* face)
-    {
-        std::vector<std::uint32_t> corners;
-        const DSHalfEdge* pStart = face->GetLoopList()[0]->GetHalfEdge();
-        const DSHalfEdge* h = pStart;
-        do
-        {
-            corners.push_back(h->GetVertex()->GetID());
-            h = h->GetNext();
-        } while (h != pStart);
-        return corners;
     }
 
     MANBrepElementManager m_Elements;
@@ -147,10 +114,10 @@ TEST_F(LoopSubdivision, LeavesTheFirstCornerInTheOldFaceAndTheCentreInTheNewest)
 
     const auto& faces = pSolid->GetFaceList();
     // The snapshot took the vertices 3 to 5; 6, 7, 8 are the middles of 0-1, 1-2 and 2-0.
-    EXPECT_THAT(CornersOf(faces[0]), ElementsAre(8, 0, 6));
-    EXPECT_THAT(CornersOf(faces[1]), ElementsAre(6, 1, 7));
-    EXPECT_THAT(CornersOf(faces[2]), ElementsAre(7, 2, 8));
-    EXPECT_THAT(CornersOf(faces[3]), ElementsAre(8, 6, 7));
+    EXPECT_THAT(CornerIDsOf(*faces[0]), ElementsAre(8, 0, 6));
+    EXPECT_THAT(CornerIDsOf(*faces[1]), ElementsAre(6, 1, 7));
+    EXPECT_THAT(CornerIDsOf(*faces[2]), ElementsAre(7, 2, 8));
+    EXPECT_THAT(CornerIDsOf(*faces[3]), ElementsAre(8, 6, 7));
     EXPECT_NE(faces[0]->GetMaterial(), nullptr);
     EXPECT_EQ(faces[3]->GetMaterial(), nullptr);
 }
@@ -290,7 +257,7 @@ TEST_F(LoopSubdivision, DoesNothingWithoutASolid)
     ConsoleCapture console;
     const MessageCapture messages;
     Subdivide();
-    AddLeaf(nullptr);
+    m_Scene.AppendLeaf(nullptr);
     Subdivide();
 
     EXPECT_TRUE(m_Elements.GetSolidArray().empty());

@@ -44,10 +44,7 @@ protected:
     DSSolid* Show(const IndexedMesh& mesh)
     {
         DSSolid* solid = LoadQuietly(m_Elements, mesh);
-        MANSceneLeaf* leaf = m_Scene.NewLeaf();
-        m_Scene.GetRootGroup()->AddChild(leaf);
-        leaf->SetParent(m_Scene.GetRootGroup());
-        leaf->SetSolid(solid);
+        m_Scene.AppendLeaf(solid);
         m_Command.SetSceneManager(&m_Scene);
         return solid;
     }

@@ -37,10 +37,7 @@ Outcome Run(const IndexedMesh& mesh,
     MANBrepElementManager elements;
     MANSceneManager scene;
     LoadQuietly(elements, QuadCube());
-    MANSceneLeaf* pLeaf = scene.NewLeaf();
-    scene.GetRootGroup()->AddChild(pLeaf);
-    pLeaf->SetParent(scene.GetRootGroup());
-    pLeaf->SetSolid(LoadQuietly(elements, mesh));
+    const MANSceneLeaf* pLeaf = scene.AppendLeaf(LoadQuietly(elements, mesh));
 
     Outcome outcome;
     const AssertionCapture assertions;

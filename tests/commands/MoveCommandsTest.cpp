@@ -1,11 +1,11 @@
 #include "ACTEuler.h"
 #include "Capture.h"
-#include "Failure.h"
 #include "IAMoveFaceCommand.h"
 #include "IAMoveSolidCommand.h"
 #include "IAMoveVertexCommand.h"
 #include "MANBrepElementManager.h"
 #include "Meshes.h"
+#include "Refusal.h"
 #include "Vectors.h"
 #include <gmock/gmock.h>
 #include <limits>
@@ -65,15 +65,21 @@ protected:
     /// Why a run does not take place.
     static std::string GetRefusal(IAMoveCommand& command, double distance)
     {
-        try
-        {
-            Run(command, distance);
-        }
-        catch (const Failure& failure)
-        {
-            return failure.GetMessage();
-        }
-        return "";
+        return tessarine::GetRefusal([&] { Run(command, distance); });
+    }
+
+    /// Selects an element of a triangle, prepares a command and deletes the element: neither a run nor another start
+    /// is possible.
+    template <class TCommand, class TDelete>
+    void ExpectAssertionsWithout(std::uint32_t type, std::uint32_t id, TDelete deleteIt)
+    {
+        DSSolid* solid = Load(SingleTriangle());
+        Select(type, {id});
+        TCommand command;
+        Prepare(command, kAlongX);
+        deleteIt(*solid);
+        EXPECT_THROW(Run(command, 1), AssertionFailure);
+        EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
     }
 
     AssertionCapture m_Assertions;
@@ -348,35 +354,22 @@ TEST_F(MoveCommands, AssertThatWhatIsSelectedIsStillThere)
 
 TEST_F(MoveVertices, AssertThatNoneWasDeleted)
 {
-    Load(SingleTriangle());
-    Select(SelectType::Vertices, {2});
-    IAMoveVertexCommand command;
-    Prepare(command, kAlongX);
-    m_Elements.DeleteVertex(m_Elements.GetVertex(2));
-    EXPECT_THROW(Run(command, 1), AssertionFailure);
-    EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+    ExpectAssertionsWithout<IAMoveVertexCommand>(SelectType::Vertices, 2,
+                                                 [this](DSSolid& /*solid*/)
+                                                 { m_Elements.DeleteVertex(m_Elements.GetVertex(2)); });
 }
 
 TEST_F(MoveFaces, AssertThatNoneWasDeleted)
 {
-    DSSolid* solid = Load(SingleTriangle());
-    Select(SelectType::Faces, {0xC0000000});
-    IAMoveFaceCommand command;
-    Prepare(command, kAlongX);
-    m_Elements.DeleteFace(solid->GetFaceList()[0]);
-    EXPECT_THROW(Run(command, 1), AssertionFailure);
-    EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+    ExpectAssertionsWithout<IAMoveFaceCommand>(SelectType::Faces, 0xC0000000,
+                                               [this](const DSSolid& solid)
+                                               { m_Elements.DeleteFace(solid.GetFaceList()[0]); });
 }
 
 TEST_F(MoveSolids, AssertThatNoneWasDeleted)
 {
-    DSSolid* solid = Load(SingleTriangle());
-    Select(SelectType::Solids, {0xE0000000});
-    IAMoveSolidCommand command;
-    Prepare(command, kAlongX);
-    m_Elements.DeleteSolid(solid);
-    EXPECT_THROW(Run(command, 1), AssertionFailure);
-    EXPECT_THROW(Prepare(command, kAlongX), AssertionFailure);
+    ExpectAssertionsWithout<IAMoveSolidCommand>(SelectType::Solids, 0xE0000000,
+                                                [this](DSSolid& solid) { m_Elements.DeleteSolid(&solid); });
 }
 
 TEST_F(MoveCommands, AssertOnUndoThatTheSelectionHasAsManyVerticesAsBefore)

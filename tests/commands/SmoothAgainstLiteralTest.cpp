@@ -34,12 +34,10 @@ struct TakenModel
 std::vector<int> PlacesOfFace(const DSSolid& solid, const DSFace& face)
 {
     std::vector<int> places;
-    const DSHalfEdge* h = face.GetLoopList()[0]->GetHalfEdge();
-    do
+    for (const std::uint32_t id : CornerIDsOf(face))
     {
-        places.push_back(static_cast<int>(h->GetVertex()->GetID() - solid.GetVertexList()[0]->GetID()));
-        h = h->GetNext();
-    } while (h != face.GetLoopList()[0]->GetHalfEdge());
+        places.push_back(static_cast<int>(id - solid.GetVertexList()[0]->GetID()));
+    }
     return places;
 }
 

@@ -165,10 +165,7 @@ TEST(SwapEdgesOfOptimisation, TakeTheEdgesInTheirOrder)
     MANSceneManager scene;
     DSSolid* solid = LoadQuietly(elements, FlatQuad(0.5));
     solid->CalcNormals();
-    MANSceneLeaf* leaf = scene.NewLeaf();
-    scene.GetRootGroup()->AddChild(leaf);
-    leaf->SetParent(scene.GetRootGroup());
-    leaf->SetSolid(solid);
+    scene.AppendLeaf(solid);
     const std::uint32_t longDiagonal = elements.FindEdge(0, 1)->GetID();
     IARefineMeshCommand command;
     command.SetElementManager(&elements);

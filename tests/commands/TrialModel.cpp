@@ -33,10 +33,7 @@ TrialModel::TrialModel(const IndexedMesh& mesh, bool isSecond)
     const AssertionCapture assertions;
     const ConsoleCapture console;
     m_pSolid->CalcNormals();
-    MANSceneLeaf* leaf = m_Scene.NewLeaf();
-    m_Scene.GetRootGroup()->AddChild(leaf);
-    leaf->SetParent(m_Scene.GetRootGroup());
-    leaf->SetSolid(m_pSolid);
+    m_Scene.AppendLeaf(m_pSolid);
 }
 
 void TrialModel::Subdivide()

@@ -230,22 +230,7 @@ TEST_F(TwoStep, ReportsAMissingCloudAsAnAssertion)
 TEST_F(TwoStep, RefusesAllButClosedModelsOfTriangles)
 {
     EXPECT_THAT(RefusalOfRun(), HasSubstr("there is no model"));
-    const std::pair<IndexedMesh, const char*> models[] = {
-        {QuadCube(), "triangles only"},
-        {Grid(2), "a closed model only"},
-        {ThreeTrianglesOnOneEdge(), "a closed model only"},
-    };
-    for (const auto& [mesh, reason] : models)
-    {
-        FitStage stage;
-        stage.Load(mesh);
-        stage.WriteCloud(kBunnyCloud, SphereCloud(100, 1));
-        IAReconstructionSmoothTwoStepCommand command;
-        stage.Equip(command);
-        const std::string before = DumpRecords(stage.GetElements());
-        EXPECT_THAT(GetRefusal([&command] { command.Execute(); }), HasSubstr(reason));
-        EXPECT_EQ(DumpRecords(stage.GetElements()), before);
-    }
+    ExpectRefusals<IAReconstructionSmoothTwoStepCommand>(kBunnyCloud, AllButClosedTriangles());
 }
 
 TEST_F(TwoStep, LeavesVerticesWithoutFaces)

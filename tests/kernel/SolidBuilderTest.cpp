@@ -1,5 +1,6 @@
 #include "Capture.h"
 #include "LinksHold.h"
+#include "MeshWalks.h"
 #include "Meshes.h"
 #include <gtest/gtest.h>
 #include <stdexcept>
@@ -33,18 +34,6 @@ protected:
 };
 
 /// The ids of the start vertices around the first loop.
-std::vector<std::uint32_t> CornersOf(const DSFace* face)
-{
-    std::vector<std::uint32_t> corners;
-    const DSHalfEdge* const pStart = face->GetLoopList()[0]->GetHalfEdge();
-    const DSHalfEdge* pHalfEdge = pStart;
-    do
-    {
-        corners.push_back(pHalfEdge->GetVertex()->GetID());
-        pHalfEdge = pHalfEdge->GetNext();
-    } while (pHalfEdge != pStart);
-    return corners;
-}
 }
 
 TEST_F(Building, GivesTwoTrianglesOnOneEdgeFiveEdges)
@@ -67,7 +56,7 @@ TEST_F(Building, GivesTwoTrianglesOnOneEdgeFiveEdges)
 TEST_F(Building, KeepsTheOrderOfTheFile)
 {
     DSSolid* pSolid = Build(QuadCube());
-    EXPECT_EQ(CornersOf(pSolid->GetFaceList()[0]), (std::vector<std::uint32_t>{0, 2, 3, 1}));
+    EXPECT_EQ(CornerIDsOf(*pSolid->GetFaceList()[0]), (std::vector<std::uint32_t>{0, 2, 3, 1}));
     EXPECT_EQ(pSolid->GetFaceList()[5]->GetID(), 0xC0000005U);
     EXPECT_EQ(pSolid->GetVertexList()[3]->GetPosition().y, 1.0);
     // The edges come in the order of their first half-edges: 1-3, 3-4, 4-2, 2-1, 5-6, ...
@@ -77,10 +66,10 @@ TEST_F(Building, KeepsTheOrderOfTheFile)
 
 TEST_F(Building, ReversedKeepsTheFirstCornerAndTurnsTheOthersRound)
 {
-    EXPECT_EQ(CornersOf(Build(SingleTriangle(), true)->GetFaceList()[0]),
+    EXPECT_EQ(CornerIDsOf(*Build(SingleTriangle(), true)->GetFaceList()[0]),
               (std::vector<std::uint32_t>{0, 2, 1}));
     DSSolid* pCube = Build(QuadCube(), true);
-    EXPECT_EQ(CornersOf(pCube->GetFaceList()[0]), (std::vector<std::uint32_t>{3, 4, 6, 5}));
+    EXPECT_EQ(CornerIDsOf(*pCube->GetFaceList()[0]), (std::vector<std::uint32_t>{3, 4, 6, 5}));
     EXPECT_TRUE(LinksHold(*pCube));
 }
 

@@ -1,5 +1,6 @@
 #include "SolidNormalization.h"
 #include "Failure.h"
+#include "MeshWalks.h"
 #include "Meshes.h"
 #include "Vectors.h"
 #include <gtest/gtest.h>
@@ -17,16 +18,6 @@ protected:
         IndexedMesh mesh;
         mesh.positions = std::move(positions);
         return *LoadQuietly(m_Elements, mesh);
-    }
-
-    static PositionList PositionsOf(const DSSolid& solid)
-    {
-        PositionList positions;
-        for (const DSVertex* vertex : solid.GetVertexList())
-        {
-            positions.push_back(vertex->GetPosition());
-        }
-        return positions;
     }
 
     MANBrepElementManager m_Elements;

@@ -1,5 +1,6 @@
 #include "LiteralConnection.h"
 #include "ACTEuler.h"
+#include "MeshWalks.h"
 #include <algorithm>
 #include <cmath>
 
@@ -12,31 +13,6 @@ double CostLiterally(const smVec3d& a, const smVec3d& b, const smVec3d& c)
     const double area = (a - b).Cross(b - c).Length();
     const double longest = std::max(std::max((b - c).Length(), (a - c).Length()), (a - b).Length());
     return 0.01 * longest * longest / area + 1.0 * ((a - c).Length() + (b - c).Length());
-}
-
-std::vector<DSHalfEdge*> CornersOfLoop(const DSFace& face)
-{
-    std::vector<DSHalfEdge*> corners;
-    DSHalfEdge* const start = face.GetLoopList()[0]->GetHalfEdge();
-    DSHalfEdge* h = start;
-    do
-    {
-        corners.push_back(h);
-        h = h->GetNext();
-    } while (h != start);
-    return corners;
-}
-
-std::vector<DSFace*> RingAround(const DSVertex& vertex)
-{
-    std::vector<DSFace*> ring;
-    DSHalfEdge* h = vertex.GetHalfEdge();
-    do
-    {
-        ring.push_back(h->GetLoop()->GetFace());
-        h = h->GetTwin()->GetNext();
-    } while (h != vertex.GetHalfEdge());
-    return ring;
 }
 
 /// The part of a way along a plane, at right angles to a line in it.
@@ -133,7 +109,7 @@ void LiteralConnection::BuildSeed(std::int32_t a, std::int32_t b, std::int32_t c
     m_FootVertex[static_cast<std::size_t>(c)] = static_cast<std::int32_t>(vc);
     m_Console +=
         "Set vIndex: (" + std::to_string(a) + "," + std::to_string(b) + "," + std::to_string(c) + ")\n";
-    for (const DSHalfEdge* h : CornersOfLoop(*m_Elements.GetFace(seed)))
+    for (const DSHalfEdge* h : OuterLoopOf(*m_Elements.GetFace(seed)))
     {
         m_FrontEdges.push_back(h->GetEdge());
     }
@@ -201,9 +177,9 @@ void LiteralConnection::BuildCandidates(const DSHalfEdge& open)
     std::vector<DSFace*> faces = m_NearFaces;
     for (const DSFace* near : m_NearFaces)
     {
-        for (const DSHalfEdge* corner : CornersOfLoop(*near))
+        for (const DSHalfEdge* corner : OuterLoopOf(*near))
         {
-            for (DSFace* face : RingAround(*corner->GetVertex()))
+            for (DSFace* face : FacesAround(*corner->GetVertex()))
             {
                 if (std::find(faces.begin(), faces.end(), face) == faces.end())
                 {
@@ -327,7 +303,7 @@ void LiteralConnection::CalcNormals()
     for (DSVertex* vertex : solid->GetVertexList())
     {
         smVec3d sum;
-        for (const DSFace* face : RingAround(*vertex))
+        for (const DSFace* face : FacesAround(*vertex))
         {
             sum += face->GetNormal();
         }

@@ -1,9 +1,9 @@
 #include "LiteralSmooth.h"
 #include "CollectPatch.h"
-#include "DSBrep.h"
 #include "LimitEvaluation.h"
 #include "LiteralFit.h"
 #include "LiteralMatrix.h"
+#include "MeshWalks.h"
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -38,16 +38,6 @@ std::vector<int> RingOf(const DSSolid& solid, int vertex)
     TurnAround(*solid.GetVertexList()[static_cast<std::size_t>(vertex)], [&ring](const DSHalfEdge* h)
                { ring.push_back(static_cast<int>(h->GetTwin()->GetVertex()->GetID())); });
     return ring;
-}
-
-std::vector<smVec3d> PositionsOfSolid(const DSSolid& solid)
-{
-    std::vector<smVec3d> positions;
-    for (const DSVertex* vertex : solid.GetVertexList())
-    {
-        positions.push_back(vertex->GetPosition());
-    }
-    return positions;
 }
 
 /// The earliest of equal ones: good for clouds in general position.
@@ -219,7 +209,7 @@ LiteralDual BuildDualLiterally(DSSolid& solid, const std::vector<smVec3d>& cloud
 LiteralSmoothFit FitVerticesLiterally(const DSSolid& solid, const std::vector<smVec3d>& cloud)
 {
     LiteralSmoothFit fit;
-    fit.positions = PositionsOfSolid(solid);
+    fit.positions = PositionsOf(solid);
     const std::size_t n = fit.positions.size();
     for (int round = 0; round < 2; ++round)
     {
@@ -249,7 +239,7 @@ LiteralSmoothFit FitLimitSurfaceLiterally(DSSolid& solid, const std::vector<smVe
                                           const EigenTable& table)
 {
     LiteralSmoothFit fit;
-    fit.positions = PositionsOfSolid(solid);
+    fit.positions = PositionsOf(solid);
     const int n = static_cast<int>(fit.positions.size());
     for (int round = 0; round < 4; ++round)
     {

@@ -133,4 +133,20 @@ IndexedMesh TriangleSoup(int vertices, int faces, unsigned seed)
     }
     return Shaken(mesh, seed);
 }
+
+std::vector<smVec3d> SphereCloud(std::size_t count, unsigned seed)
+{
+    std::vector<smVec3d> points{{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
+    std::mt19937 random(seed);
+    const auto draw = [&random] { return static_cast<double>(random()) / 2147483648.0 - 1.0; };
+    while (points.size() < count)
+    {
+        const smVec3d p(draw(), draw(), draw());
+        if (p.Length() < 1.0 && p.Length() > 0.1)
+        {
+            points.push_back(p / p.Length());
+        }
+    }
+    return points;
+}
 }

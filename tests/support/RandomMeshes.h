@@ -26,4 +26,7 @@ IndexedMesh Soup(int vertices, int faces, unsigned seed);
 
 /// Triangles of three vertices each, drawn at random from a few.
 IndexedMesh TriangleSoup(int vertices, int faces, unsigned seed);
+
+/// Points on the unit sphere, and the ends of the axes, so that the cube leaves them where they are.
+std::vector<smVec3d> SphereCloud(std::size_t count, unsigned seed);
 }

@@ -39,11 +39,7 @@ protected:
     {
         IAController& controller = m_Bench.GetController();
         DSSolid* solid = LoadQuietly(controller.GetElementManager(), mesh);
-        MANSceneManager& scene = controller.GetSceneManager();
-        MANSceneLeaf* leaf = scene.NewLeaf();
-        scene.GetRootGroup()->AddChild(leaf);
-        leaf->SetParent(scene.GetRootGroup());
-        leaf->SetSolid(solid);
+        controller.GetSceneManager().AppendLeaf(solid);
         return solid;
     }
 

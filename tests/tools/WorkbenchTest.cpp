@@ -21,10 +21,7 @@ std::vector<std::string> RecordingPlatform::GetTexts() const
 DSSolid* WorkbenchTest::Show(const IndexedMesh& mesh)
 {
     DSSolid* solid = LoadQuietly(GetElements(), mesh);
-    MANSceneLeaf* leaf = GetScene().NewLeaf();
-    leaf->SetSolid(solid);
-    leaf->SetParent(GetScene().GetRootGroup());
-    GetScene().GetRootGroup()->AddChild(leaf);
+    GetScene().AppendLeaf(solid);
     return solid;
 }
 

@@ -11,11 +11,7 @@ ViewTest::ViewTest()
 
 MANSceneLeaf* ViewTest::Show(DSSolid* solid)
 {
-    MANSceneLeaf* leaf = m_Scene.NewLeaf();
-    leaf->SetSolid(solid);
-    leaf->SetParent(m_Scene.GetRootGroup());
-    m_Scene.GetRootGroup()->AddChild(leaf);
-    return leaf;
+    return m_Scene.AppendLeaf(solid);
 }
 
 std::vector<std::string> ViewTest::DrawCounters()

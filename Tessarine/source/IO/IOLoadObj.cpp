@@ -1,5 +1,4 @@
 #include "IOLoadObj.h"
-#include "Assert.h"
 #include "Console.h"
 #include "ErrorLine.h"
 #include "Failure.h"
@@ -286,15 +285,10 @@ void IOLoadObj::EnterScene()
 {
     DSSolid* solid = BuildSolid();
     DropArrays();
-    MANSceneLeaf* leaf = m_pSceneManager->NewLeaf();
-    leaf->SetSolid(solid);
     ReportTopology(*solid);
     solid->CalcNormals();
     Unitize(*solid);
-    MANSceneGroup* root = m_pSceneManager->GetRootGroup();
-    ASSERT(root != nullptr);
-    root->AddChild(leaf);
-    leaf->SetParent(root);
+    m_pSceneManager->AppendLeaf(solid);
 }
 
 DSSolid* IOLoadObj::BuildSolid()

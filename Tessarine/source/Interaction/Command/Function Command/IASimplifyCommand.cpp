@@ -211,13 +211,8 @@ void IASimplifyCommand::ShowSimplifiedSolid()
     DSSolid* pSolid = m_pElementManager->BuildSolid(vList, fv, fn, false);
     pSolid->CalcNormals();
 
-    MANSceneGroup* pRoot = m_pSceneManager->GetRootGroup();
-    MANSceneLeaf* pLeaf = m_pSceneManager->NewLeaf();
-    pLeaf->SetSolid(pSolid);
-    pLeaf->SetParent(pRoot);
-    pRoot->AddChild(pLeaf);
-    DSSolid* pInput = m_pSceneManager->GetCurrentSolid();
-    pRoot->GetChildren().front()->SetVisible(false);
-    pInput->SetVisible(false);
+    m_pSceneManager->AppendLeaf(pSolid);
+    m_pSceneManager->GetRootGroup()->GetChildren().front()->SetVisible(false);
+    m_pSceneManager->GetCurrentSolid()->SetVisible(false);
 }
 }
