@@ -203,7 +203,7 @@ TEST_F(FootSearchTest, AssertsFewerThanTwentyCorners)
 {
     EXPECT_TRUE(FootSearch(Load(Prism(19)), kHierarchicalFeet).Find({0.1, 0.0, 2.0}).has_value());
     const AssertionCapture assertions;
-    EXPECT_THROW(FootSearch(Load(Prism(20)), kHierarchicalFeet).Find({0.1, 0.0, 2.0}), AssertionFailure);
+    EXPECT_THROW(FootSearch(Load(Prism(20)), kHierarchicalFeet).Find({0.1, 0.0, 2.0}), Failure);
 }
 
 TEST_F(FootSearchTest, HasNoCandidatesAroundAVertexWithoutFaces)

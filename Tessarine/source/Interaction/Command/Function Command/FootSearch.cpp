@@ -1,6 +1,7 @@
 #include "FootSearch.h"
 #include "Console.h"
 #include "DSBrep.h"
+#include "Failure.h"
 #include "LookAhead.h"
 #include "Platform.h"
 #include "SpaceOrder.h"
@@ -207,7 +208,13 @@ bool FootSearch::ContainsInFan(const FaceShape& shape, const smVec3d& foot, Tria
 
 void FootSearch::CheckCorners(const FaceShape& shape)
 {
-    ASSERT(shape.nCorners < kTooManyCorners);
+    ASSERT_VALUE(shape.nCorners < kTooManyCorners); // told below what to do
+    if (shape.nCorners >= kTooManyCorners)
+    {
+        throw Failure(
+            "a face of the model has " + std::to_string(shape.nCorners) +
+            " corners, and a fit takes up to 19: cut it into smaller ones in the file, and import again");
+    }
     ASSERT(shape.nCorners == 3 || m_Variant.polygons != PolygonRule::Assert);
     if (shape.nCorners != 3 && m_Variant.polygons == PolygonRule::Message && !m_bComplained)
     {

@@ -60,7 +60,8 @@ struct Foot
 ///
 /// Needs   Vertices whose own half-edge leads round a closed fan, or that have none (asserted).
 /// Says    "Adjacent Face size: " and the number of candidates for each point.
-/// Fails   As NearestPoints. A face of 20 corners or more among the candidates is an assertion.
+/// Fails   As NearestPoints. A face of 20 corners or more among the candidates is a reported assertion, and a
+///         Failure that says what to do.
 /// Cost    The start is linear in the solid. A point costs a query of the tree and its candidates.
 class FootSearch
 {
