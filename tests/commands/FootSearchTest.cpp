@@ -2,7 +2,6 @@
 #include "Capture.h"
 #include "MeshWalks.h"
 #include "Meshes.h"
-#include "Refusal.h"
 #include "Vectors.h"
 #include <cmath>
 #include <gmock/gmock.h>

@@ -3,7 +3,6 @@
 #include "LiteralLimit.h"
 #include "LoopEigenAnalysis.h"
 #include "PatchStage.h"
-#include "Refusal.h"
 #include "Vectors.h"
 #include <cmath>
 #include <gmock/gmock.h>
