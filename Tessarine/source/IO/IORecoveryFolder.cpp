@@ -53,6 +53,7 @@ std::vector<fs::path> ListEntries(const fs::path& folder)
     std::vector<std::string> names;
     ListFolder(folder, names);
     std::vector<fs::path> entries;
+    entries.reserve(names.size());
     for (const std::string& name : names)
     {
         entries.push_back(folder / name);
