@@ -49,15 +49,13 @@ public:
     FolderListing(const std::string& folder, const struct stat& status)
         : m_nListed(std::time(nullptr)), m_Status(status)
     {
-        std::error_code error;
-        fs::directory_iterator entry(folder, error);
-        for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+        std::vector<std::string> names;
+        m_bWhole = ListFolder(folder, names);
+        for (std::string& name : names)
         {
-            std::string name = entry->path().filename().string();
             std::string folded = Fold(name);
             m_Names.emplace(std::move(folded), std::move(name));
         }
-        m_bWhole = !error;
     }
 
     /// Whether it serves as long as the folder has the same time of change. Soon after a change the next one

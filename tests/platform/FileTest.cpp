@@ -19,6 +19,7 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
 
 template <class TAction>
 std::string FaultOf(TAction action)
@@ -424,6 +425,39 @@ TEST(ReplacingFile, WritesTwoFilesOfOneFolderAtOnce)
     second.Commit();
     first.Commit();
     EXPECT_EQ(ReadFile(folder / "first") + ReadFile(folder / "second"), "12");
+}
+
+TEST(ListFolder, NamesWhatIsThere)
+{
+    const TemporaryFolder folder;
+    folder.Write("a", "");
+    folder.Write("b/c", "");
+    folder.Write(".hidden", "");
+    std::vector<std::string> names;
+    EXPECT_TRUE(ListFolder(folder.GetPath(), names));
+    EXPECT_THAT(names, UnorderedElementsAre("a", "b", ".hidden"));
+    EXPECT_FALSE(ListFolder(folder / "missing", names));
+    EXPECT_FALSE(ListFolder(folder / "a", names));
+}
+
+TEST(RemoveTree, TakesAllThatIsInAFolderAndFollowsNoLink)
+{
+    const TemporaryFolder folder;
+    folder.Write("kept/file", "bytes");
+    folder.Write("gone/deep/file", "bytes");
+    fs::create_directory_symlink(folder / "kept", folder / "gone/link");
+    RemoveTree(folder / "gone");
+    EXPECT_THAT(folder.List(), ElementsAre("kept"));
+    EXPECT_EQ(folder.Read("kept/file"), "bytes");
+    RemoveTree(folder / "missing");
+}
+
+TEST(FlushToDisk, TakesFilesAndFoldersThatAreThere)
+{
+    const TemporaryFolder folder;
+    FlushToDisk(folder.Write("file", "bytes"));
+    FlushToDisk(folder.GetPath());
+    EXPECT_THAT(FaultOf([&] { FlushToDisk(folder / "missing"); }), EndsWith("missing: no such file"));
 }
 
 TEST(CurrentFolder, IsRestoredByItsGuard)
