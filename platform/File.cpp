@@ -415,14 +415,23 @@ void ReplacingFile::WritePending()
     m_Pending.clear();
 }
 
-void ReplacingFile::Commit()
+void ReplacingFile::Finish()
 {
+    if (m_nDescriptor < 0)
+    {
+        return;
+    }
     WritePending();
     // Interrupted or not, the descriptor is closed and must not be closed again.
     if (::close(std::exchange(m_nDescriptor, -1)) != 0 && errno != EINTR)
     {
         Refuse("write", m_Name, ReasonOf(errno));
     }
+}
+
+void ReplacingFile::Commit()
+{
+    Finish();
     if (std::rename(m_Temporary.c_str(), m_Target.c_str()) != 0)
     {
         Refuse("write", m_Name, ReasonOf(errno));

@@ -53,8 +53,12 @@ public:
     /// Buffered. Throws FileError.
     void Write(std::string_view bytes);
 
-    /// Hands the system what is pending, and renames when it has taken all of it. Throws FileError. It does
-    /// not wait for the disk: a loss of power soon after can lose the new file.
+    /// Hands the system what is pending, behind which nothing can be written: what the disk has no room for has
+    /// failed then. For files that are to take their names together. Throws FileError.
+    void Finish();
+
+    /// Finishes the file, and renames it. Throws FileError. It does not wait for the disk: a loss of power soon
+    /// after can lose the new file.
     void Commit();
 
 private:

@@ -1,10 +1,10 @@
 #include "File.h"
+#include "FileSizeLimit.h"
 #include "TemporaryFolder.h"
 #include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -67,22 +67,6 @@ private:
     uid_t m_nBefore = ::geteuid();
 };
 
-/// Lets no file grow beyond `bytes`: what a full disk looks like.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_Before);
-        rlimit lower = m_Before;
-        lower.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &lower);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_Before); }
-
-private:
-    rlimit m_Before = {};
-};
 }
 
 TEST(ReadFile, GivesEveryByteOfAFile)

@@ -218,6 +218,10 @@ bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std
     {
         TellEndedMove(operation);
     }
+    if (effect != Effect::None)
+    {
+        ForgetPicks(); // a frame behind a dialog may have looked at the model in the middle of the operation
+    }
     PreparePicks();
     FinishReports();
     return done;
