@@ -7,7 +7,6 @@
 #include "MANBrepElementManager.h"
 #include "Open3DView.h"
 #include "Platform.h"
-#include "SolidNormalization.h"
 #include "SwapTests.h"
 #include "TriangleSurgery.h"
 #include "Umbrellas.h"
@@ -41,7 +40,7 @@ void RunTimed(TStage stage)
 void IAReconstructionSmoothTwoStepCommand::Execute()
 {
     TakeClosedSolid();
-    NormalizeSolid(*m_pSolid);
+    NormalizeCurrentSolid();
     LoadPoints(kPairedCloudFile);
     m_pView->GetPointCloud() = m_Points;
     m_pView->GetProjectedPoints() = m_Points;
