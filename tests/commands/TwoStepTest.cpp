@@ -1,4 +1,5 @@
 #include "Angles.h"
+#include "FootSearch.h"
 #include "LinksHold.h"
 #include "RandomMeshes.h"
 #include "RecordDump.h"
@@ -459,6 +460,12 @@ TEST_F(TwoStep, PutsNewVerticesBackToTheirFeet)
 {
     RunOnSphere(Sphere(1), 100);
     const std::vector<smVec3d> before = GetPositions();
+    FootSearch search(*m_Solid, kTwoStepFeet);
+    std::vector<std::optional<Foot>> feet;
+    for (const smVec3d& point : m_Cloud)
+    {
+        feet.push_back(search.Find(point));
+    }
     m_Command.Step();
     m_Command.Restore();
     const std::vector<smVec3d> after = GetPositions();
@@ -466,7 +473,13 @@ TEST_F(TwoStep, PutsNewVerticesBackToTheirFeet)
     EXPECT_TRUE(std::equal(before.begin(), before.end(), after.begin()));
     for (std::size_t i = before.size(); i < after.size(); ++i)
     {
-        EXPECT_LT(after[i].Length(), 1.0 - 1e-6) << "on a chord of the sphere";
+        const std::int32_t point = m_Command.GetPairs().FindPoint(m_Solid->GetVertexList()[i]->GetID());
+        ASSERT_GE(point, 0);
+        const std::optional<Foot>& foot = feet[static_cast<std::size_t>(point)];
+        ASSERT_TRUE(foot);
+        EXPECT_EQ(after[i], foot->point);
+        EXPECT_GT((after[i] - m_Cloud[static_cast<std::size_t>(point)]).Length(), 1e-6)
+            << "on a chord of the sphere";
     }
 }
 

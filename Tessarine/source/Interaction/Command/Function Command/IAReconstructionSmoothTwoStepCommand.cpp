@@ -47,7 +47,7 @@ void IAReconstructionSmoothTwoStepCommand::Execute()
     m_Pairs.m_PointOwner.assign(m_Points.size(), PointPairs::kNone);
     VertexMatching(m_pElementManager, *m_pSolid, m_Points, m_Pairs, m_pView->GetProjectedPoints()).Run();
     Update();
-    m_pSolid->CalcNormals();
+    m_pSolid->CalcVertexNormals(); // once more
 }
 
 /// Other commands may have worked on the solid since.
@@ -122,7 +122,7 @@ void IAReconstructionSmoothTwoStepCommand::Step()
     ++m_nStep;
     Update();
     SayWhereNoSphere("After update Self Intersection!");
-    m_pSolid->CalcNormals();
+    m_pSolid->CalcVertexNormals(); // once more
 }
 
 void IAReconstructionSmoothTwoStepCommand::SayWhereNoSphere(const char* text) const
