@@ -21,7 +21,7 @@ using namespace tessarine::bench;
 namespace
 {
 constexpr int kSteps = 3;
-constexpr int kRounds = 9;
+constexpr int kRounds = 5;
 
 /// Message boxes that nobody wants to see.
 class SilentPlatform : public HeadlessPlatform
