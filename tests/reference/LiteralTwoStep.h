@@ -7,6 +7,7 @@
 
 namespace tessarine
 {
+class DSHalfEdge;
 class DSSolid;
 class MANBrepElementManager;
 
