@@ -79,7 +79,7 @@ bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
 bool RunSimplify(BatchRun& run, const Arguments& arguments)
 {
     const double ratio = NumberAt(arguments, 0);
-    return run.Perform(Effect::ChangesModel, [&run, ratio]
+    return run.Perform(Effect::AddsSolids, [&run, ratio]
                        { run.GetWorkbench().GetController().Simplify(static_cast<float>(ratio)); });
 }
 
