@@ -34,7 +34,7 @@ constexpr int kFavourites[] = {
     ResourceID::ImportObj,     ResourceID::ImportObj,      ResourceID::ImportObj,
     ResourceID::SubdivideLoop, ResourceID::SubdivideLoop,  ResourceID::SubdivideAdaptive,
     ResourceID::ExportObj,     ResourceID::LightingDialog, ResourceID::RefineTwoStep,
-    ResourceID::TwoStepFirst,  ResourceID::FileNew,        ResourceID::FileOpen,
+    ResourceID::TwoStepFirst,  ResourceID::SelectSolids,   ResourceID::FileOpen,
     ResourceID::RecentFile1,   ResourceID::SelectTool};
 
 constexpr Qt::Key kKeys[] = {
@@ -66,7 +66,7 @@ void CollectEntries(std::span<const MenuLine> lines, std::vector<int>& ids)
     for (const MenuLine& line : lines)
     {
         CollectEntries(line.items, ids);
-        if (line.id != 0)
+        if (line.id != 0 && line.id != ResourceID::AppExit) // closing the window is a habit of its own
         {
             ids.push_back(line.id);
         }
@@ -99,8 +99,8 @@ QWindow* WindowOf(const QWidget& widget)
 
 const RandomUser::Habit RandomUser::kHabits[] = {
     {28, &RandomUser::MoveOverView},    {8, &RandomUser::PressOnView},
-    {8, &RandomUser::ReleaseOnView},    {6, &RandomUser::ClickOnView},
-    {5, &RandomUser::OpenPopup},        {3, &RandomUser::TurnWheel},
+    {8, &RandomUser::ReleaseOnView},    {8, &RandomUser::ClickOnView},
+    {7, &RandomUser::OpenPopup},        {3, &RandomUser::TurnWheel},
     {4, &RandomUser::TypeOnWindow},     {1, &RandomUser::PostRedraw},
     {8, &RandomUser::ClickButton},      {12, &RandomUser::ChooseEntry},
     {2, &RandomUser::OpenMenu},         {4, &RandomUser::DropFile},
@@ -397,10 +397,14 @@ void RandomUser::ChangeFocus()
     }
 }
 
+/// Seldom, so that much comes together in one run of the program.
 void RandomUser::CloseWindow()
 {
-    Note("close the window");
-    Frame().close();
+    if (m_Choice.Percent(10))
+    {
+        Note("close the window");
+        Frame().close();
+    }
 }
 
 /// What a user does who starts the program again.

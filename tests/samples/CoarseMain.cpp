@@ -1,20 +1,18 @@
 #include "Workspace.h"
-#include <cstdlib>
 #include <exception>
 #include <iostream>
 
-/// coarsesamples FOLDER COARSENESS: the sample workspace with so many times longer edges, and with small pictures.
+/// coarsesamples FOLDER: the sample workspace with small pictures, and with models as coarse as all operations take them.
 int main(int argc, char** argv)
 {
-    if (argc != 3)
+    if (argc != 2)
     {
-        std::cerr << "usage: coarsesamples FOLDER COARSENESS\n";
+        std::cerr << "usage: coarsesamples FOLDER\n";
         return 2;
     }
     try
     {
-        tessarine::WriteWorkspace(
-            argv[1], {.coarseness = std::strtod(argv[2], nullptr), .imageWidth = 80, .imageHeight = 60});
+        tessarine::WriteWorkspace(argv[1], {.coarseness = 1.1, .imageWidth = 80, .imageHeight = 60});
         return 0;
     }
     catch (const std::exception& error)
