@@ -16,7 +16,6 @@
 #include <QScopedValueRollback>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -115,6 +114,9 @@ RandomUser::RandomUser(unsigned seed, std::filesystem::path folder, const std::s
     {
         m_Trace.open(trace);
     }
+    m_Next.setSingleShot(true);
+    m_Next.setInterval(kBetweenEvents);
+    m_Next.callOnTimeout([this] { Tick(); });
 }
 
 CTessarineView& RandomUser::View()
@@ -133,24 +135,19 @@ void RandomUser::DoEvents(int count)
     m_nOuterLevel = QThread::currentThread()->loopLevel() + 1;
     QEventLoop loop;
     m_pLoop = &loop;
-    Arm();
+    m_Next.start();
     loop.exec();
     m_pLoop = nullptr;
-}
-
-void RandomUser::Arm()
-{
-    QTimer::singleShot(kBetweenEvents, &m_Context, [this] { Tick(); });
 }
 
 /// An event that opens a dialog returns when that is closed: the events that close it come from the dialog's own event
 /// loop. While an event is under way otherwise, no other begins.
 void RandomUser::Tick()
 {
+    m_Next.start();
     const int level = QThread::currentThread()->loopLevel();
     if (level <= m_nBusyLevel)
     {
-        Arm();
         return;
     }
     const QScopedValueRollback<int> busy(m_nBusyLevel, level);
@@ -158,7 +155,6 @@ void RandomUser::Tick()
     {
         --m_nLeft;
         ++m_nDone;
-        Arm();
         DoOne();
     }
     else
@@ -171,16 +167,14 @@ void RandomUser::LeaveModal(int level)
 {
     QWidget* const popup = QApplication::activePopupWidget();
     QWidget* const modal = popup != nullptr ? popup : QApplication::activeModalWidget();
-    if (modal == nullptr && level == m_nOuterLevel)
-    {
-        m_pLoop->quit();
-        return;
-    }
-    Arm();
     if (modal != nullptr)
     {
         Note("leave " + Describe(*modal));
         modal->close();
+    }
+    else if (m_pLoop != nullptr && level == m_nOuterLevel)
+    {
+        m_pLoop->quit();
     }
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 #include "CTessarineApp.h"
 #include "RandomChoice.h"
-#include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <filesystem>
 #include <fstream>
@@ -51,7 +51,6 @@ private:
     };
     static const Habit kHabits[];
 
-    void Arm();
     void Tick();
     void LeaveModal(int level);
     void DoOne();
@@ -104,7 +103,7 @@ private:
     RandomChoice m_Choice;
     std::filesystem::path m_Folder;
     std::ofstream m_Trace;
-    QObject m_Context;
+    QTimer m_Next; ///< runs as long as anything handles events
     QEventLoop* m_pLoop = nullptr;
     int m_nOuterLevel = 0; ///< of event loops, where nothing modal is open
     int m_nBusyLevel = 0;  ///< at which an event is being delivered
