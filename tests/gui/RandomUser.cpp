@@ -309,9 +309,14 @@ void RandomUser::ClickButton()
     }
 }
 
+/// What takes seconds is chosen seldom.
 void RandomUser::ChooseEntry()
 {
-    Choose(m_Choice.Of(GetEntries()));
+    const int id = m_Choice.Of(GetEntries());
+    if (id != ResourceID::BuildInitialMesh || m_Choice.Percent(20))
+    {
+        Choose(id);
+    }
 }
 
 /// By the mouse where a menu has it, else as its key or button would.

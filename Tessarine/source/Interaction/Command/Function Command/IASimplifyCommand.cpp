@@ -210,6 +210,8 @@ void IASimplifyCommand::ShowSimplifiedSolid()
     DebugConsole() << "sVertexes: " << sVertexes << '\n';
     DebugConsole() << "fn.Size(): " << fn.size() << '\n';
     DSSolid* pSolid = m_pElementManager->BuildSolid(vList, fv, fn, false);
+    FreeList(vList);
+    FreeList(fv);
     pSolid->CalcNormals();
 
     m_pSceneManager->AppendLeaf(pSolid);

@@ -275,6 +275,16 @@ void IASmoothCommand::ReleaseSystem()
     m_System = {};
 }
 
+void IASmoothCommand::Release()
+{
+    ReleaseSystem();
+    FreeList(m_Points);
+    FreeList(m_PointDone);
+    FreeList(m_DualPointIndex);
+    m_Feet = {};
+    m_EigenTable = {};
+}
+
 void IASmoothCommand::ReadResult()
 {
     ASSERT(m_pSolid != nullptr);
