@@ -1,6 +1,5 @@
-#include "BatchDocument.h"
-#include "Dump.h"
 #include "GuiTest.h"
+#include "WindowDump.h"
 #include "resource.h"
 #include <QAction>
 #include <QApplication>
@@ -89,16 +88,6 @@ protected:
         return Bench().GetController().GetElementManager().GetVertex(vertex)->GetPosition();
     }
     double PixelWay() { return Camera().GetViewVector().Length() / (200.0 * 6.0); }
-
-    std::string DumpWindow()
-    {
-        std::string dump;
-        const IAController& controller = Bench().GetController();
-        WriteDump({controller.GetElementManager(), controller.GetSceneManager(), GLView(),
-                   Bench().GetCommandManager().GetHistorySize(), ToolOnTop()},
-                  [&dump](std::string_view text) { dump += text; });
-        return dump;
-    }
 
     QPoint m_Centre;
 };
@@ -290,7 +279,7 @@ TEST_F(SelectionGuiTest, GivesTheDumpThatTheBatchToolGivesForTheSameEvents)
     ASSERT_TRUE(batch.waitForFinished());
     ASSERT_EQ(batch.exitCode(), 0) << batch.readAllStandardError().toStdString();
 
-    EXPECT_EQ(DumpWindow(), m_Folder.Read("batch.json"));
+    EXPECT_EQ(DumpWindow(Bench()), m_Folder.Read("batch.json"));
     EXPECT_THAT(Selection(), ElementsAre(7U));
     EXPECT_EQ(Hover().size(), 1U);
 }

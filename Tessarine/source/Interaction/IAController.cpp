@@ -272,7 +272,12 @@ void IAController::FitLimitSurface()
 void IAController::RunHierarchical(const std::function<void(IASmoothCommand&)>& run)
 {
     Run<IASmoothCommand>(
-        CommandID::Smooth, [this](IASmoothCommand& command) { HandStores(command); }, run);
+        CommandID::Smooth, [this](IASmoothCommand& command) { HandStores(command); },
+        [&run](IASmoothCommand& command)
+        {
+            run(command);
+            command.Release();
+        });
 }
 
 void IAController::BuildOctree()

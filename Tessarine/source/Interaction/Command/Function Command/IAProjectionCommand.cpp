@@ -2,6 +2,7 @@
 #include "Assert.h"
 #include "Failure.h"
 #include "File.h"
+#include "FreeList.h"
 #include "IAPointCloud.h"
 #include "IODatasetCameras.h"
 #include "IODatasetImages.h"
@@ -65,6 +66,7 @@ void IAProjectionCommand::Execute()
     ASSERT(m_pView != nullptr);
     LoadPoints();
     SampleViews();
+    FreeList(m_Points);
 }
 
 smMatrix44d IAProjectionCommand::MakeView(int elevation, int azimuth)

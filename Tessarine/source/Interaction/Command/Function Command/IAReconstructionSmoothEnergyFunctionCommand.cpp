@@ -3,6 +3,7 @@
 #include "DSBrep.h"
 #include "Failure.h"
 #include "FootSearch.h"
+#include "FreeList.h"
 #include "Open3DView.h"
 #include "Umbrellas.h"
 #include "VertexWalk.h"
@@ -161,10 +162,10 @@ void IAReconstructionSmoothEnergyFunctionCommand::MoveVertices(const std::vector
 /// The history keeps the command.
 void IAReconstructionSmoothEnergyFunctionCommand::Release()
 {
-    m_Points = {};
-    m_FitPoints = {};
-    m_FitFaces = {};
-    m_FitBary = {};
+    FreeList(m_Points);
+    FreeList(m_FitPoints);
+    FreeList(m_FitFaces);
+    FreeList(m_FitBary);
     m_System = {};
     m_VertexRow = {};
 }

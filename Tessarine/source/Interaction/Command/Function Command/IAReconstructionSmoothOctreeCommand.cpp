@@ -1,5 +1,6 @@
 #include "IAReconstructionSmoothOctreeCommand.h"
 #include "Console.h"
+#include "FreeList.h"
 #include "Open3DView.h"
 
 namespace tessarine
@@ -17,7 +18,7 @@ void IAReconstructionSmoothOctreeCommand::Execute()
     m_pView->GetPointCloud() = m_Points;
     BuildOctree();
     m_pView->SetOctree(m_Octree.GetRoot());
-    m_Points = {}; // the history keeps the command
+    FreeList(m_Points); // the history keeps the command
 }
 
 void IAReconstructionSmoothOctreeCommand::BuildOctree()

@@ -4,6 +4,7 @@
 #include "CycleGuard.h"
 #include "ErrorLine.h"
 #include "Failure.h"
+#include "FreeList.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
 #include "PairContraction.h"
@@ -197,8 +198,8 @@ void IASimplifyCommand::NumberRoots(const PairContraction& work, std::vector<std
 /// The history keeps the command, and of its run only the result.
 void IASimplifyCommand::ReleaseInput()
 {
-    m_Vertices = {};
-    m_FaceVertices = {};
+    FreeList(m_Vertices);
+    FreeList(m_FaceVertices);
     m_pFaceNormals.reset();
 }
 
@@ -209,6 +210,8 @@ void IASimplifyCommand::ShowSimplifiedSolid()
     DebugConsole() << "sVertexes: " << sVertexes << '\n';
     DebugConsole() << "fn.Size(): " << fn.size() << '\n';
     DSSolid* pSolid = m_pElementManager->BuildSolid(vList, fv, fn, false);
+    FreeList(vList);
+    FreeList(fv);
     pSolid->CalcNormals();
 
     m_pSceneManager->AppendLeaf(pSolid);

@@ -5,6 +5,7 @@
 #include "FaceCutting.h"
 #include "Failure.h"
 #include "File.h"
+#include "FreeList.h"
 #include "IODatasetText.h"
 #include "IOTextOutput.h"
 #include "LimitSurfaceFit.h"
@@ -274,9 +275,19 @@ void IASmoothCommand::SolveSystem()
 /// The history keeps the command.
 void IASmoothCommand::ReleaseSystem()
 {
-    m_SamplePoints = {};
-    m_TargetPoints = {};
+    FreeList(m_SamplePoints);
+    FreeList(m_TargetPoints);
     m_System = {};
+}
+
+void IASmoothCommand::Release()
+{
+    ReleaseSystem();
+    FreeList(m_Points);
+    FreeList(m_PointDone);
+    FreeList(m_DualPointIndex);
+    m_Feet = {};
+    m_EigenTable = {};
 }
 
 void IASmoothCommand::ReadResult()

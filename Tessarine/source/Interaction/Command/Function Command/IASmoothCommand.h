@@ -102,6 +102,9 @@ public:
     void ConnectNext();
     void SaveEnvironment() const;
 
+    /// Frees what the steps have worked on, for a command that nobody asks any more: the history keeps it.
+    void Release();
+
     /// Where the seconds come from that seed PerturbVertices; the system's clock if not set.
     void SetClock(std::function<std::time_t()> clock) { m_Clock = std::move(clock); }
 
