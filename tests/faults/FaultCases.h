@@ -19,7 +19,8 @@ struct FaultCase
     std::string operation; ///< the one that is made to fail
     int most = 400;        ///< about how many places of a kind and mode are tried; a run costs time
     FaultOutcome outcome = FaultOutcome::Nothing;
-    std::string folder = {}; ///< where it writes; empty where it writes nothing
+    std::string folder = {};  ///< where it writes; empty where it writes nothing
+    bool doesWithout = false; ///< without some of the files that it reads it goes on, and says so
 };
 
 /// Every operation of the batch tool on a small model, some on a larger one, and every event of every tool.

@@ -40,6 +40,12 @@ private:
 };
 }
 
+bool LooksAtFrame(const FaultCase& faultCase)
+{
+    const OperationCall call = ParseScript(faultCase.operation, faultCase.name).front();
+    return LooksAtFrames(*call.pOperation, call.arguments);
+}
+
 FaultStage::FaultStage(const FaultCase& faultCase)
     : m_Run(SmallView()), m_Operation(ParseScript(faultCase.operation, faultCase.name))
 {
@@ -62,11 +68,6 @@ bool FaultStage::Run()
     {
         return false;
     }
-}
-
-bool FaultStage::LooksAtFrame() const
-{
-    return LooksAtFrames(*m_Operation.front().pOperation, m_Operation.front().arguments);
 }
 
 std::string FaultStage::MakeDump() const

@@ -7,6 +7,9 @@
 
 namespace tessarine
 {
+/// Whether a case draws a frame, in which the libraries below GL ask for memory in threads of their own.
+bool LooksAtFrame(const FaultCase& faultCase);
+
 /// A document in the state that a case starts from.
 class FaultStage
 {
@@ -19,9 +22,6 @@ public:
     /// Runs the case's operation.
     /// @return whether it ran to its end; what it throws is a failure
     bool Run();
-
-    /// Whether a frame is drawn, in which the libraries below GL ask for memory in threads of their own.
-    bool LooksAtFrame() const;
 
     /// The whole dump, the stack of tools and the size of the history.
     std::string Describe() const;

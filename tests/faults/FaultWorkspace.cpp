@@ -2,12 +2,17 @@
 #include "EigenTable.h"
 #include "Image.h"
 #include "Meshes.h"
+#include <chrono>
 #include <iterator>
 
 namespace tessarine
 {
 namespace
 {
+/// The time of every file that nobody has written since.
+const std::filesystem::file_time_type kAsMade =
+    std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+
 constexpr char kIdentity[] = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n";
 
 /// An object of radius `radius` in the middle of a square picture, with two markers.
@@ -82,7 +87,7 @@ std::map<std::string, std::string> ReadAllFiles()
         }
         std::string& content = files[entry.path().string()];
         content = std::to_string(entry.file_size()) + " bytes\n";
-        if (entry.file_size() <= kMostBytes)
+        if (entry.last_write_time() != kAsMade && entry.file_size() <= kMostBytes)
         {
             std::ifstream stream(entry.path(), std::ios::binary);
             content.append(std::istreambuf_iterator<char>(stream), {});
@@ -101,6 +106,10 @@ FaultWorkspace::FaultWorkspace()
     WriteClouds();
     WriteSilhouettes();
     WriteSmallData();
+    for (const auto& [name, content] : ReadAllFiles())
+    {
+        std::filesystem::last_write_time(name, kAsMade);
+    }
 }
 
 void FaultWorkspace::WriteModels() const

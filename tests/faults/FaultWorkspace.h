@@ -5,7 +5,8 @@
 
 namespace tessarine
 {
-/// What every file of the current folder and below holds, by name; of a large one only its size.
+/// What every file of the current folder and below holds, by name; of a large one only its size, as of those that are as
+/// the workspace was made.
 std::map<std::string, std::string> ReadAllFiles();
 
 /// A folder with a model, and with data for every operation that reads some. The current one while it lives.
