@@ -2,6 +2,7 @@
 // commands that take over 100 ms, and the memory that is in use behind a command against before. Each command runs on a
 // model of its own in a process of its own.
 #include "Console.h"
+#include "File.h"
 #include "HeadlessPlatform.h"
 #include "IAWorkbench.h"
 #include "Memory.h"
@@ -36,6 +37,12 @@ private:
     std::string m_strReason;
 };
 
+SilentPlatform& GetSilentPlatform()
+{
+    static SilentPlatform platform;
+    return platform;
+}
+
 /// A command as the router runs it, on a model of so many faces.
 struct BoundedCommand
 {
@@ -67,7 +74,6 @@ class LoadedBench
 public:
     explicit LoadedBench(const std::filesystem::path& model)
     {
-        SetPlatform(&m_Platform);
         KeepFreedMemory(); // as the programs do
         m_Platform.AnswerFile(model.string());
         m_Platform.AnswerAreaThreshold(1e-5F);
@@ -83,7 +89,7 @@ public:
     }
 
 private:
-    SilentPlatform m_Platform;
+    SilentPlatform& m_Platform = GetSilentPlatform();
     IAWorkbench m_Bench;
 };
 
@@ -189,6 +195,7 @@ bool JudgeGrowth(const char* name, const std::filesystem::path& model,
 
 int main()
 {
+    SetPlatform(&GetSilentPlatform());
     DebugConsole().SetSink([](std::string_view) {}); // the lines are made, and go nowhere
     const bench::TemporaryFolder folder;
     SetCurrentFolder(folder.GetPath());

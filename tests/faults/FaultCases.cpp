@@ -1,5 +1,6 @@
 #include "FaultCases.h"
 #include "Resources.h"
+#include "resource.h"
 
 namespace tessarine
 {
@@ -88,7 +89,7 @@ std::vector<FaultCase> ListOperations()
         Behind("build-initial-mesh", "show-field", 3),
         Writing("build-initial-mesh", "dump-field out/f.bin", "out", 3),
         Writing(model, "render out/p.png", "out", 10),
-        Writing("", "project-samples", "data1", 2),
+        Writing("", "project-samples", "data1", 1),
         OnTorus("subdivide-loop"),
         OnTorus("subdivide-adaptive 0.001"),
         OnTorus("simplify 0.8"),
@@ -130,6 +131,27 @@ std::vector<FaultCase> ListEvents()
     events.push_back(Event(splat, "right-down 60 60"));
     return events;
 }
+
+/// What an entry of the menus needs, to come to its end.
+std::string SetupOf(int id)
+{
+    const std::string model = kModel;
+    const std::string pick = "mouse-move 50 50 left-down 50 50";
+    if (id >= ResourceID::MoveVertexX && id <= ResourceID::MoveVertexNormal)
+    {
+        return model + "camera 3 3 3 0 0 0 menu 32786 " + pick;
+    }
+    if (id >= ResourceID::MoveFaceX && id <= ResourceID::MoveFaceNormal)
+    {
+        return model + "menu 32788 " + pick;
+    }
+    switch (id)
+    {
+    case ResourceID::ShowOctree: return model + "build-octree";
+    case ResourceID::ShowPointNormals: return model + "refine-hierarchical";
+    default: return model + "refine-two-step two-step-first " + pick;
+    }
+}
 }
 
 const std::vector<FaultCase>& GetFaultCases()
@@ -146,15 +168,14 @@ const std::vector<FaultCase>& GetFaultCases()
 
 std::vector<FaultCase> MakeMenuCases()
 {
-    const std::string setup =
-        std::string(kModel) + "refine-two-step two-step-first mouse-move 50 50 left-down 50 50";
     std::vector<FaultCase> cases;
     for (const MenuEntry& entry : GetMenuEntries())
     {
-        if (entry.handler != MenuHandler::None)
+        // The projection has a case among the operations: it takes a second.
+        if (entry.handler != MenuHandler::None && entry.id != ResourceID::ProjectSamples)
         {
             const std::string operation = "menu " + std::to_string(entry.id);
-            cases.push_back({operation, setup, operation, 16});
+            cases.push_back({operation, SetupOf(entry.id), operation, 16});
         }
     }
     return cases;
