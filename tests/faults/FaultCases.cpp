@@ -148,7 +148,7 @@ std::string SetupOf(int id)
     switch (id)
     {
     case ResourceID::ShowOctree: return model + "build-octree";
-    case ResourceID::ShowPointNormals: return model + "refine-hierarchical";
+    case ResourceID::ShowPointNormals: return model; // no cloud: no point without a normal
     default: return model + "refine-two-step two-step-first " + pick;
     }
 }
