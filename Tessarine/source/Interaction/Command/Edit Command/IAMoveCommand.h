@@ -28,9 +28,7 @@ public:
 
     /// Keeps where the vertices are now, for Undo.
     void SavePositions();
-    /// Whether what is selected is still there, with as many vertices as were kept.
-    bool CanUndo() const;
-    /// Puts the vertices back to where they were kept. CanUndo is asserted.
+    /// Puts the vertices back to where they were kept. Asserts that what is selected has as many vertices as were kept.
     void Undo() override;
 
 protected:
