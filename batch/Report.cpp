@@ -150,6 +150,7 @@ void PutReport(JsonText& json, const BatchDocument& document)
     PutOverlays(json, document);
     PutEntry(json, "history", document.historySize);
     PutEntry(json, "tool", document.toolID);
+    json.BeginLine(0);
     json.EndObject();
     json.Finish();
 }
