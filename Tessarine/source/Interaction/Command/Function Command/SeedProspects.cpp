@@ -9,7 +9,7 @@ namespace
 {
 /// A corner this many times as far as the nearest point makes slivers only: the triangle's double area is at most the
 /// longest side times the distance to the nearest, and the cost at least a hundredth of what they are to each other.
-constexpr double kFarthest = 101.0;
+constexpr double kFarthestCorner = 101.0;
 /// Within this all are taken for nearest, whatever rounding says.
 constexpr double kNearestSlack = 1.0 + 1e-9;
 }
@@ -21,7 +21,7 @@ bool SeedProspects::MayStartAt(const smVec3d& point)
     m_Nearest.Find(point, 2);
     const double distance =
         std::sqrt(m_Nearest.GetSquaredDistances().back()); // the first is the point itself
-    const double reach = std::min(kFarthest * distance, IncrementalConnection::kCostLimit);
+    const double reach = std::min(kFarthestCorner * distance, IncrementalConnection::kCostLimit);
     return distance > 0.0 &&
            m_Places.AnyWithin(point, kNearestSlack * distance,
                               [&](const smVec3d& nearest) { return HasThird(point, nearest, reach); });
