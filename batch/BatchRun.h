@@ -28,6 +28,7 @@ public:
     // For the operations themselves.
 
     IAWorkbench& GetWorkbench() { return m_Workbench; }
+    const IAWorkbench& GetWorkbench() const { return m_Workbench; }
     HeadlessPlatform& GetPlatform() { return m_Platform; }
     BatchDocument GetDocument() const;
 

@@ -129,8 +129,18 @@ void JsonText::Begin(char bracket)
 
 void JsonText::End(char bracket)
 {
+    StartLine(std::exchange(m_nIndent, -1));
     m_strPending += bracket;
     m_bFirst = false;
+}
+
+void JsonText::StartLine(int indent)
+{
+    if (indent >= 0)
+    {
+        m_strPending += '\n';
+        m_strPending.append(static_cast<std::size_t>(indent), ' ');
+    }
 }
 
 void JsonText::Separate(std::string_view separator)
@@ -144,11 +154,7 @@ void JsonText::Separate(std::string_view separator)
     {
         m_strPending += indent < 0 ? separator : ",";
     }
-    if (indent >= 0)
-    {
-        m_strPending += '\n';
-        m_strPending.append(static_cast<std::size_t>(indent), ' ');
-    }
+    StartLine(indent);
 }
 
 void JsonText::Plain(std::string_view text)

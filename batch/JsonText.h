@@ -27,7 +27,7 @@ public:
     void BeginArray() { Begin('['); }
     void EndArray() { End(']'); }
 
-    /// The next value starts a line, indented by this many blanks.
+    /// The next value or closing bracket starts a line, indented by this many blanks.
     void BeginLine(int indent);
 
     /// The name of the next value.
@@ -91,6 +91,7 @@ private:
     void Begin(char bracket);
     void End(char bracket);
     void Separate(std::string_view separator);
+    void StartLine(int indent);
     void Plain(std::string_view text);
     void PutInteger(long long value);
     void PutUnsigned(unsigned long long value);

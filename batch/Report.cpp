@@ -1,154 +1,166 @@
 #include "Report.h"
 #include "BatchDocument.h"
+#include "JsonText.h"
 #include "MANBrepElementManager.h"
 #include "MANSceneManager.h"
 #include "Open3DView.h"
 #include "SolidCounts.h"
-#include <charconv>
-#include <cmath>
-#include <nlohmann/json.hpp>
+#include <algorithm>
 
 namespace tessarine
 {
 namespace
 {
-using Json = nlohmann::ordered_json;
+constexpr int kEntryIndent = 2;
+constexpr int kNodeIndent = 4;
 
-Json NumberOf(double value)
+void PutPoint(JsonText& json, std::string_view name, const smVec3d& point)
 {
-    if (std::isfinite(value))
-    {
-        return value;
-    }
-    return std::isnan(value) ? "nan" : value > 0 ? "inf" : "-inf";
+    json.Field(name, std::array<double, 3>{point[0], point[1], point[2]});
 }
 
-/// A double that prints as the float does.
-Json NumberOf(float value)
+/// Their number, and the first of them.
+void PutIds(JsonText& json, const std::vector<std::uint32_t>& ids)
 {
-    if (!std::isfinite(value))
-    {
-        return NumberOf(static_cast<double>(value));
-    }
-    char digits[32];
-    const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    double asPrinted = 0.0;
-    std::from_chars(digits, end, asPrinted);
-    return asPrinted;
+    const auto told = static_cast<std::ptrdiff_t>(std::min(ids.size(), kMostIdsInReport));
+    json.Field("count", ids.size());
+    json.Field("ids", std::vector<std::uint32_t>(ids.begin(), ids.begin() + told));
 }
 
-Json PointOf(const smVec3d& point)
-{
-    return {NumberOf(point[0]), NumberOf(point[1]), NumberOf(point[2])};
-}
-
-Json IdsOf(const std::vector<std::uint32_t>& ids)
-{
-    const std::vector<std::uint32_t> told(ids.begin(), ids.begin() + std::min(ids.size(), kMostIdsInReport));
-    return {{"count", ids.size()}, {"ids", told}};
-}
-
-void AddSolid(Json& node, const DSSolid& solid, const MANBrepElementManager& elements)
+void PutSolid(JsonText& json, const DSSolid& solid, const MANBrepElementManager& elements)
 {
     const SolidCounts counts = CountSolid(solid, elements);
-    node["solidVisible"] = solid.IsVisible();
-    node["vertices"] = counts.vertices;
-    node["faces"] = counts.faces;
-    node["edges"] = counts.edges;
-    node["boundaryEdges"] = counts.boundaryEdges;
-    node["edgesOfMoreThanTwoFaces"] = counts.crowdedEdges;
-    node["pieces"] = counts.pieces;
-    node["isolatedVertices"] = counts.isolatedVertices;
-    node["eulerNumber"] = counts.eulerNumber;
-    node["min"] = counts.box ? PointOf(counts.box->low) : Json();
-    node["max"] = counts.box ? PointOf(counts.box->high) : Json();
+    json.Field("solidVisible", solid.IsVisible());
+    json.Field("vertices", counts.vertices);
+    json.Field("faces", counts.faces);
+    json.Field("edges", counts.edges);
+    json.Field("boundaryEdges", counts.boundaryEdges);
+    json.Field("edgesOfMoreThanTwoFaces", counts.crowdedEdges);
+    json.Field("pieces", counts.pieces);
+    json.Field("isolatedVertices", counts.isolatedVertices);
+    json.Field("eulerNumber", counts.eulerNumber);
+    if (counts.box)
+    {
+        PutPoint(json, "min", counts.box->low);
+        PutPoint(json, "max", counts.box->high);
+        return;
+    }
+    json.Field("min", nullptr);
+    json.Field("max", nullptr);
+}
+
+void PutLeaf(JsonText& json, const MANSceneLeaf& leaf, const MANBrepElementManager& elements)
+{
+    const DSSolid* pSolid = leaf.GetSolid();
+    if (pSolid == nullptr)
+    {
+        json.Field("solid", nullptr);
+        return;
+    }
+    json.Field("solid", pSolid->GetID());
+    PutSolid(json, *pSolid, elements);
 }
 
 /// The nodes under a group, each before those below it.
-void AddNodes(Json& nodes, const MANSceneGroup& group, const MANBrepElementManager& elements)
+void PutNodes(JsonText& json, const MANSceneGroup& group, const MANBrepElementManager& elements)
 {
     for (const MANSceneNode* pNode : group.GetChildren())
     {
-        Json node = {{"id", pNode->GetID()}, {"visible", pNode->IsVisible()}};
-        if (MANSceneManager::GetKind(pNode->GetID()) == NodeKind::Leaf)
+        const bool isLeaf = MANSceneManager::GetKind(pNode->GetID()) == NodeKind::Leaf;
+        const auto* pGroup = isLeaf ? nullptr : static_cast<const MANSceneGroup*>(pNode);
+        json.BeginLine(kNodeIndent);
+        json.BeginObject();
+        json.Field("id", pNode->GetID());
+        json.Field("visible", pNode->IsVisible());
+        if (pGroup != nullptr)
         {
-            const DSSolid* pSolid = static_cast<const MANSceneLeaf*>(pNode)->GetSolid();
-            node["solid"] = pSolid != nullptr ? Json(pSolid->GetID()) : Json();
-            if (pSolid != nullptr)
-            {
-                AddSolid(node, *pSolid, elements);
-            }
-            nodes.push_back(node);
+            json.Field("children", pGroup->GetChildren().size());
+            json.EndObject();
+            PutNodes(json, *pGroup, elements);
             continue;
         }
-        const auto& subgroup = *static_cast<const MANSceneGroup*>(pNode);
-        node["children"] = subgroup.GetChildren().size();
-        nodes.push_back(node);
-        AddNodes(nodes, subgroup, elements);
+        PutLeaf(json, *static_cast<const MANSceneLeaf*>(pNode), elements);
+        json.EndObject();
     }
 }
 
-Json CameraOf(const Open3DCamera& camera)
+/// An object on a line of its own begins.
+void BeginEntry(JsonText& json, std::string_view name)
 {
-    return {{"position", PointOf(camera.GetPosition())},
-            {"target", PointOf(camera.GetTarget())},
-            {"up", PointOf(camera.GetUp())},
-            {"near", NumberOf(camera.GetNear())},
-            {"far", NumberOf(camera.GetFar())},
-            {"fovy", NumberOf(camera.GetFovy())},
-            {"aspect", NumberOf(camera.GetAspect())}};
+    json.BeginLine(kEntryIndent);
+    json.Key(name);
+    json.BeginObject();
 }
 
-Json OverlaysOf(const BatchDocument& document)
+template <class T>
+void PutEntry(JsonText& json, std::string_view name, const T& value)
+{
+    json.BeginLine(kEntryIndent);
+    json.Field(name, value);
+}
+
+void PutCamera(JsonText& json, const Open3DCamera& camera)
+{
+    BeginEntry(json, "camera");
+    PutPoint(json, "position", camera.GetPosition());
+    PutPoint(json, "target", camera.GetTarget());
+    PutPoint(json, "up", camera.GetUp());
+    json.Field("near", camera.GetNear());
+    json.Field("far", camera.GetFar());
+    json.Field("fovy", camera.GetFovy());
+    json.Field("aspect", camera.GetAspect());
+    json.EndObject();
+}
+
+void PutOverlays(JsonText& json, const BatchDocument& document)
 {
     const Open3DView& view = document.view;
-    return {{"pointCloud", view.GetPointCloud().size()},
-            {"pointNormals", view.GetPointNormals().size()},
-            {"projectedPoints", view.GetProjectedPoints().size()},
-            {"cutFaces", document.scene.GetCutFaceList().size()},
-            {"newMesh", view.GetNewMesh() != nullptr ? Json(view.GetNewMesh()->GetID()) : Json()}};
+    BeginEntry(json, "overlays");
+    json.Field("pointCloud", view.GetPointCloud().size());
+    json.Field("pointNormals", view.GetPointNormals().size());
+    json.Field("projectedPoints", view.GetProjectedPoints().size());
+    json.Field("cutFaces", document.scene.GetCutFaceList().size());
+    const DSSolid* pNewMesh = view.GetNewMesh();
+    json.Field("newMesh", pNewMesh != nullptr ? std::optional(pNewMesh->GetID()) : std::nullopt);
+    json.EndObject();
 }
 
-/// One entry of an object a line, whatever it holds.
-std::string LinesOf(const Json& object, const std::string& indent)
+void PutSelection(JsonText& json, const BatchDocument& document)
 {
-    std::string text = "{";
-    const char* separator = "\n";
-    for (const auto& [name, value] : object.items())
-    {
-        text += separator + indent + "  " + Json(name).dump() + ": " + value.dump();
-        separator = ",\n";
-    }
-    return text + "\n" + indent + "}";
+    BeginEntry(json, "selection");
+    json.Field("type", document.elements.GetSelectType());
+    PutIds(json, document.elements.GetSelectList());
+    json.EndObject();
+    BeginEntry(json, "hover");
+    PutIds(json, document.view.GetHoverList());
+    json.EndObject();
 }
 
-std::string NodesText(const Json& nodes)
+void PutReport(JsonText& json, const BatchDocument& document)
 {
-    std::string text = "  \"nodes\": [";
-    const char* separator = "\n    ";
-    for (const Json& node : nodes)
-    {
-        text += separator + node.dump();
-        separator = ",\n    ";
-    }
-    return text + (nodes.empty() ? "]" : "\n  ]");
+    json.BeginObject();
+    json.BeginLine(kEntryIndent);
+    json.Key("nodes");
+    json.BeginArray();
+    PutNodes(json, *document.scene.GetRootGroup(), document.elements);
+    json.EndArray();
+    PutCamera(json, *document.view.GetCamera());
+    PutEntry(json, "flags", document.view.GetDisplayFlags());
+    PutSelection(json, document);
+    PutOverlays(json, document);
+    PutEntry(json, "history", document.historySize);
+    PutEntry(json, "tool", document.toolID);
+    json.BeginLine(0);
+    json.EndObject();
+    json.Finish();
 }
 }
 
 std::string MakeReport(const BatchDocument& document)
 {
-    Json nodes = Json::array();
-    AddNodes(nodes, *document.scene.GetRootGroup(), document.elements);
-
-    Json rest;
-    rest["camera"] = CameraOf(*document.view.GetCamera());
-    rest["flags"] = document.view.GetDisplayFlags();
-    rest["selection"] = {{"type", document.elements.GetSelectType()}};
-    rest["selection"].update(IdsOf(document.elements.GetSelectList()));
-    rest["hover"] = IdsOf(document.view.GetHoverList());
-    rest["overlays"] = OverlaysOf(document);
-    rest["history"] = document.historySize;
-    rest["tool"] = document.toolID;
-    return "{\n" + NodesText(nodes) + "," + LinesOf(rest, "").substr(1) + "\n";
+    std::string text;
+    JsonText json([&text](std::string_view piece) { text += piece; });
+    PutReport(json, document);
+    return text;
 }
 }

@@ -14,7 +14,8 @@ target_compile_options(HouseFlags INTERFACE
   "-fmacro-prefix-map=${relativeSource}="
   "-fmacro-prefix-map=${relativeSource}Tessarine/=")
 target_compile_definitions(HouseFlags INTERFACE
-  TESSARINE_ASSERTIONS=$<BOOL:${TESSARINE_ASSERTIONS}>)
+  TESSARINE_ASSERTIONS=$<BOOL:${TESSARINE_ASSERTIONS}>
+  $<$<BOOL:${TESSARINE_SANITIZED}>:TESSARINE_ASSERTION_FAULTS=1>)
 
 add_library(HouseWarnings INTERFACE)
 target_compile_options(HouseWarnings INTERFACE

@@ -233,13 +233,14 @@ void RemoveTemporariesAndEnd(int signal)
 }
 
 /// Does nothing where there is no room left.
-void NoteTemporary(const std::string& name)
+void NoteTemporary(std::string_view name) noexcept
 {
     const auto free = std::find_if(std::begin(g_szTemporaries), std::end(g_szTemporaries),
                                    [](const auto& noted) { return noted[0] == '\0'; });
     if (free != std::end(g_szTemporaries) && !name.empty() && name.size() < sizeof *free)
     {
-        std::memcpy(*free + 1, name.c_str() + 1, name.size());
+        std::memcpy(*free + 1, name.data() + 1, name.size() - 1);
+        (*free)[name.size()] = '\0';
         (*free)[0] = name[0]; // last: a signal in between finds nothing to remove
     }
 }
@@ -337,9 +338,9 @@ ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))
     CreateTemporary(exists ? status.st_mode & 0777U : 0666U);
     if (exists && ::fchmod(m_nDescriptor, status.st_mode & 0777U) != 0) // the user's mask took part of it
     {
-        const std::string reason = ReasonOf(errno);
+        const int error = errno;
         Discard();
-        Refuse("write", m_Name, reason);
+        Refuse("write", m_Name, ReasonOf(error));
     }
 }
 
@@ -365,7 +366,7 @@ void ReplacingFile::CreateTemporary(unsigned permissions)
         m_Temporary.clear();
         Refuse("write", m_Name, error == ENOENT ? "no such folder" : ReasonOf(error) + " in its folder");
     }
-    NoteTemporary(m_Temporary.string());
+    NoteTemporary(m_Temporary.native()); // needs no memory: nobody else knows of the file yet
 }
 
 ReplacingFile::~ReplacingFile()

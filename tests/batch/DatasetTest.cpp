@@ -321,7 +321,7 @@ TEST(TwoStepOperations, BringPointsIntoTheMesh)
     EXPECT_THAT(result.output,
                 HasSubstr("点云大小: 7\n\nPoints Cloud ANN Init is OK\nRefine init mesh ok...\n"));
     EXPECT_THAT(result.output, HasSubstr("Calculate footpoint ok..\nThere are "));
-    EXPECT_THAT(folder.Read("r.json"), HasSubstr("\"vertices\":7,\"faces\":10,\"edges\":15"));
+    EXPECT_THAT(folder.Read("r.json"), HasSubstr("\"vertices\": 7, \"faces\": 10, \"edges\": 15"));
     // Three timings a step.
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 6);
     EXPECT_THAT(result.errors, StartsWith("message box \"Tessarine\": 0."));

@@ -6,33 +6,11 @@ namespace tessarine
 {
 namespace
 {
-struct Plan
-{
-    bool armed = false;
-    bool failed = false;
-    bool goesOn = false;
-    long spared = 0;
-};
-
-Plan g_Plan;
-
-bool MustFail()
-{
-    if (!g_Plan.armed)
-    {
-        return false;
-    }
-    if (g_Plan.failed)
-    {
-        return g_Plan.goesOn;
-    }
-    g_Plan.failed = g_Plan.spared-- == 0;
-    return g_Plan.failed;
-}
+FaultPlan g_MemoryPlan;
 
 void* Allocate(std::size_t size, std::size_t alignment)
 {
-    if (MustFail())
+    if (g_MemoryPlan.MustFail())
     {
         throw std::bad_alloc();
     }
@@ -44,21 +22,38 @@ void* Allocate(std::size_t size, std::size_t alignment)
     }
     return bytes;
 }
+
+void* AllocateOrNull(std::size_t size) noexcept
+{
+    try
+    {
+        return Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
 }
 
 FailingMemory::FailingMemory(long spared, Mode mode)
 {
-    g_Plan = {true, false, mode == Mode::FromThenOn, spared};
+    g_MemoryPlan.Arm(spared, mode == Mode::FromThenOn);
 }
 
 FailingMemory::~FailingMemory()
 {
-    g_Plan.armed = false;
+    g_MemoryPlan.Disarm();
 }
 
 bool FailingMemory::HasFailed()
 {
-    return g_Plan.failed;
+    return g_MemoryPlan.HasFailed();
+}
+
+FaultPlan& FailingMemory::GetPlan()
+{
+    return g_MemoryPlan;
 }
 }
 
@@ -82,12 +77,12 @@ void* operator new(std::size_t size, std::align_val_t alignment)
 // For the libraries that ask like this: what they get is freed by the operators below.
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
-    return tessarine::MustFail() ? nullptr : std::malloc(size);
+    return tessarine::AllocateOrNull(size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
-    return tessarine::MustFail() ? nullptr : std::malloc(size);
+    return tessarine::AllocateOrNull(size);
 }
 
 void operator delete(void* bytes) noexcept

@@ -1,4 +1,5 @@
 #pragma once
+#include "FaultPlan.h"
 
 namespace tessarine
 {
@@ -20,5 +21,8 @@ public:
 
     /// Whether an allocation has failed.
     static bool HasFailed();
+
+    /// For what asks for memory by other ways than operator new.
+    static FaultPlan& GetPlan();
 };
 }

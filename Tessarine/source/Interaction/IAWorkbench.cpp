@@ -277,7 +277,7 @@ bool IAWorkbench::RunOrRestore(Effect effect, const std::function<void()>& actio
     {
         action();
         const bool isAnotherModel = m_pController->GetModelNumber() != modelBefore;
-        return (isAnotherModel || effect == Effect::ChangesModel) && EndMoves(false);
+        return (isAnotherModel || effect == Effect::ChangesModel) && EndMoves();
     }
     catch (...)
     {
@@ -356,29 +356,25 @@ void IAWorkbench::NewDocument()
     auto controller = std::make_unique<IAController>();
     ConnectController(*controller);
     m_View.Redraw();
-    EndMoves(true); // nothing can fail any more, and the old model is still there
+    EndMoves(); // what was moved goes with the old model
     static_cast<IADrawSplatTool*>(m_ToolsManager.FindTool(ToolID::DrawSplat))->EndDrag();
     m_pController = std::move(controller);
     m_nImportedModel = 0;
 }
 
-/// Takes the tools off the stack down to the lowest whose move is under way.
-/// @return whether there was one
-bool IAWorkbench::EndMoves(bool takeBack)
+/// Takes the tools off the stack down to the lowest that moves; also one whose move has ended when taking it off failed.
+/// @return whether a move was under way
+bool IAWorkbench::EndMoves()
 {
     bool hasEnded = false;
-    const auto isUnderWay = [](IATool* tool)
-    {
-        const auto* move = dynamic_cast<IAMoveTool*>(tool);
-        return move != nullptr && move->IsUnderWay();
-    };
+    const auto asMoveTool = [](IATool* tool) { return dynamic_cast<IAMoveTool*>(tool); };
     const std::vector<IATool*>& stack = m_ToolsManager.GetToolStack();
-    while (std::any_of(stack.begin(), stack.end(), isUnderWay))
+    while (std::any_of(stack.begin(), stack.end(), asMoveTool))
     {
-        if (isUnderWay(stack.back()))
+        if (IAMoveTool* move = asMoveTool(stack.back()))
         {
-            static_cast<IAMoveTool*>(stack.back())->End(takeBack);
-            hasEnded = true;
+            hasEnded = hasEnded || move->IsUnderWay();
+            move->End();
         }
         m_ToolsManager.PopTool();
     }

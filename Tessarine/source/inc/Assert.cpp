@@ -85,4 +85,21 @@ void FailAssertion(const AssertionSite& site)
 #endif
     throw AssertionFailure(site);
 }
+
+#if TESSARINE_ASSERTION_FAULTS
+namespace
+{
+AssertionFault g_pAssertionFault = nullptr;
+}
+
+void SetAssertionFault(AssertionFault fault)
+{
+    g_pAssertionFault = fault;
+}
+
+bool MustAssertionFail()
+{
+    return g_pAssertionFault != nullptr && g_pAssertionFault();
+}
+#endif
 }

@@ -15,6 +15,11 @@
 #define TESSARINE_ASSERTIONS 1
 #endif
 
+/// Whether a test can let an ASSERT fail whose condition holds. It costs time at each of them: sanitizer builds only.
+#ifndef TESSARINE_ASSERTION_FAULTS
+#define TESSARINE_ASSERTION_FAULTS 0
+#endif
+
 namespace tessarine
 {
 /// Where an assertion stands, and what it demands.
@@ -54,6 +59,13 @@ void EndAssertionReports();
 void ReportAssertion(const AssertionSite& site) noexcept;
 
 [[noreturn]] void FailAssertion(const AssertionSite& site);
+
+#if TESSARINE_ASSERTION_FAULTS
+/// Asked at every ASSERT whose condition holds: whether it shall fail all the same. Null means that none does.
+using AssertionFault = bool (*)();
+void SetAssertionFault(AssertionFault fault);
+bool MustAssertionFail();
+#endif
 }
 
 #if TESSARINE_ASSERTIONS
@@ -64,6 +76,13 @@ void ReportAssertion(const AssertionSite& site) noexcept;
 #define ASSERT_VALUE(condition) static_cast<void>(0)
 #endif
 
+#if TESSARINE_ASSERTION_FAULTS
+#define ASSERT(condition)                                                                                    \
+    ((condition) && !::tessarine::MustAssertionFail()                                                        \
+         ? static_cast<void>(0)                                                                              \
+         : ::tessarine::FailAssertion(::tessarine::AssertionSite{#condition, __FILE__, __LINE__}))
+#else
 #define ASSERT(condition)                                                                                    \
     ((condition) ? static_cast<void>(0)                                                                      \
                  : ::tessarine::FailAssertion(::tessarine::AssertionSite{#condition, __FILE__, __LINE__}))
+#endif

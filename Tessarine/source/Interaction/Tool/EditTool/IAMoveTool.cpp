@@ -134,12 +134,8 @@ void IAMoveTool::Cancel()
     m_pToolManager->PopTool();
 }
 
-void IAMoveTool::End(bool takeBack)
+void IAMoveTool::End()
 {
-    if (takeBack && m_nState == State::Moving && m_pCommand->CanUndo())
-    {
-        m_pCommand->Undo();
-    }
     m_nState = State::Idle;
     m_pCommand.reset();
 }

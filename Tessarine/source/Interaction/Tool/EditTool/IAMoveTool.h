@@ -32,9 +32,8 @@ public:
 
     /// Whether a move has been chosen that is neither accepted nor taken back.
     bool IsUnderWay() const { return m_nState != State::Idle; }
-    /// Ends the move; the tool stays on the stack.
-    /// @param takeBack what was moved, as far as it is still there
-    void End(bool takeBack);
+    /// Ends the move, and leaves what was moved where it is; the tool stays on the stack.
+    void End();
 
 protected:
     /// @param commandID the class of its command, one of IAMoveCommand

@@ -1,0 +1,225 @@
+// What it costs to be able to go back: the share of a command's time in which its checkpoint is taken and dropped, for the
+// commands that take over 100 ms, and the memory that is in use behind a command against before. Each command runs on a
+// model of its own in a process of its own.
+#include "Console.h"
+#include "File.h"
+#include "HeadlessPlatform.h"
+#include "IAWorkbench.h"
+#include "Memory.h"
+#include "Models.h"
+#include "Timing.h"
+#include <fstream>
+#include <malloc.h>
+#include <random>
+
+using namespace tessarine;
+using namespace tessarine::bench;
+
+namespace
+{
+constexpr int kFaces = 250'000;
+constexpr int kFewFaces = 2'000; // for the sampling of every face
+constexpr double kMostShare = 0.15;
+constexpr double kMostGrowth = 1.03;
+
+/// Message boxes that nobody wants to see.
+class SilentPlatform : public HeadlessPlatform
+{
+public:
+    void ShowMessage(const std::string& /*title*/, const std::string& /*text*/) override {}
+    void ShowFailure(const std::string& /*operation*/, const std::string& reason, bool /*shown*/) override
+    {
+        m_strReason = reason;
+    }
+    const std::string& GetReason() const { return m_strReason; }
+
+private:
+    std::string m_strReason;
+};
+
+SilentPlatform& GetSilentPlatform()
+{
+    static SilentPlatform platform;
+    return platform;
+}
+
+/// A command as the router runs it, on a model of so many faces.
+struct BoundedCommand
+{
+    const char* name;
+    int faces;
+    Effect effect;
+    void (*run)(IAController& controller);
+};
+
+const BoundedCommand kCommands[] = {
+    {"subdivide-loop", kFaces, Effect::ChangesModel, [](IAController& c) { c.SubdivideLoop(); }},
+    {"subdivide-adaptive", kFaces, Effect::ReplacesModel, [](IAController& c) { c.SubdivideAdaptive(); }},
+    {"simplify 0.2", kFaces, Effect::ChangesModel, [](IAController& c) { c.Simplify(0.2F); }},
+    {"simplify 0.8", kFaces, Effect::ChangesModel, [](IAController& c) { c.Simplify(0.8F); }},
+    {"optimize 1", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(1); }},
+    {"optimize 2", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(2); }},
+    {"optimize 3", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(3); }},
+    {"refine-energy", kFaces, Effect::ChangesModel, [](IAController& c) { c.RefineEnergy(); }},
+    {"refine-hierarchical", kFaces, Effect::ChangesModel, [](IAController& c) { c.RefineHierarchical(); }},
+    {"fit-vertices", kFaces, Effect::ChangesModel, [](IAController& c) { c.FitVertices(); }},
+    {"refine-incremental", kFaces, Effect::ChangesModel, [](IAController& c) { c.RefineIncremental(); }},
+    {"refine-two-step", kFaces, Effect::ChangesModel, [](IAController& c) { c.RefineTwoStep(); }},
+    {"build-octree", kFewFaces, Effect::ChangesModel, [](IAController& c) { c.BuildOctree(); }},
+};
+
+/// A workbench with a model, and a cloud near its vertices under every name that a command reads.
+class LoadedBench
+{
+public:
+    explicit LoadedBench(const std::filesystem::path& model)
+    {
+        KeepFreedMemory(); // as the programs do
+        m_Platform.AnswerFile(model.string());
+        m_Platform.AnswerAreaThreshold(1e-5F);
+        m_Bench.Perform("import", Effect::ReplacesModel, [this] { m_Bench.ImportObj(); });
+    }
+
+    IAWorkbench& GetBench() { return m_Bench; }
+    std::string GetReason() const { return m_Platform.GetReason(); }
+
+    bool Run(const BoundedCommand& command)
+    {
+        return m_Bench.Perform(command.name, command.effect, [&] { command.run(m_Bench.GetController()); });
+    }
+
+private:
+    SilentPlatform& m_Platform = GetSilentPlatform();
+    IAWorkbench m_Bench;
+};
+
+void WriteClouds(const std::filesystem::path& model)
+{
+    constexpr int kPoints = 100'000;
+    LoadedBench loaded(model);
+    const auto& vertices =
+        loaded.GetBench().GetController().GetSceneManager().GetCurrentSolid()->GetVertexList();
+    std::mt19937 random(1);
+    const auto draw = [&random] { return 0.01 * static_cast<double>(random()) / 4294967296.0; };
+    std::string cloud = std::to_string(kPoints) + '\n';
+    for (int i = 0; i < kPoints; ++i)
+    {
+        const smVec3d& p = vertices[random() % vertices.size()]->GetPosition();
+        cloud += std::to_string(p.x + draw()) + ' ' + std::to_string(p.y + draw()) + ' ' +
+                 std::to_string(p.z + draw()) + '\n';
+    }
+    std::filesystem::create_directory("Data");
+    for (const char* name : {"Data/bunny.txta", "Data/box.txta", "Data/dragon.txta", "Data/horse.txta"})
+    {
+        std::ofstream(name) << cloud;
+    }
+}
+
+/// Takes a checkpoint and drops it.
+double SecondsOfCheckpoint(IAWorkbench& bench, Effect effect)
+{
+    const double begin = ProcessorSeconds();
+    {
+        const IACheckpoint before(bench.GetController(), bench.GetView(), bench.GetCommandManager(), effect);
+    }
+    return ProcessorSeconds() - begin;
+}
+
+struct Price
+{
+    double checkpoint = 0.0;
+    double command = 0.0;
+};
+
+Price MeasurePrice(const BoundedCommand& command, const std::filesystem::path& model)
+{
+    LoadedBench loaded(model);
+    Price price;
+    price.checkpoint = SecondsOfCheckpoint(loaded.GetBench(), command.effect);
+    const double begin = ProcessorSeconds();
+    if (!loaded.Run(command))
+    {
+        throw std::runtime_error(std::string(command.name) + ": " + loaded.GetReason());
+    }
+    price.command = ProcessorSeconds() - begin;
+    return price;
+}
+
+/// The median of three processes.
+double MedianOf(const BoundedCommand& command, const std::filesystem::path& model, double Price::*figure)
+{
+    const auto measure = [&]
+    { return InAProcessOfItsOwn([&] { return MeasurePrice(command, model).*figure; }); };
+    return Median({measure(), measure(), measure()});
+}
+
+bool JudgePrice(const BoundedCommand& command, const std::filesystem::path& model)
+{
+    constexpr double kShortest = 0.1; // seconds
+    const double checkpoint = MedianOf(command, model, &Price::checkpoint);
+    const double whole = MedianOf(command, model, &Price::command);
+    char text[96];
+    std::snprintf(text, sizeof text, "%s of %d faces, %.0f ms: share of the checkpoint", command.name,
+                  command.faces, whole * 1e3);
+    if (whole < kShortest)
+    {
+        std::printf("%-66s %8.3f  (under 100 ms)\n", text, checkpoint / whole);
+        return true;
+    }
+    return Judge(text, checkpoint / whole, kMostShare);
+}
+
+double BytesInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+/// The bytes in use behind an operation, against those before it.
+double MeasureGrowth(const std::filesystem::path& model, const std::function<void(IAController&)>& run)
+{
+    LoadedBench loaded(model);
+    const double before = BytesInUse();
+    loaded.GetBench().Perform("operation", Effect::ChangesModel,
+                              [&] { run(loaded.GetBench().GetController()); });
+    return BytesInUse() / before;
+}
+
+bool JudgeGrowth(const char* name, const std::filesystem::path& model,
+                 const std::function<void(IAController&)>& run)
+{
+    const double growth = InAProcessOfItsOwn([&] { return MeasureGrowth(model, run); });
+    return Judge(std::string("memory behind ") + name + " against before", growth, kMostGrowth);
+}
+}
+
+int main()
+{
+    SetPlatform(&GetSilentPlatform());
+    DebugConsole().SetSink([](std::string_view) {}); // the lines are made, and go nowhere
+    const bench::TemporaryFolder folder;
+    SetCurrentFolder(folder.GetPath());
+    const auto model = WriteClosedModel(folder.GetPath(), kFaces);
+    const auto smallModel = WriteClosedModel(folder.GetPath(), kFewFaces);
+    InAProcessOfItsOwn(
+        [&]
+        {
+            WriteClouds(model);
+            return 0.0;
+        });
+    bool good = true;
+    for (const BoundedCommand& command : kCommands)
+    {
+        good &= JudgePrice(command, command.faces == kFaces ? model : smallModel);
+    }
+    good &= JudgeGrowth("an operation that does nothing", model, [](IAController&) {});
+    good &= JudgeGrowth("optimize 1", model, [](IAController& c) { c.OptimizeMesh(1); });
+    good &= JudgeGrowth("refine-energy", model, [](IAController& c) { c.RefineEnergy(); });
+    good &= JudgeGrowth("a subdivision that fails at its end", model,
+                        [](IAController& c)
+                        {
+                            c.SubdivideLoop();
+                            throw std::bad_alloc();
+                        });
+    return good ? 0 : 1;
+}

@@ -1,0 +1,31 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace tessarine
+{
+/// What may stay of an operation that failed.
+enum class FaultOutcome
+{
+    Nothing,  ///< it passes the boundary: the whole dump is as before
+    WholeStep ///< an event of the view: its records are as before, or as behind the whole step
+};
+
+/// An operation in a state of its own, to be run with faults.
+struct FaultCase
+{
+    std::string name;
+    std::string setup;     ///< operations that lead to the state, as in a script
+    std::string operation; ///< the one that is made to fail
+    int most = 400;        ///< about how many places of a kind and mode are tried; a run costs time
+    FaultOutcome outcome = FaultOutcome::Nothing;
+    std::string folder = {};  ///< where it writes; empty where it writes nothing
+    bool doesWithout = false; ///< without some of the files that it reads it goes on, and says so
+};
+
+/// Every operation of the batch tool on a small model, some on a larger one, and every event of every tool.
+const std::vector<FaultCase>& GetFaultCases();
+
+/// Every number of the menus that somebody answers, over a small model with a selection.
+std::vector<FaultCase> MakeMenuCases();
+}

@@ -1,0 +1,446 @@
+// Every operation, with a failure at each place where it asks for memory, looks at an assertion or calls the system for a
+// file: what was, is. Where there are many places every n-th is tried, the same ones in each run.
+#include "Faults.h"
+#include "DumpCheck.h"
+#include "FaultStage.h"
+#include "FaultWorkspace.h"
+#include "Operations.h"
+#include "Resources.h"
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <map>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessarine
+{
+namespace
+{
+using Files = std::map<std::string, std::string>;
+
+/// What the whole run has tried, by kind.
+struct FaultTally
+{
+    long operations = 0;
+    long places = 0;
+    long injected = 0;
+};
+
+std::map<FaultKind, FaultTally> g_Tallies;
+long g_nBrokenDisks = 0;
+
+/// What is being tried, for the line of a process that ends.
+std::string g_strTried;
+
+const char* NameOf(FaultKind kind)
+{
+    switch (kind)
+    {
+    case FaultKind::Memory: return "memory";
+    case FaultKind::Assertion: return "assertions";
+    case FaultKind::FileCall: break;
+    }
+    return "file calls";
+}
+
+[[noreturn]] void TellWhatWasTried()
+{
+    const std::string line = "ended at " + g_strTried + '\n';
+    static_cast<void>(::write(STDERR_FILENO, line.data(), line.size()));
+    std::abort();
+}
+
+class FaultEnvironment : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        std::set_terminate(TellWhatWasTried);
+        m_pWorkspace = std::make_unique<FaultWorkspace>();
+    }
+
+    void TearDown() override
+    {
+        m_pWorkspace.reset();
+        for (const auto& [kind, tally] : g_Tallies)
+        {
+            std::printf("faults: %-10s %4ld operations, %9ld places, %6ld failures injected\n", NameOf(kind),
+                        tally.operations, tally.places, tally.injected);
+        }
+        std::printf("faults: disks      %4ld operations on a full disk, in a read-only or a missing folder\n",
+                    g_nBrokenDisks);
+    }
+
+private:
+    std::unique_ptr<FaultWorkspace> m_pWorkspace;
+};
+
+const auto* const g_pEnvironment = testing::AddGlobalTestEnvironment(new FaultEnvironment);
+
+/// Takes away what a run has written.
+void RemoveAllBut(const Files& files)
+{
+    for (const auto& [name, content] : ReadAllFiles())
+    {
+        if (files.count(name) == 0)
+        {
+            std::filesystem::remove(name);
+        }
+    }
+}
+
+/// Every file is as before or as a whole run leaves it.
+testing::AssertionResult AreWhole(const Files& files, const Files& before, const Files& after)
+{
+    const auto isOneOf = [](const Files& list, const std::string& name, const std::string& content)
+    {
+        const auto found = list.find(name);
+        return found != list.end() && found->second == content;
+    };
+    for (const auto& [name, content] : files)
+    {
+        if (!isOneOf(before, name, content) && !isOneOf(after, name, content))
+        {
+            return testing::AssertionFailure() << name << " is left";
+        }
+    }
+    for (const auto& [name, content] : before)
+    {
+        if (files.count(name) == 0)
+        {
+            return testing::AssertionFailure() << name << " is gone";
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+/// A case and what a run without any failure makes of it.
+class FaultTrial
+{
+public:
+    FaultTrial(const FaultCase& faultCase, FaultKind kind) : m_Case(faultCase), m_Kind(kind)
+    {
+        m_FilesBefore = ReadAllFiles();
+        if (m_Kind == FaultKind::Memory) // what a process asks for once has been given
+        {
+            FaultStage(m_Case).Run();
+            RemoveAllBut(m_FilesBefore);
+        }
+        FaultStage stage(m_Case);
+        m_strBefore = stage.Describe();
+        const InjectedFault count(m_Kind, FaultPlan::kNone, FaultMode::Once);
+        m_bRuns = stage.Run();
+        m_nPlaces = count.CountPassed();
+        m_strAfter = stage.Describe();
+        m_FilesAfter = ReadAllFiles();
+        RemoveAllBut(m_FilesBefore);
+    }
+
+    void TryAll()
+    {
+        ASSERT_TRUE(m_bRuns) << m_Case.name;
+        for (const FaultMode mode : {FaultMode::Once, FaultMode::FromThenOn})
+        {
+            TryAll(mode);
+        }
+        FaultTally& tally = g_Tallies[m_Kind];
+        ++tally.operations;
+        tally.places += m_nPlaces;
+    }
+
+private:
+    void TryAll(FaultMode mode)
+    {
+        constexpr int kMostAssertions = 100; // a command looks at thousands
+        const long most =
+            m_Kind == FaultKind::Assertion ? std::min(m_Case.most, kMostAssertions) : m_Case.most;
+        const long stride = std::max(1L, m_nPlaces / most);
+        for (long spared = 0; spared < m_nPlaces; spared += stride)
+        {
+            g_strTried = m_Case.name + ", " + NameOf(m_Kind) + ", place " + std::to_string(spared) +
+                         (mode == FaultMode::Once ? "" : " and all behind it");
+            Try(spared, mode);
+            if (testing::Test::HasFailure())
+            {
+                FAIL() << g_strTried;
+            }
+        }
+        ExpectRunsAsEver();
+    }
+
+    void Try(long spared, FaultMode mode)
+    {
+        if (m_pStage == nullptr)
+        {
+            m_pStage = std::make_unique<FaultStage>(m_Case);
+        }
+        bool done = false;
+        bool hasFailed = false;
+        {
+            const InjectedFault fault(m_Kind, spared, mode);
+            done = m_pStage->Run();
+            hasFailed = fault.HasFailed();
+        }
+        g_Tallies[m_Kind].injected += hasFailed ? 1 : 0;
+        EXPECT_TRUE(hasFailed || done) << "it failed by itself";
+        EXPECT_TRUE(AreWhole(ReadAllFiles(), m_FilesBefore, m_FilesAfter));
+        RemoveAllBut(m_FilesBefore);
+        Judge(done);
+    }
+
+    void Judge(bool done)
+    {
+        const std::string now = m_pStage->Describe();
+        if (done && m_Case.doesWithout && m_Kind == FaultKind::FileCall)
+        {
+            ExpectWorksOn();
+        }
+        else if (done) // what failed was not needed
+        {
+            EXPECT_TRUE(now == m_strAfter) << "it ran, and to another end";
+            m_pStage.reset();
+        }
+        else if (m_Case.outcome == FaultOutcome::Nothing)
+        {
+            EXPECT_TRUE(now == m_strBefore) << "it failed, and left something";
+            LookNowAndThen();
+        }
+        else
+        {
+            const std::string records = FaultStage::TakeRecords(now);
+            EXPECT_TRUE(records == FaultStage::TakeRecords(m_strBefore) ||
+                        records == FaultStage::TakeRecords(m_strAfter))
+                << "it failed in the middle of a step";
+            ExpectWorksOn();
+        }
+    }
+
+    /// A document that many operations have failed on still gives what it always gave.
+    void LookNowAndThen()
+    {
+        constexpr int kFailures = 10;
+        if (++m_nFailures % kFailures == 0)
+        {
+            ExpectRunsAsEver();
+        }
+    }
+
+    void ExpectRunsAsEver()
+    {
+        if (m_pStage == nullptr)
+        {
+            return;
+        }
+        EXPECT_TRUE(m_pStage->Run()) << "it fails for good";
+        EXPECT_TRUE(m_pStage->Describe() == m_strAfter) << "it does something else than before it failed";
+        RemoveAllBut(m_FilesBefore);
+        m_pStage.reset();
+    }
+
+    /// Where a view or a tool may stay changed, the next event comes to its end over a sound model.
+    void ExpectWorksOn()
+    {
+        m_pStage->Run();
+        std::istringstream dump(m_pStage->MakeDump());
+        EXPECT_EQ(CheckDump(dump).breach, "");
+        m_pStage.reset();
+    }
+
+    const FaultCase& m_Case;
+    FaultKind m_Kind;
+    bool m_bRuns = false;
+    long m_nPlaces = 0;
+    long m_nFailures = 0;
+    std::string m_strBefore;
+    std::string m_strAfter;
+    Files m_FilesBefore;
+    Files m_FilesAfter;
+    std::unique_ptr<FaultStage> m_pStage;
+};
+
+std::string NameCase(const testing::TestParamInfo<FaultCase>& info)
+{
+    std::string name = std::to_string(info.index) + "_" + info.param.operation;
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
+}
+
+class FaultTest : public testing::TestWithParam<FaultCase>
+{
+protected:
+    static void TryKind(FaultKind kind)
+    {
+        if (!InjectedFault::CanFail(kind))
+        {
+            GTEST_SKIP() << "this build does not ask at its " << NameOf(kind);
+        }
+        if (kind == FaultKind::Memory && LooksAtFrame(GetParam()))
+        {
+            GTEST_SKIP() << "the libraries below GL end the process themselves when there is no memory";
+        }
+        FaultTrial(GetParam(), kind).TryAll();
+    }
+};
+
+TEST_P(FaultTest, LeavesWhatWasWithoutMemory)
+{
+    TryKind(FaultKind::Memory);
+}
+
+TEST_P(FaultTest, LeavesWhatWasWhereAnAssertionFails)
+{
+    TryKind(FaultKind::Assertion);
+}
+
+TEST_P(FaultTest, LeavesWhatWasWhereAFileFails)
+{
+    TryKind(FaultKind::FileCall);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, FaultTest, testing::ValuesIn(GetFaultCases()), NameCase);
+INSTANTIATE_TEST_SUITE_P(Menus, FaultTest, testing::ValuesIn(MakeMenuCases()), NameCase);
+
+TEST(FaultCases, LeaveNoOperationOut)
+{
+    std::set<std::string> tried{"menu"}; // has cases of its own
+    for (const FaultCase& faultCase : GetFaultCases())
+    {
+        tried.insert(faultCase.operation.substr(0, faultCase.operation.find(' ')));
+    }
+    for (const Operation& operation : GetOperations())
+    {
+        EXPECT_EQ(tried.count(std::string(operation.name)), 1U) << operation.name;
+    }
+}
+
+/// Breaks the disk in a way of its own while it lives.
+class FullDisk
+{
+public:
+    FullDisk()
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_Before);
+        const rlimit none{0, m_Before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_Before); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit m_Before{};
+};
+
+/// Permissions do not bind the superuser, who becomes somebody else.
+class ReadOnlyFolder
+{
+public:
+    explicit ReadOnlyFolder(std::string folder) : m_strFolder(std::move(folder))
+    {
+        ::chmod(".", kReadable);
+        ::chmod(m_strFolder.c_str(), kReadable);
+        if (::geteuid() == 0 && ::seteuid(kNobody) != 0)
+        {
+            throw std::runtime_error("the superuser cannot become another user");
+        }
+    }
+    ~ReadOnlyFolder()
+    {
+        static_cast<void>(::seteuid(::getuid()));
+        ::chmod(m_strFolder.c_str(), kWritable);
+        ::chmod(".", kWritable);
+    }
+    ReadOnlyFolder(const ReadOnlyFolder&) = delete;
+    ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
+
+private:
+    static constexpr mode_t kReadable = 0555;
+    static constexpr mode_t kWritable = 0755;
+    static constexpr uid_t kNobody = 65534;
+    std::string m_strFolder;
+};
+
+class MissingFolder
+{
+public:
+    explicit MissingFolder(const std::string& folder) : m_strFolder(folder)
+    {
+        std::filesystem::rename(m_strFolder, m_strFolder + ".away");
+    }
+    ~MissingFolder()
+    {
+        std::error_code error;
+        std::filesystem::rename(m_strFolder + ".away", m_strFolder, error);
+    }
+    MissingFolder(const MissingFolder&) = delete;
+    MissingFolder& operator=(const MissingFolder&) = delete;
+
+private:
+    std::string m_strFolder;
+};
+
+std::vector<FaultCase> ListWriters()
+{
+    std::vector<FaultCase> writers;
+    for (const FaultCase& faultCase : GetFaultCases())
+    {
+        if (!faultCase.folder.empty())
+        {
+            writers.push_back(faultCase);
+        }
+    }
+    return writers;
+}
+
+class WriterTest : public testing::TestWithParam<FaultCase>
+{
+protected:
+    /// @tparam TBroken breaks the disk while it lives
+    template <class TBroken, class... TArguments>
+    static void ExpectFailsWithoutATrace(const TArguments&... arguments)
+    {
+        const Files filesAtFirst = ReadAllFiles();
+        FaultStage stage(GetParam());
+        const Files filesBefore = ReadAllFiles();
+        const std::string before = stage.Describe();
+        bool done = true;
+        {
+            const TBroken broken(arguments...);
+            done = stage.Run();
+        }
+        EXPECT_FALSE(done);
+        EXPECT_TRUE(stage.Describe() == before);
+        EXPECT_TRUE(ReadAllFiles() == filesBefore);
+        EXPECT_TRUE(stage.Run());
+        RemoveAllBut(filesAtFirst);
+        ++g_nBrokenDisks;
+    }
+};
+
+TEST_P(WriterTest, FailsWithoutATraceOnAFullDisk)
+{
+    ExpectFailsWithoutATrace<FullDisk>();
+}
+
+TEST_P(WriterTest, FailsWithoutATraceInAReadOnlyFolder)
+{
+    ExpectFailsWithoutATrace<ReadOnlyFolder>(GetParam().folder);
+}
+
+TEST_P(WriterTest, FailsWithoutATraceInAMissingFolder)
+{
+    if (GetParam().folder == ".")
+    {
+        GTEST_SKIP() << "it writes into the working folder";
+    }
+    ExpectFailsWithoutATrace<MissingFolder>(GetParam().folder);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, WriterTest, testing::ValuesIn(ListWriters()), NameCase);
+}
+}

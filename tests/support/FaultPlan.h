@@ -1,0 +1,43 @@
+#pragma once
+#include <limits>
+
+namespace tessarine
+{
+/// Which of the many places of one kind that a run passes is to fail. Every place asks once.
+class FaultPlan
+{
+public:
+    static constexpr long kNone = std::numeric_limits<long>::max();
+
+    /// @param spared how many places are passed before the one that fails; kNone only counts
+    /// @param goesOn whether all places behind that one fail as well
+    void Arm(long spared, bool goesOn)
+    {
+        m_nSpared = spared;
+        m_bGoesOn = goesOn;
+        m_nPassed = 0;
+        m_bArmed = true;
+    }
+    void Disarm() { m_bArmed = false; }
+
+    bool MustFail()
+    {
+        if (!m_bArmed)
+        {
+            return false;
+        }
+        const long place = m_nPassed++;
+        return m_bGoesOn ? place >= m_nSpared : place == m_nSpared;
+    }
+
+    /// Since it was armed, until it is armed again.
+    bool HasFailed() const { return m_nPassed > m_nSpared; }
+    long CountPassed() const { return m_nPassed; }
+
+private:
+    bool m_bArmed = false;
+    bool m_bGoesOn = false;
+    long m_nSpared = kNone;
+    long m_nPassed = 0;
+};
+}
