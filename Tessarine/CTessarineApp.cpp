@@ -7,8 +7,10 @@
 #include "MainFrm.h"
 #include "Pictures.h"
 #include "ProgramSettings.h"
+#include "RecoveryOffer.h"
 #include "ResourceFolder.h"
 #include "StartOptions.h"
+#include "StateFolder.h"
 #include "Streams.h"
 #include "UserWorkspace.h"
 #include "resource.h"
@@ -29,6 +31,13 @@ constexpr int kNoWindow = 1;
 constexpr int kUsage = 2;
 constexpr char kFolderKey[] = "File Dialogs/Folder";
 
+/// Where the windows of this user keep their models.
+std::filesystem::path FindRecoveryFolder()
+{
+    const std::filesystem::path state = FindStateFolder();
+    return state.empty() ? state : state / "recovery";
+}
+
 void Complain(const std::string& text)
 {
     PrintErrorLine("tessarine: " + text);
@@ -36,7 +45,7 @@ void Complain(const std::string& text)
 }
 
 CTessarineApp::CTessarineApp(int& argc, char** argv)
-    : QApplication(argc, argv), m_pPlatformBefore(SetPlatform(&m_Platform))
+    : QApplication(argc, argv), m_pPlatformBefore(SetPlatform(&m_Platform)), m_Recovery(FindRecoveryFolder())
 {
     RestoreNumberForm();
     SpeakChinese();
@@ -104,6 +113,7 @@ bool CTessarineApp::InitInstance(const StartOptions& options)
         m_pFrame.reset();
         return false;
     }
+    m_pFrame->GetView().GetWorkbench().SetRecovery(&m_Recovery);
     m_pFrame->GetDocument().OnNewDocument();
     m_pFrame->GetView().OnInitialUpdate();
     m_Console.show();
@@ -116,12 +126,35 @@ bool CTessarineApp::InitInstance(const StartOptions& options)
     m_pFrame->raise(); // over the console
     m_pFrame->activateWindow();
     m_pFrame->GetView().setFocus();
-    if (!model.isEmpty())
+    if (!OfferRecovery() && !model.isEmpty())
     {
         WaitForWindow();
         m_pFrame->ImportModel(model);
     }
     return true;
+}
+
+/// The models of windows that were ended, one after the other, until the user takes one.
+/// @return whether there is one now
+bool CTessarineApp::OfferRecovery()
+{
+    for (IORecoveryFolder& copy : m_Recovery.FindAbandoned())
+    {
+        switch (AskAboutRecovery(*m_pFrame, copy.GetTime()))
+        {
+        case RecoveryAnswer::Recover:
+            WaitForWindow();
+            if (m_pFrame->ImportModel(QFile::decodeName(copy.GetModel().c_str())))
+            {
+                m_Recovery.Adopt(std::move(copy));
+                return true;
+            }
+            break;
+        case RecoveryAnswer::Discard: copy.Remove(); break;
+        case RecoveryAnswer::Later: break;
+        }
+    }
+    return false;
 }
 
 /// Without it the program works in the folder where it was started.
@@ -166,6 +199,7 @@ void CTessarineApp::ReportMissingGL()
 void CTessarineApp::ExitInstance()
 {
     m_pFrame.reset();
+    m_Recovery.End();
     m_Console.hide();
 }
 

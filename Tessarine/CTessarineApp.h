@@ -3,6 +3,7 @@
 #include "CDialogPlatform.h"
 #include "CRecentFileList.h"
 #include "Console.h"
+#include "IARecovery.h"
 #include <QApplication>
 #include <QTranslator>
 #include <memory>
@@ -35,6 +36,7 @@ public:
     CDialogPlatform& GetPlatform() { return m_Platform; }
     CConsoleWnd& GetConsole() { return m_Console; }
     CRecentFileList& GetRecentFiles() { return m_RecentFiles; }
+    IARecovery& GetRecovery() { return m_Recovery; }
     /// Null before InitInstance.
     CMainFrame* GetFrame() { return m_pFrame.get(); }
 
@@ -45,6 +47,7 @@ private:
     bool ProcessShellCommand(const StartOptions& options);
     void EnterWorkspace();
     void WaitForWindow();
+    bool OfferRecovery();
     void ReportMissingGL();
     void OnAppAbout();
 
@@ -54,6 +57,7 @@ private:
     CConsoleWnd m_Console;
     Console::Sink m_Terminal; ///< where the console's text goes besides
     CRecentFileList m_RecentFiles;
+    IARecovery m_Recovery;
     std::unique_ptr<CMainFrame> m_pFrame;
     bool m_bShowingProgress = false;
 };

@@ -1,7 +1,7 @@
 #include "CTessarineDoc.h"
 #include "CTessarineApp.h"
 #include "CTessarineView.h"
-#include "Failure.h"
+#include "File.h"
 #include "MainFrm.h"
 #include "MenuTables.h"
 #include "resource.h"
@@ -16,20 +16,6 @@ namespace
 constexpr char kNew[] = "新建";
 constexpr char kOpen[] = "打开";
 constexpr char kSave[] = "保存";
-
-/// Fails   Failure, when the file cannot be opened.
-void CheckFile(const QString& path)
-{
-    const std::string name = path.toStdString();
-    if (!QFileInfo(path).isFile())
-    {
-        throw Failure("cannot open " + name + ": no such file");
-    }
-    if (QFile file(path); !file.open(QIODevice::ReadOnly))
-    {
-        throw Failure("cannot open " + name + ": " + file.errorString().toStdString());
-    }
-}
 
 QString ToName(const std::filesystem::path& path)
 {
@@ -85,7 +71,8 @@ void CTessarineDoc::OnFileOpen()
 
 bool CTessarineDoc::OnOpenDocument(const QString& path)
 {
-    if (!m_Frame.GetView().Perform(kOpen, Effect::None, [&] { CheckFile(path); }))
+    if (!m_Frame.GetView().Perform(kOpen, Effect::None,
+                                   [&] { ReadFileHead(QFile::encodeName(path).toStdString(), 0); }))
     {
         CTessarineApp::Get().GetRecentFiles().Remove(path);
         return false;

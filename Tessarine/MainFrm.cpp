@@ -141,10 +141,12 @@ void CMainFrame::RestorePlace()
     restoreState(settings.value(kBarsKey).toByteArray());
 }
 
-void CMainFrame::ImportModel(const QString& path)
+bool CMainFrame::ImportModel(const QString& path)
 {
     m_App.GetPlatform().AnswerFile(QFile::encodeName(path).toStdString());
-    OnCommand(ResourceID::ImportObj);
+    const bool done = RunCommand(ResourceID::ImportObj);
+    UpdateCommands();
+    return done;
 }
 
 void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
@@ -269,7 +271,8 @@ void CMainFrame::OnCommand(int id)
 }
 
 /// A command of the document may take its time, one of the view does not.
-void CMainFrame::RunCommand(int id)
+/// @return whether it ran to its end
+bool CMainFrame::RunCommand(int id)
 {
     const MenuEntry* entry = FindMenuEntry(id);
     const std::string name = m_Actions.Get(id)->text().remove('&').toStdString();
@@ -278,10 +281,12 @@ void CMainFrame::RunCommand(int id)
     {
         running.emplace(*this, name);
     }
-    if (m_pView->RunCommand(name, id) && id == ResourceID::ImportObj)
+    const bool done = m_pView->RunCommand(name, id);
+    if (done && id == ResourceID::ImportObj)
     {
         m_pDocument->OnImported(m_App.GetPlatform().GetChosenFile());
     }
+    return done;
 }
 
 bool CMainFrame::OnFrameCommand(int id)

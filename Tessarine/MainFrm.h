@@ -34,7 +34,8 @@ public:
     void RestorePlace();
 
     /// Imports a model as the entry of the menu does, without asking for its name.
-    void ImportModel(const QString& path);
+    /// @return whether it is there now
+    bool ImportModel(const QString& path);
 
     /// Runs an entry of the menus and toolbars.
     void OnCommand(int id);
@@ -68,7 +69,7 @@ private:
     bool CreateView();
     bool OnFrameCommand(int id);
     QWidget* FindBar(int id) const;
-    void RunCommand(int id);
+    bool RunCommand(int id);
     void ShowMessageLine(const QString& text);
     void UpdateKeyPanes();
 

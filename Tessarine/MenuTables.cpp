@@ -226,11 +226,6 @@ std::span<const Accelerator> GetAccelerators()
     return kAccelerators;
 }
 
-std::span<const CommandText> GetCommandTexts()
-{
-    return kCommandTexts;
-}
-
 const CommandText* FindCommandText(int id)
 {
     const auto found = std::find_if(std::begin(kCommandTexts), std::end(kCommandTexts),

@@ -40,7 +40,6 @@ struct CommandText
     const char* status; ///< in the status line
     const char* tip;    ///< beside the toolbar button; null where the entry has none
 };
-std::span<const CommandText> GetCommandTexts();
 
 /// The texts of an entry, or null.
 const CommandText* FindCommandText(int id);

@@ -1,5 +1,6 @@
 #include "Operations.h"
 #include "ArgumentForm.h"
+#include "Assert.h"
 #include "BatchRun.h"
 #include "Distance2D.h"
 #include "Dump.h"
@@ -78,7 +79,7 @@ bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
 bool RunSimplify(BatchRun& run, const Arguments& arguments)
 {
     const double ratio = NumberAt(arguments, 0);
-    return run.Perform(Effect::ChangesModel, [&run, ratio]
+    return run.Perform(Effect::AddsSolids, [&run, ratio]
                        { run.GetWorkbench().GetController().Simplify(static_cast<float>(ratio)); });
 }
 
@@ -170,11 +171,21 @@ smVec3d VectorAt(const Arguments& arguments, std::size_t index)
 bool RunCamera(BatchRun& run, const Arguments& arguments)
 {
     const smVec3d up = arguments.size() > 6 ? VectorAt(arguments, 6) : smVec3d(0.0, 1.0, 0.0);
-    return run.Perform(Effect::None,
-                       [&] {
-                           run.GetWorkbench().GetView().GetCamera()->SetLookAt(VectorAt(arguments, 0),
-                                                                               VectorAt(arguments, 3), up);
-                       });
+    return run.Perform(
+        Effect::None,
+        [&]
+        {
+            try
+            {
+                run.GetWorkbench().GetView().GetCamera()->SetLookAt(VectorAt(arguments, 0),
+                                                                    VectorAt(arguments, 3), up);
+            }
+            catch (const AssertionFailure&)
+            {
+                throw Failure("there is no view like that: give an eye apart from the target, and "
+                              "an up vector that does not lie along the way between them");
+            }
+        });
 }
 
 bool RunTool(BatchRun& run, const Arguments& arguments)

@@ -78,8 +78,13 @@ std::filesystem::path WriteClosedModel(const std::filesystem::path& folder, int 
 std::filesystem::path WriteScannedModel(const std::filesystem::path& folder, int faces)
 {
     constexpr double kArea = kTwoPi * kTwoPi * 0.4; // of the torus without bumps
+    return WriteNoisyModel(folder, faces, 0.1 * std::sqrt(2.0 * kArea / faces));
+}
+
+std::filesystem::path WriteNoisyModel(const std::filesystem::path& folder, int faces, double deviation)
+{
     std::mt19937 random(1);
-    std::normal_distribution<double> noise(0.0, 0.1 * std::sqrt(2.0 * kArea / faces));
+    std::normal_distribution<double> noise(0.0, deviation);
     return WriteTorus(folder / ("scan-" + std::to_string(faces) + ".obj"), faces,
                       [&] { return noise(random); });
 }

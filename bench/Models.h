@@ -26,4 +26,8 @@ std::filesystem::path WriteClosedModel(const std::filesystem::path& folder, int 
 /// The same torus with the noise that a scan has: each vertex moves along the tube's radius, by a tenth of an edge's
 /// length on the average.
 std::filesystem::path WriteScannedModel(const std::filesystem::path& folder, int faces);
+
+/// The same with a standard deviation that is told: the noise of a scanner does not shrink where its samples lie closer.
+/// The tube's radius is 0.4.
+std::filesystem::path WriteNoisyModel(const std::filesystem::path& folder, int faces, double deviation);
 }

@@ -6,7 +6,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
+#include <ftw.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -113,10 +115,26 @@ std::size_t GetMostBytes()
     return static_cast<std::size_t>(pages) * static_cast<std::size_t>(pageSize) / 2;
 }
 
+/// Opening alone does something to some devices: a tape is wound back, a terminal's line is raised.
+void RefuseBeforeOpening(const fs::path& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0)
+    {
+        Refuse("open", path, ReasonOf(errno));
+    }
+    if (const std::string reason = KindRefused(status.st_mode); !reason.empty())
+    {
+        Refuse("open", path, reason);
+    }
+}
+
 /// @param size takes that of the file
 int OpenOrdinaryFile(const fs::path& path, std::size_t& size)
 {
-    // Opening a pipe that nobody writes to would wait for ever without O_NONBLOCK.
+    RefuseBeforeOpening(path);
+    // Looked at again once it is open: it may be another by then, and opening a pipe that nobody writes to would wait
+    // for ever without O_NONBLOCK.
     const int descriptor =
         Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
     struct stat status = {};
@@ -398,20 +416,75 @@ void ReplacingFile::WritePending()
     m_Pending.clear();
 }
 
-void ReplacingFile::Commit()
+void ReplacingFile::Finish()
 {
+    if (m_nDescriptor < 0)
+    {
+        return;
+    }
     WritePending();
     // Interrupted or not, the descriptor is closed and must not be closed again.
     if (::close(std::exchange(m_nDescriptor, -1)) != 0 && errno != EINTR)
     {
         Refuse("write", m_Name, ReasonOf(errno));
     }
+}
+
+void ReplacingFile::Commit()
+{
+    Finish();
     if (std::rename(m_Temporary.c_str(), m_Target.c_str()) != 0)
     {
         Refuse("write", m_Name, ReasonOf(errno));
     }
     ForgetTemporary(m_Temporary.c_str());
     m_Temporary.clear();
+}
+
+bool ListFolder(const fs::path& folder, std::vector<std::string>& names)
+{
+    const auto close = [](DIR* opened) { ::closedir(opened); };
+    const std::unique_ptr<DIR, decltype(close)> opened(::opendir(folder.c_str()), close);
+    if (opened == nullptr)
+    {
+        return false;
+    }
+    errno = 0;
+    for (const dirent* entry = ::readdir(opened.get()); entry != nullptr; entry = ::readdir(opened.get()))
+    {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+        {
+            names.emplace_back(name);
+        }
+        errno = 0;
+    }
+    return errno == 0;
+}
+
+void RemoveTree(const fs::path& path) noexcept
+{
+    constexpr int kMostOpenFolders = 8;
+    const auto remove = [](const char* entry, const struct stat*, int, FTW*)
+    {
+        std::remove(entry);
+        return 0; // go on with the others
+    };
+    ::nftw(path.c_str(), remove, kMostOpenFolders, FTW_DEPTH | FTW_PHYS);
+}
+
+void RefuseWriting(const fs::path& path, const std::error_code& error)
+{
+    Refuse("write", path, ReasonOf(error.value()));
+}
+
+void FlushToDisk(const fs::path& path)
+{
+    const Descriptor file(Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
+    if (file.Get() < 0 || ::fsync(file.Get()) != 0)
+    {
+        Refuse("write", path, ReasonOf(errno));
+    }
 }
 
 void RemoveTemporaryFilesOnSignals()

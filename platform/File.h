@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace tessarine
 {
@@ -51,8 +53,12 @@ public:
     /// Buffered. Throws FileError.
     void Write(std::string_view bytes);
 
-    /// Hands the system what is pending, and renames when it has taken all of it. Throws FileError. It does
-    /// not wait for the disk: a loss of power soon after can lose the new file.
+    /// Hands the system what is pending, behind which nothing can be written: what the disk has no room for has
+    /// failed then. For files that are to take their names together. Throws FileError.
+    void Finish();
+
+    /// Finishes the file, and renames it. Throws FileError. It does not wait for the disk: a loss of power soon
+    /// after can lose the new file.
     void Commit();
 
 private:
@@ -66,6 +72,20 @@ private:
     std::string m_Pending;
     int m_nDescriptor = -1;
 };
+
+/// Adds the names of a folder's entries, in no order. Unlike the library's iterators it can run out of memory.
+/// @return whether they are all of them
+bool ListFolder(const std::filesystem::path& folder, std::vector<std::string>& names);
+
+/// Removes a file, or a folder with all that is in it, as far as that can be removed. Follows no symbolic link, and
+/// needs no memory of its own.
+void RemoveTree(const std::filesystem::path& path) noexcept;
+
+/// Throws FileError: the path cannot be written, and why.
+[[noreturn]] void RefuseWriting(const std::filesystem::path& path, const std::error_code& error);
+
+/// Waits until the disk has what was written to a file, or the entries of a folder. Throws FileError.
+void FlushToDisk(const std::filesystem::path& path);
 
 /// Lets the signals that a user ends a program with take unfinished files along. For the start of a program that has
 /// few of them in work at a time.

@@ -1,9 +1,7 @@
 #include "Path.h"
 #include "File.h"
 #include <algorithm>
-#include <cerrno>
 #include <ctime>
-#include <dirent.h>
 #include <iterator>
 #include <list>
 #include <optional>
@@ -43,37 +41,6 @@ bool IsSameTime(const timespec& a, const timespec& b)
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
-/// A folder that is read entry by entry. The standard library's iterator ends the process where it has no memory for a
-/// name.
-class OpenFolder
-{
-public:
-    explicit OpenFolder(const std::string& path) : m_pFolder(::opendir(path.c_str())) {}
-    ~OpenFolder()
-    {
-        if (m_pFolder != nullptr)
-        {
-            ::closedir(m_pFolder);
-        }
-    }
-    OpenFolder(const OpenFolder&) = delete;
-    OpenFolder& operator=(const OpenFolder&) = delete;
-
-    /// It holds until the next is read. Null at the end, and where the folder cannot be read on.
-    const char* ReadName()
-    {
-        errno = 0;
-        const dirent* pEntry = m_pFolder != nullptr ? ::readdir(m_pFolder) : nullptr;
-        m_bAtEnd = m_pFolder != nullptr && pEntry == nullptr && errno == 0;
-        return pEntry != nullptr ? pEntry->d_name : nullptr;
-    }
-    bool IsAtEnd() const { return m_bAtEnd; }
-
-private:
-    DIR* m_pFolder;
-    bool m_bAtEnd = false;
-};
-
 /// The names of a folder's entries by their folded form.
 class FolderListing
 {
@@ -82,12 +49,13 @@ public:
     FolderListing(const std::string& folder, const struct stat& status)
         : m_nListed(std::time(nullptr)), m_Status(status)
     {
-        OpenFolder entries(folder);
-        while (const char* name = entries.ReadName())
+        std::vector<std::string> names;
+        m_bWhole = ListFolder(folder, names);
+        for (std::string& name : names)
         {
-            m_Names.emplace(Fold(name), name);
+            std::string folded = Fold(name);
+            m_Names.emplace(std::move(folded), std::move(name));
         }
-        m_bWhole = entries.IsAtEnd();
     }
 
     /// Whether it serves as long as the folder has the same time of change. Soon after a change the next one

@@ -676,7 +676,7 @@ TEST_F(BatchProcess, LeavesTheCameraWhereNothingWouldBeSeen)
     {
         const ProcessResult result = Run(view);
         EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.errors, HasSubstr("tessarine-batch: camera: an internal check failed: "));
+        EXPECT_THAT(result.errors, HasSubstr("tessarine-batch: camera: there is no view like that: "));
     }
     ExpectUsageError({"camera", "0", "0", "inf", "0", "0", "0"}, "camera: \"inf\" is no EZ (a number)");
 }

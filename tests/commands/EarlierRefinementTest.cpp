@@ -4,6 +4,7 @@
 #include "SwapMeshes.h"
 #include "TwoStepStage.h"
 #include "Vectors.h"
+#include "VertexRings.h"
 #include <cmath>
 #include <gmock/gmock.h>
 
@@ -19,6 +20,33 @@ class EarlierRefinement : public TwoStepStage
 {
 protected:
     smVec3d& At(std::size_t vertex) { return m_Solid->GetVertexList()[vertex]->GetPosition(); }
+
+    /// A vertex of the n-th ring around another.
+    const DSVertex& InRing(const DSVertex& centre, int n)
+    {
+        VertexRings rings;
+        rings.Grow(centre, n);
+        return *rings.GetVertices().back();
+    }
+
+    /// A face of n rings that n - 1 have not.
+    const DSFace& BeyondRings(const DSVertex& centre, int n)
+    {
+        VertexRings rings;
+        rings.Grow(centre, n);
+        return *rings.GetFaces().back();
+    }
+
+    /// Leaves one vertex its point, or none.
+    void KeepPointOf(const DSVertex* vertex)
+    {
+        auto state = m_Command.SaveState();
+        for (auto& [id, point] : state.pairs.m_VertexPoint)
+        {
+            point = vertex != nullptr && id == vertex->GetID() ? point : PointPairs::kNone;
+        }
+        m_Command.RestoreState(std::move(state));
+    }
 
     /// As the next operation measures by them.
     void ExpectNormalsAnew()
@@ -185,6 +213,64 @@ TEST_F(EarlierRefinement, LetsNoVertexMoveThroughTheMesh)
     m_Command.RestoreState(std::move(state));
     EXPECT_FALSE(m_Command.CanMoveVertex(pole, below));
     EXPECT_EQ(m_Console.Count("cannot pass test 2..."), 1);
+}
+
+TEST_F(EarlierRefinement, KeepsAVertexAmongThePointsOfTwoRings)
+{
+    RunOnOwnCorners(Sphere(3));
+    const auto all = m_Command.SaveState();
+    const DSVertex& vertex = *m_Solid->GetVertexList()[100];
+    for (const int ring : {1, 2, 3})
+    {
+        m_Command.RestoreState(IAReconstructionSmoothTwoStepCommand::State(all));
+        const DSVertex& other = InRing(vertex, ring);
+        KeepPointOf(&other);
+        const smVec3d past = vertex.GetPosition() + (other.GetPosition() - vertex.GetPosition()) * 1.5;
+        const int before = m_Console.Count("Cannot pass test 1...");
+        m_Command.CanMoveVertex(vertex, past);
+        EXPECT_EQ(m_Console.Count("Cannot pass test 1...") - before, ring <= 2 ? 1 : 0) << ring;
+    }
+}
+
+TEST_F(EarlierRefinement, KeepsAVertexFromGoingThroughTheFacesOfFourRings)
+{
+    // Through a convex body to the middle of a face and on, which meets no other face.
+    RunOnOwnCorners(Sphere(3));
+    KeepPointOf(nullptr);
+    const DSVertex& vertex = *m_Solid->GetVertexList()[100];
+    for (const int rings : {2, 3, 4, 5, 6})
+    {
+        const smVec3d way = BeyondRings(vertex, rings).CalcCentroid() - vertex.GetPosition();
+        EXPECT_EQ(m_Command.CanMoveVertex(vertex, vertex.GetPosition() + way * 1.5), rings > 4) << rings;
+    }
+    EXPECT_EQ(m_Console.Count("cannot pass test 2..."), 3);
+}
+
+TEST_F(EarlierRefinement, SwapsNothingThatGainsNoMoreThanAThousandth)
+{
+    RunOnOwnCorners(Shaken(Sphere(2), 3));
+    EdgeSwaps gains(&m_Stage.GetElements());
+    double largest = 0.0;
+    for (DSEdge* edge : m_Solid->GetEdgeList())
+    {
+        largest = std::max(largest, gains.GetGain(edge));
+    }
+    // A gain is length times angle, and grows with the model.
+    const auto scaleTo = [this](double factor)
+    {
+        for (DSVertex* vertex : m_Solid->GetVertexList())
+        {
+            vertex->GetPosition() = vertex->GetPosition() * factor;
+        }
+        m_Solid->CalcNormals();
+    };
+    const std::size_t edges = m_Stage.GetElements().GetEdgeArray().size();
+    scaleTo(0.0009999 / largest);
+    m_Command.CollapseByPriority();
+    EXPECT_EQ(m_Stage.GetElements().GetEdgeArray().size(), edges);
+    scaleTo(0.0010001 / 0.0009999);
+    m_Command.CollapseByPriority();
+    EXPECT_GT(m_Stage.GetElements().GetEdgeArray().size(), edges);
 }
 
 TEST_F(EarlierRefinement, SmoothsSoThatRingsHaveTheirMeansInThePoints)

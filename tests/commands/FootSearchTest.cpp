@@ -2,7 +2,6 @@
 #include "Capture.h"
 #include "MeshWalks.h"
 #include "Meshes.h"
-#include "Refusal.h"
 #include "Vectors.h"
 #include <cmath>
 #include <gmock/gmock.h>
@@ -203,7 +202,7 @@ TEST_F(FootSearchTest, AssertsFewerThanTwentyCorners)
 {
     EXPECT_TRUE(FootSearch(Load(Prism(19)), kHierarchicalFeet).Find({0.1, 0.0, 2.0}).has_value());
     const AssertionCapture assertions;
-    EXPECT_THROW(FootSearch(Load(Prism(20)), kHierarchicalFeet).Find({0.1, 0.0, 2.0}), AssertionFailure);
+    EXPECT_THROW(FootSearch(Load(Prism(20)), kHierarchicalFeet).Find({0.1, 0.0, 2.0}), Failure);
 }
 
 TEST_F(FootSearchTest, HasNoCandidatesAroundAVertexWithoutFaces)

@@ -3,7 +3,6 @@
 #include "LiteralLimit.h"
 #include "LoopEigenAnalysis.h"
 #include "PatchStage.h"
-#include "Refusal.h"
 #include "Vectors.h"
 #include <cmath>
 #include <gmock/gmock.h>
@@ -284,6 +283,31 @@ TEST(LimitEvaluation, RefusesPlacesOutsideOfItsRange)
     EXPECT_THROW(LimitSample(data, smallest / 2.0, smallest / 2.0), AssertionFailure);
     EXPECT_THROW(GetBoxSplineBasis(-0.1, 0.0), AssertionFailure);
     EXPECT_THROW(GetBoxSplineBasis(0.0, 1.5), AssertionFailure);
+}
+
+TEST(LimitEvaluation, RefusesDataFromWhichNoPointComes)
+{
+    const auto tellsOfTheTable = testing::HasSubstr("the table for the limit surface (data/lpdata50NT.dat)");
+    const EigenData sound = AnalyseLoopStep(5);
+    EigenData large = sound;
+    large.m_Coefficients[1].assign(large.m_Coefficients[1].size(), 1e308);
+    EXPECT_THAT(GetRefusal([&] { LimitSample(large, 0.25, 0.3); }), tellsOfTheTable);
+    EigenData flat = sound;
+    flat.m_Eigenvalues[3] = 0.0; // has no power below zero
+    EXPECT_THAT(GetRefusal([&] { LimitSample(flat, 0.75, 0.2); }), tellsOfTheTable);
+    // Weights are finite where an eigenvector without a share is too large for positions.
+    EigenData hidden = sound;
+    for (std::size_t j = 0; j < 11; ++j)
+    {
+        hidden.m_InvEigenvectors[10 + 11 * j] = 1e308;
+    }
+    for (std::size_t j = 0; j < 12; ++j)
+    {
+        hidden.m_Coefficients[1][10 + 11 * j] = 0.0;
+    }
+    const LimitSample sample(hidden, 0.25, 0.3);
+    const LimitPatch patch(hidden, std::vector<smVec3d>(11, smVec3d(1.0, 1.0, 1.0)));
+    EXPECT_THAT(GetRefusal([&] { patch.EvalEigenPatch(sample); }), tellsOfTheTable);
 }
 
 TEST(LimitEvaluation, RefusesPatchesAndSamplesOfAnotherValence)

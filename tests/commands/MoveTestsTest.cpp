@@ -74,6 +74,24 @@ TEST_F(MoveTests, NameTheNearestEdgeWhereAVertexMayNotMove)
     EXPECT_EQ(CheckVertexMove(pole, {0, 0, -200}), nullptr) << "no far end lies within 100";
 }
 
+TEST_F(MoveTests, RefuseBeyondAHundredAndTwentyDegrees)
+{
+    // Below the other pole the faces point down and inward, and the ones beyond lie before them. The sides of the ring are
+    // the rim away from the axis: from the horizontal one kind of normal is turned by its pole's angle down, the other
+    // by the half turn less its own.
+    DSVertex& pole = ShowPole();
+    constexpr double kOtherPole = 0.2;
+    m_pSolid->GetVertexList()[7]->GetPosition() = smVec3d(0, 0, -kOtherPole);
+    const double rim = std::sqrt(0.75);
+    const auto poleFor = [&](double degrees)
+    {
+        const double turn = std::acos(-1.0) * (degrees - 180.0) / 180.0;
+        return smVec3d(0, 0, -rim / std::tan(turn + std::atan(rim / kOtherPole)));
+    };
+    EXPECT_EQ(CheckVertexMove(pole, poleFor(119.99)), nullptr);
+    EXPECT_NE(CheckVertexMove(pole, poleFor(120.01)), nullptr);
+}
+
 TEST_F(MoveTests, LetASharpRidgeBe)
 {
     // High above the ring the normals of faces across it are up to 139 degrees apart, and each lies behind the other.

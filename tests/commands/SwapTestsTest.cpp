@@ -77,11 +77,16 @@ IndexedMesh FlatQuad(double halfHeight)
     return QuadOnABody({-2, 0, 0}, {2, 0, 0}, {0, halfHeight, 0}, {0, -halfHeight, 0});
 }
 
-/// The same, folded along its diagonal: each half leaves the plane at 65 degrees.
-IndexedMesh FoldedQuad(double direction)
+double InRadians(double degrees)
 {
-    const double y = 0.5 * std::cos(65 * std::acos(-1.0) / 180);
-    const double z = direction * 0.5 * std::sin(65 * std::acos(-1.0) / 180);
+    return degrees * std::acos(-1.0) / 180.0;
+}
+
+/// The same, folded along its diagonal: each half leaves the plane.
+IndexedMesh FoldedQuad(double direction, double degrees = 65.0)
+{
+    const double y = 0.5 * std::cos(InRadians(degrees));
+    const double z = direction * 0.5 * std::sin(InRadians(degrees));
     return QuadOnABody({-2, 0, 0}, {2, 0, 0}, {0, y, z}, {0, -y, z});
 }
 
@@ -125,6 +130,28 @@ TEST_F(SwapTests, LeaveASharpRidgeAndNotAValley)
     EXPECT_FALSE(Favours(FoldedQuad(-1.0)));
 }
 
+TEST_F(SwapTests, CallARidgeSharpBeyondAHundredAndTwentyDegrees)
+{
+    EXPECT_TRUE(Favours(FoldedQuad(-1.0, 59.995))); // twice that between the normals
+    EXPECT_FALSE(Favours(FoldedQuad(-1.0, 60.005)));
+}
+
+TEST_F(SwapTests, CallAFaceBeyondFoldedFromAHundredAndTwentyDegreesOn)
+{
+    // The face beyond the side 1-3, from (-2, 0, 0) to (0, 0.5, 0), is turned up about it.
+    const auto turnedBy = [](double degrees)
+    {
+        IndexedMesh mesh = FlatQuad(0.5);
+        const smVec3d middle(-1, 0.25, 0);
+        const smVec3d outward = smVec3d(-0.5, 2, 0) / std::sqrt(4.25);
+        mesh.positions[7] =
+            middle + outward * std::cos(InRadians(degrees)) + smVec3d(0, 0, std::sin(InRadians(degrees)));
+        return mesh;
+    };
+    EXPECT_TRUE(Favours(turnedBy(119.99)));
+    EXPECT_FALSE(Favours(turnedBy(120.01)));
+}
+
 TEST_F(SwapTests, LeaveWhatWouldLieUnderAFold)
 {
     // The face beyond the side 1-3 is turned over, with its corner above the new triangle or below it.
@@ -147,6 +174,9 @@ TEST_F(SwapTests, ByAngleFavourAnEdgeAcrossAFold)
     EXPECT_TRUE(FavoursByAngle(roof(-2.0)));
     EXPECT_FALSE(FavoursByAngle(roof(2.0))) << "the edge is a ridge";
     EXPECT_FALSE(FavoursByAngle(roof(-1.0))) << "90 degrees";
+    // The normals (z, 0, 1) and (-z, 0, 1) are twice the angle apart whose tangent is z.
+    EXPECT_FALSE(FavoursByAngle(roof(-std::tan(InRadians(54.995)))));
+    EXPECT_TRUE(FavoursByAngle(roof(-std::tan(InRadians(55.005)))));
 }
 
 TEST(FootInsideTriangle, IsMeasuredOnThePlane)

@@ -5,6 +5,7 @@
 #include "RecordDump.h"
 #include "Refusal.h"
 #include "Vectors.h"
+#include "VertexWalk.h"
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -144,6 +145,35 @@ TEST_F(TriangleSurgeryTest, LeavesTheLastTwoFaces)
     {
         EXPECT_THAT(GetRefusal([&] { Collapse(vertex); }),
                     HasSubstr("the cloud has too few points near this mesh"));
+    }
+    EXPECT_EQ(DumpRecords(m_Elements), before);
+}
+
+TEST_F(TriangleSurgeryTest, RefusesToJoinVerticesWithTwoEdgesBetweenThem)
+{
+    // When the apex goes, its other neighbours stay beside the vertex that takes its place: two edges join that one and
+    // the first vertex. Whichever of the two is taken away along whichever edge, the other edge would lead back.
+    DSSolid& solid = Load(Sphere(1));
+    DSVertex& first = *solid.GetVertexList()[0];
+    DSVertex& second = *first.GetHalfEdge()->GetNext()->GetVertex();
+    const DSVertex& apex = *m_Surgery.SplitFace(*FaceOf(first.GetHalfEdge()), {0.9, 0.3, 0.3});
+    m_Surgery.SplitFace(*FaceOf(first.GetHalfEdge()), {0.9, 0.3, 0.2});
+    m_Surgery.CollapseEdge(*m_Elements.FindEdge(apex.GetID(), second.GetID()), apex);
+    ExpectTriangles(solid, 34);
+    std::vector<DSEdge*> between;
+    for (VertexWalk walk(first.GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
+    {
+        if (walk.Get()->GetNext()->GetVertex() == &second)
+        {
+            between.push_back(walk.Get()->GetEdge());
+        }
+    }
+    ASSERT_EQ(between.size(), 2U);
+    const std::string before = DumpRecords(m_Elements);
+    for (DSEdge* edge : between)
+    {
+        EXPECT_EQ(GetRefusal([&] { m_Surgery.CollapseEdge(*edge, first); }), kTooFewPoints);
+        EXPECT_EQ(GetRefusal([&] { m_Surgery.CollapseEdge(*edge, second); }), kTooFewPoints);
     }
     EXPECT_EQ(DumpRecords(m_Elements), before);
 }

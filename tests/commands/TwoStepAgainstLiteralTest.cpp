@@ -31,13 +31,14 @@ public:
     /// @return whether the run came to its end
     bool Run()
     {
-        if (!GetRefusal([this] { m_Command.Execute(); }).empty())
+        const bool isWhole = GetRefusal([this] { m_Command.Execute(); }).empty();
+        EXPECT_EQ(m_Literal.Run(), isWhole);
+        EXPECT_TRUE(m_Console.GetText() == m_Literal.m_Console);
+        if (isWhole)
         {
-            return false;
+            ExpectTheSame();
         }
-        m_Literal.Run();
-        ExpectTheSame();
-        return true;
+        return isWhole;
     }
 
     void Step()
@@ -99,6 +100,19 @@ TEST_P(TwoStepAgainstLiteral, RemovesTheSameWherePointsAreFew)
         EXPECT_LE(race.CountVertices(), 45U);
         race.Step();
     }
+}
+
+TEST_P(TwoStepAgainstLiteral, RefusesTheSameWherePointsAreTooFew)
+{
+    const unsigned seed = GetParam();
+    int refused = 0;
+    for (std::size_t points = 6; points <= 20; ++points)
+    {
+        refused += TwoStepRace(Shaken(Sphere(1), seed), SphereCloud(points, seed)).Run() ? 0 : 1;
+        refused += TwoStepRace(Torus(6, 5), SphereCloud(points, seed)).Run() ? 0 : 1;
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_LT(refused, 30);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, TwoStepAgainstLiteral, testing::Range(0U, 4U));

@@ -1,4 +1,5 @@
 #include "Angles.h"
+#include "FootSearch.h"
 #include "LinksHold.h"
 #include "RandomMeshes.h"
 #include "RecordDump.h"
@@ -256,29 +257,40 @@ TEST_F(TwoStep, IsRefusedWhereTwoBodiesShareAVertex)
 
 TEST_F(TwoStep, EndsWithAFailureWhereTheEdgeOfAVertexLeadsBackToIt)
 {
-    // Two edges join the first vertex to another; when that one joins it, the edge that is left leads back to it.
-    Show(Sphere(1));
-    MANBrepElementManager& elements = m_Stage.GetElements();
-    TriangleSurgery surgery(&elements);
-    DSVertex& stays = *m_Solid->GetVertexList()[0];
-    const DSVertex& joins = *stays.GetHalfEdge()->GetNext()->GetVertex();
-    const DSVertex& apex = *surgery.SplitFace(*stays.GetHalfEdge()->GetLoop()->GetFace(), {0.9, 0.3, 0.3});
-    surgery.SplitFace(*stays.GetHalfEdge()->GetLoop()->GetFace(), {0.9, 0.3, 0.2});
-    ASSERT_NE(elements.FindEdge(apex.GetID(), joins.GetID()), nullptr);
-    surgery.CollapseEdge(*elements.FindEdge(apex.GetID(), joins.GetID()), apex);
-    surgery.CollapseEdge(*elements.FindEdge(stays.GetID(), joins.GetID()), joins);
-    DSHalfEdge* h = stays.GetHalfEdge();
-    for (int i = 0; i < 100 && h->GetNext()->GetVertex() != &stays; ++i)
-    {
-        h = h->GetTwin()->GetNext();
-    }
-    ASSERT_EQ(h->GetNext()->GetVertex(), &stays);
-    stays.GetHalfEdge() = h;
+    // Two faces that name the first vertex twice, each with a corner of its own.
+    IndexedMesh mesh;
+    mesh.positions = {smVec3d(0, 0, 0), smVec3d(1, 0, 0), smVec3d(0, 1, 0)};
+    mesh.AddFace({1, 1, 2});
+    mesh.AddFace({1, 1, 3});
+    const AssertionCapture assertions; // they have no normals
+    Show(mesh);
+    DSVertex& vertex = *m_Solid->GetVertexList()[0];
+    vertex.GetHalfEdge() = m_Solid->GetFaceList()[0]->GetLoopList()[0]->GetHalfEdge();
+    ASSERT_EQ(vertex.GetHalfEdge()->GetNext()->GetVertex(), &vertex);
     m_Stage.WriteCloud(kBunnyCloud, {{0, -1, -1}, {0, 1, 1}});
-    EXPECT_THAT(RefusalOfRun(), HasSubstr("the cloud has too few points near this mesh"));
+    EXPECT_EQ(RefusalOfRun(), kTooFewPoints);
     // As often as there are half-edges.
-    EXPECT_EQ(m_Console.Count("CollapseEdge error !!! "),
-              static_cast<int>(2 * m_Solid->GetEdgeList().size()));
+    EXPECT_EQ(m_Console.Count("CollapseEdge error !!! "), 6);
+}
+
+TEST_F(TwoStep, RefusesModelsThatCannotBeBroughtIntoTheCube)
+{
+    const IndexedMesh models[] = {Placed(Sphere(1), 0.0, {1, 2, 3}), Placed(Sphere(1), 1e-310, {0, 0, 0}),
+                                  Placed(Sphere(1), 1e300, {0, 0, 0})};
+    const char* const reasons[] = {"all vertices of the model are at one place", "too large or too small",
+                                   "too large or too small"};
+    for (std::size_t i = 0; i < std::size(models); ++i)
+    {
+        FitStage stage;
+        const AssertionCapture assertions; // faces without area
+        stage.Load(models[i]);
+        stage.WriteCloud(kBunnyCloud, SphereCloud(100, 1));
+        IAReconstructionSmoothTwoStepCommand command;
+        stage.Equip(command);
+        const std::string before = DumpRecords(stage.GetElements());
+        EXPECT_THAT(GetRefusal([&command] { command.Execute(); }), HasSubstr(reasons[i]));
+        EXPECT_EQ(DumpRecords(stage.GetElements()), before);
+    }
 }
 
 TEST_F(TwoStep, BringsPointsIntoTheMeshStepByStep)
@@ -433,6 +445,12 @@ TEST_F(TwoStep, PutsNewVerticesBackToTheirFeet)
 {
     RunOnSphere(Sphere(1), 100);
     const std::vector<smVec3d> before = GetPositions();
+    FootSearch search(*m_Solid, kTwoStepFeet);
+    std::vector<std::optional<Foot>> feet;
+    for (const smVec3d& point : m_Cloud)
+    {
+        feet.push_back(search.Find(point));
+    }
     m_Command.Step();
     m_Command.Restore();
     const std::vector<smVec3d> after = GetPositions();
@@ -440,7 +458,13 @@ TEST_F(TwoStep, PutsNewVerticesBackToTheirFeet)
     EXPECT_TRUE(std::equal(before.begin(), before.end(), after.begin()));
     for (std::size_t i = before.size(); i < after.size(); ++i)
     {
-        EXPECT_LT(after[i].Length(), 1.0 - 1e-6) << "on a chord of the sphere";
+        const std::int32_t point = m_Command.GetPairs().FindPoint(m_Solid->GetVertexList()[i]->GetID());
+        ASSERT_GE(point, 0);
+        const std::optional<Foot>& foot = feet[static_cast<std::size_t>(point)];
+        ASSERT_TRUE(foot);
+        EXPECT_EQ(after[i], foot->point);
+        EXPECT_GT((after[i] - m_Cloud[static_cast<std::size_t>(point)]).Length(), 1e-6)
+            << "on a chord of the sphere";
     }
 }
 

@@ -1,6 +1,7 @@
 #include "IOSaveObj.h"
 #include "Capture.h"
 #include "Failure.h"
+#include "FileSizeLimit.h"
 #include "IOTextOutput.h"
 #include "Meshes.h"
 #include "TemporaryFolder.h"
@@ -10,7 +11,6 @@
 #include <limits>
 #include <random>
 #include <string>
-#include <sys/resource.h>
 
 namespace tessarine
 {
@@ -320,25 +320,6 @@ TEST(IOSaveObj, LeavesAnOlderFileWhenTheWritingFails)
     EXPECT_EQ(ReadFile("out.obj"), "old");
     EXPECT_THAT(folder.List(), ElementsAre("out.obj"));
 }
-
-/// Lets no file grow beyond `bytes`, as a full disk does.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_Before);
-        rlimit lower = m_Before;
-        lower.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &lower);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_Before); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_Before{};
-};
 
 TEST(IOSaveObj, LeavesAnOlderFileOnAFullDisk)
 {

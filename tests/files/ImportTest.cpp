@@ -494,7 +494,7 @@ TEST(Import, NeedsTheRootOfTheScene)
     const AssertionCapture assertions;
     EXPECT_THROW(import.LoadText(kTetrahedron), AssertionFailure);
 #if TESSARINE_ASSERTIONS
-    EXPECT_THAT(assertions.GetExpressions(), ElementsAre("root != nullptr"));
+    EXPECT_THAT(assertions.GetExpressions(), ElementsAre("pRoot != nullptr"));
 #endif
 }
 }

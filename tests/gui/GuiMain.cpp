@@ -9,8 +9,9 @@ int main(int argc, char** argv)
 {
     using namespace tessarine;
     testing::InitGoogleTest(&argc, argv);
-    const TemporaryFolder home; // of the settings
+    const TemporaryFolder home; // of the settings, and of models that outlive their windows
     setenv("XDG_CONFIG_HOME", home.GetPath().c_str(), 1);
+    setenv("XDG_STATE_HOME", home.GetPath().c_str(), 1);
     setenv("XDG_RUNTIME_DIR", home.GetPath().c_str(), 1);
     PrepareForDisplay();
     DebugConsole().SetSink([](std::string_view text) { GetTerminalText() += text; });

@@ -100,6 +100,26 @@ TEST_F(ManagerCheckpoint, LeavesTheModelWhenItIsDropped)
     ExpectAsBefore();
 }
 
+TEST_F(ManagerCheckpoint, RewindsWhatWasAddedAndHidden)
+{
+    DSSolid* pHidden = LoadQuietly(m_Manager, QuadCube());
+    pHidden->SetVisible(false);
+    m_Manager.DeleteSolid(LoadQuietly(m_Manager, Tetrahedron()));
+    const auto mark = m_Manager.GetMark();
+    const std::size_t vertices = m_Manager.GetVertexArray().size();
+    LoadQuietly(m_Manager, Torus(20, 20));
+    m_pSolid->SetVisible(false);
+    pHidden->SetVisible(true);
+    m_Manager.Rewind(mark);
+    EXPECT_TRUE(m_pSolid->IsVisible());
+    EXPECT_FALSE(pHidden->IsVisible());
+    EXPECT_EQ(m_Manager.GetSolidArray().size(), 3U);
+    EXPECT_EQ(m_Manager.GetSolidArray()[2], nullptr);
+    EXPECT_EQ(m_Manager.CreateVertex()->GetID(), vertices);
+    EXPECT_TRUE(LinksHold(*m_pSolid));
+    EXPECT_TRUE(LinksHold(*pHidden));
+}
+
 TEST_F(ManagerCheckpoint, BringsBackListsWithHoles)
 {
     DSFace* pGone = m_pSolid->GetFaceList()[3];

@@ -1,8 +1,11 @@
 #include "RecordArray.h"
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace tessarine
 {
@@ -230,6 +233,54 @@ TEST_F(RecordArrayOfCounted, RestoresAnEmptyArray)
     array.Restore(std::move(saved));
     EXPECT_TRUE(array.empty());
     EXPECT_EQ(Counted::alive, 0);
+}
+
+TEST_F(RecordArrayOfCounted, RewindsToAMark)
+{
+    RecordArray<Counted> array;
+    Fill(array, 100);
+    array.Delete(7);
+    const Counted* pLast = array[99];
+    const auto mark = array.GetMark();
+    Fill(array, 5000); // several blocks
+    array.Delete(200);
+    array.Rewind(mark);
+    ASSERT_EQ(array.size(), 100U);
+    EXPECT_EQ(array[7], nullptr);
+    EXPECT_EQ(array[99], pLast);
+    EXPECT_EQ(pLast->number, 99U);
+    EXPECT_EQ(Counted::alive, 99);
+}
+
+TEST_F(RecordArrayOfCounted, MakesTheSameRecordsAgainAfterARewind)
+{
+    RecordArray<Counted> array;
+    Fill(array, 100);
+    array.Delete(10);
+    array.Delete(20);
+    const auto mark = array.GetMark();
+    std::vector<const Counted*> addresses;
+    std::generate_n(std::back_inserter(addresses), 12, [&] { return array.Create(); });
+    array.Delete(101); // its memory is the first to be used again now
+    array.Rewind(mark);
+    for (const Counted* pAddress : addresses)
+    {
+        EXPECT_EQ(array.Create(), pAddress);
+    }
+    EXPECT_EQ(array.size(), 112U);
+}
+
+TEST_F(RecordArrayOfCounted, RewindsAReservation)
+{
+    RecordArray<Counted> array;
+    const auto mark = array.GetMark();
+    array.Reserve(1000);
+    Fill(array, 10);
+    array.Rewind(mark);
+    EXPECT_TRUE(array.empty());
+    EXPECT_EQ(Counted::alive, 0);
+    Fill(array, 10);
+    EXPECT_EQ(array[9]->number, 9U);
 }
 
 namespace

@@ -1,10 +1,10 @@
 #include "File.h"
+#include "FileSizeLimit.h"
 #include "TemporaryFolder.h"
 #include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -19,6 +19,7 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
 
 template <class TAction>
 std::string FaultOf(TAction action)
@@ -66,22 +67,6 @@ private:
     uid_t m_nBefore = ::geteuid();
 };
 
-/// Lets no file grow beyond `bytes`: what a full disk looks like.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_Before);
-        rlimit lower = m_Before;
-        lower.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &lower);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_Before); }
-
-private:
-    rlimit m_Before = {};
-};
 }
 
 TEST(ReadFile, GivesEveryByteOfAFile)
@@ -424,6 +409,39 @@ TEST(ReplacingFile, WritesTwoFilesOfOneFolderAtOnce)
     second.Commit();
     first.Commit();
     EXPECT_EQ(ReadFile(folder / "first") + ReadFile(folder / "second"), "12");
+}
+
+TEST(ListFolder, NamesWhatIsThere)
+{
+    const TemporaryFolder folder;
+    folder.Write("a", "");
+    folder.Write("b/c", "");
+    folder.Write(".hidden", "");
+    std::vector<std::string> names;
+    EXPECT_TRUE(ListFolder(folder.GetPath(), names));
+    EXPECT_THAT(names, UnorderedElementsAre("a", "b", ".hidden"));
+    EXPECT_FALSE(ListFolder(folder / "missing", names));
+    EXPECT_FALSE(ListFolder(folder / "a", names));
+}
+
+TEST(RemoveTree, TakesAllThatIsInAFolderAndFollowsNoLink)
+{
+    const TemporaryFolder folder;
+    folder.Write("kept/file", "bytes");
+    folder.Write("gone/deep/file", "bytes");
+    fs::create_directory_symlink(folder / "kept", folder / "gone/link");
+    RemoveTree(folder / "gone");
+    EXPECT_THAT(folder.List(), ElementsAre("kept"));
+    EXPECT_EQ(folder.Read("kept/file"), "bytes");
+    RemoveTree(folder / "missing");
+}
+
+TEST(FlushToDisk, TakesFilesAndFoldersThatAreThere)
+{
+    const TemporaryFolder folder;
+    FlushToDisk(folder.Write("file", "bytes"));
+    FlushToDisk(folder.GetPath());
+    EXPECT_THAT(FaultOf([&] { FlushToDisk(folder / "missing"); }), EndsWith("missing: no such file"));
 }
 
 TEST(CurrentFolder, IsRestoredByItsGuard)

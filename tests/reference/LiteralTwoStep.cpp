@@ -5,6 +5,7 @@
 #include <ANN/ANN.h>
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace tessarine
 {
@@ -86,7 +87,25 @@ LiteralTwoStep::LiteralTwoStep(MANBrepElementManager& elements, DSSolid& solid,
 {
 }
 
-void LiteralTwoStep::MatchVertices()
+/// The faces left would name a vertex twice, or none would be left of two that have all their edges in common.
+bool LiteralTwoStep::CanCollapse(const DSHalfEdge* ha) const
+{
+    const DSHalfEdge* hb = ha->GetTwin();
+    for (const DSFace* face : m_Solid.GetFaceList())
+    {
+        const DSHalfEdge* h = face->GetLoopList()[0]->GetHalfEdge();
+        const std::set<const DSVertex*> corners{h->GetVertex(), h->GetNext()->GetVertex(),
+                                                h->GetPrev()->GetVertex()};
+        if (face != FaceAt(ha) && face != FaceAt(hb) && corners.contains(ha->GetVertex()) &&
+            corners.contains(hb->GetVertex()))
+        {
+            return false;
+        }
+    }
+    return FaceAt(ha->GetNext()->GetTwin()) != FaceAt(hb) || FaceAt(ha->GetPrev()->GetTwin()) != FaceAt(hb);
+}
+
+bool LiteralTwoStep::MatchVertices()
 {
     const int n = static_cast<int>(m_Points.size());
     const int k = std::min(16, n);
@@ -136,6 +155,11 @@ void LiteralTwoStep::MatchVertices()
                 m_Console += "There still exsits error points...\n";
                 DSHalfEdge* ha = vertex->GetHalfEdge();
                 DSHalfEdge* hb = ha->GetTwin();
+                if (!CanCollapse(ha))
+                {
+                    annDeallocPts(rows);
+                    return false;
+                }
                 ACTEuler euler(&m_Elements);
                 euler.LKEF(&m_Solid, ha->GetPrev()->GetTwin(), ha->GetPrev());
                 euler.LKEF(&m_Solid, hb->GetPrev()->GetTwin(), hb->GetPrev());
@@ -147,13 +171,18 @@ void LiteralTwoStep::MatchVertices()
     }
     annDeallocPts(rows);
     m_Console += "Refine init mesh ok...\n";
+    return true;
 }
 
-void LiteralTwoStep::Run()
+bool LiteralTwoStep::Run()
 {
-    MatchVertices();
+    if (!MatchVertices())
+    {
+        return false;
+    }
     Update();
     m_Solid.CalcNormals();
+    return true;
 }
 
 void LiteralTwoStep::Update()

@@ -7,18 +7,20 @@
 
 namespace tessarine
 {
+class DSHalfEdge;
 class DSSolid;
 class MANBrepElementManager;
 
 /// The two-step correspondence in its plainest form: each normal stored as it is computed, each neighbourhood searched
 /// from the front, a tree made anew for each point of a step. The judge of IAReconstructionSmoothTwoStepCommand, from
-/// its unitised solid and cloud on, for runs that come to their ends.
+/// its unitised solid and cloud on.
 class LiteralTwoStep
 {
 public:
     LiteralTwoStep(MANBrepElementManager& elements, DSSolid& solid, const std::vector<smVec3d>& cloud);
 
-    void Run();
+    /// @return false where a vertex that finds no point cannot be taken away
+    bool Run();
     void Step();
 
     std::string m_Console;
@@ -28,7 +30,8 @@ public:
     std::vector<smVec3d> m_OldPositions;
 
 private:
-    void MatchVertices();
+    bool MatchVertices();
+    bool CanCollapse(const DSHalfEdge* ha) const;
     void Update();
     void FindFeet();
     void SelectFeet();

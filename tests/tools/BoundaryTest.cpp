@@ -226,6 +226,20 @@ TEST_F(BoundaryTest, FlushesTheConsoleAtTheEnd)
     DebugConsole().SetSink(before);
 }
 
+TEST_F(BoundaryTest, TakesAddedSolidsOutAgain)
+{
+    EXPECT_FALSE(m_Bench.Perform("operation", Effect::AddsSolids,
+                                 [this]
+                                 {
+                                     GetController().Simplify(0.5F);
+                                     EXPECT_FALSE(m_pSolid->IsVisible());
+                                     Show(Sphere(3)); // records in blocks of their own
+                                     throw Failure("no");
+                                 }));
+    EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
+    EXPECT_TRUE(LinksHold(*m_pSolid));
+}
+
 TEST_F(BoundaryTest, SetsReplacedElementsAsideAndBringsThemBack)
 {
     EXPECT_FALSE(m_Bench.Perform("operation", Effect::ReplacesModel,
@@ -402,7 +416,7 @@ TEST_P(OutOfMemory, LeavesTheModelOfASimplification)
 {
     // The report of a vertex between folded faces would make do without memory.
     const AssertionHandler handler = SetAssertionHandler([](const AssertionSite&) {});
-    ExpectNothingChangesUntilItSucceeds(Effect::ChangesModel, [this] { GetController().Simplify(0.5F); });
+    ExpectNothingChangesUntilItSucceeds(Effect::AddsSolids, [this] { GetController().Simplify(0.5F); });
     SetAssertionHandler(handler);
     EXPECT_FALSE(m_pSolid->IsVisible());
 }

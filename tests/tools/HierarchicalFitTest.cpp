@@ -1,4 +1,5 @@
 #include "EigenTable.h"
+#include "FileSizeLimit.h"
 #include "IACommandRouter.h"
 #include "LinksHold.h"
 #include "Picture.h"
@@ -121,6 +122,24 @@ TEST_F(HierarchicalFitTest, LeavesEverythingAsItWasWhereTheMatrixCannotBeWritten
     }
     EXPECT_THAT(names, testing::UnorderedElementsAre("horse.txta", "CheckFootPoint.data",
                                                      "CheckCofficientMatrix.data")); // nothing unfinished
+}
+
+TEST_F(HierarchicalFitTest, LeavesBothFilesOfBeforeWhereTheDiskIsFullAtTheEndOfTheSecond)
+{
+    constexpr std::size_t kBetweenTheLengths = 3500;
+    Show(Sphere(1));
+    m_Folder.Write("data/CheckFootPoint.data", "of before");
+    m_Folder.Write("data/CheckCofficientMatrix.data", "of before");
+    {
+        const FileSizeLimit limit(kBetweenTheLengths);
+        EXPECT_FALSE(Perform(&IAController::FitVertices));
+    }
+    EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("CheckCofficientMatrix.data"));
+    EXPECT_EQ(m_Folder.Read("data/CheckFootPoint.data"), "of before");
+    EXPECT_EQ(m_Folder.Read("data/CheckCofficientMatrix.data"), "of before");
+    EXPECT_TRUE(Perform(&IAController::FitVertices));
+    EXPECT_LT(m_Folder.Read("data/CheckFootPoint.data").size(), kBetweenTheLengths);
+    EXPECT_GT(m_Folder.Read("data/CheckCofficientMatrix.data").size(), kBetweenTheLengths);
 }
 
 TEST_F(HierarchicalFitTest, FitsTheVerticesWithAFreshCommand)

@@ -283,6 +283,31 @@ TEST_F(MoveTools, EndWhereTheTypeOfTheSelectionChanges)
     EXPECT_TRUE(MoveTo(20, 0));
 }
 
+TEST_F(MoveTools, SayWhatStaysWhereAnotherSelectionIsCancelled)
+{
+    for (const std::vector<int>& types :
+         {std::vector<int>{ResourceID::SelectFaces},
+          std::vector<int>{ResourceID::SelectFaces, ResourceID::SelectSolids}})
+    {
+        Choose(ResourceID::SelectSolids);
+        GetElements().ToggleSelect(m_pCube->GetID());
+        Choose(ResourceID::MoveSolidX);
+        MoveTo(0, 0);
+        MoveTo(12, 0);
+        const smVec3d moved = GetCorner(0);
+        for (const int type : types) // which empties the list
+        {
+            Choose(type);
+        }
+        EXPECT_FALSE(RightDown());
+        EXPECT_THAT(m_Platform.GetFailures().back().reason,
+                    HasSubstr("the selection is not the one that was moved any more"));
+        EXPECT_EQ(GetCorner(0), moved);
+        EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+        EXPECT_EQ(GetHistorySize(), 0U);
+    }
+}
+
 TEST_F(MoveTools, EndBehindAnOperationOnTheModelAndSaySo)
 {
     Select(50, 50);

@@ -1,3 +1,4 @@
+#include "Failure.h"
 #include "IACommandRouter.h"
 #include "LinksHold.h"
 #include "Picture.h"

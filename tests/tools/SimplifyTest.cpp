@@ -1,3 +1,4 @@
+#include "Failure.h"
 #include "IACommandRouter.h"
 #include "LinksHold.h"
 #include "Picture.h"
@@ -17,7 +18,7 @@ class SimplifyTest : public WorkbenchTest
 protected:
     bool Simplify(float ratio)
     {
-        return m_Bench.Perform("simplify", Effect::ChangesModel,
+        return m_Bench.Perform("simplify", Effect::AddsSolids,
                                [this, ratio] { GetController().Simplify(ratio); });
     }
 
@@ -48,7 +49,7 @@ TEST_F(SimplifyTest, CanBeTakenBackByAFailureOfWhatFollows)
     DSSolid* solid = Show(Shaken(Sphere(2), 2));
     solid->CalcNormals();
     const std::string before = PictureOf(m_Bench);
-    EXPECT_FALSE(m_Bench.Perform("simplify", Effect::ChangesModel,
+    EXPECT_FALSE(m_Bench.Perform("simplify", Effect::AddsSolids,
                                  [this]
                                  {
                                      GetController().Simplify(0.5F);

@@ -2,9 +2,12 @@
 #include "IAReconstructionSmoothTwoStepCommand.h"
 #include "LinksHold.h"
 #include "Picture.h"
+#include "RandomMeshes.h"
 #include "WorkbenchTest.h"
 #include "resource.h"
 #include <algorithm>
+#include <random>
+#include <set>
 
 namespace tessarine
 {
@@ -29,6 +32,51 @@ std::string CubeCloud()
         }
     }
     return std::to_string(count) + '\n' + text;
+}
+
+/// One that a cloud of few points leaves hardly anything of.
+IndexedMesh SmallBody(unsigned seed)
+{
+    switch (seed % 5)
+    {
+    case 0: return Shaken(Sphere(0), seed);
+    case 1: return Shaken(Sphere(1), seed);
+    case 2: return Torus(3 + static_cast<int>(seed % 4), 3 + static_cast<int>(seed % 3));
+    case 3: return Beside(Shaken(Sphere(0), seed), Placed(Sphere(1), 1.0, {3, 0, 0}));
+    default: return Sphere(2);
+    }
+}
+
+std::string RandomCloud(std::size_t points, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::string text = std::to_string(points) + '\n';
+    for (std::size_t i = 0; i < 3 * points; ++i)
+    {
+        text += std::to_string(static_cast<int>(random() % 2001) - 1000) + ' ';
+    }
+    return text;
+}
+
+/// A closed mesh of triangles with three vertices each, of this Euler number.
+testing::AssertionResult IsSound(const DSSolid& solid, int characteristic)
+{
+    for (const DSFace* face : solid.GetFaceList())
+    {
+        const DSHalfEdge* h = face->GetLoopList()[0]->GetHalfEdge();
+        const std::set<const DSVertex*> corners{h->GetVertex(), h->GetNext()->GetVertex(),
+                                                h->GetPrev()->GetVertex()};
+        if (corners.size() != 3 || h->GetNext()->GetNext()->GetNext() != h)
+        {
+            return testing::AssertionFailure() << "face " << face->GetID() << " is no triangle";
+        }
+    }
+    if (2 * solid.GetEdgeList().size() != 3 * solid.GetFaceList().size() ||
+        EulerCharacteristic(solid) != characteristic)
+    {
+        return testing::AssertionFailure() << "the Euler number is " << EulerCharacteristic(solid);
+    }
+    return LinksHold(solid);
 }
 
 template <class TPlatform>
@@ -169,6 +217,37 @@ TEST_F(TwoStepMenuTest, LeavesEverythingAsItWasWhereTheRunFails)
     EXPECT_THAT(m_Platform.GetOnlyReason(), HasSubstr("the cloud has too few points near this mesh"));
     EXPECT_EQ(PictureOfAll(), before);
     EXPECT_TRUE(Choose(ResourceID::TwoStepFirst)) << "the command before goes on";
+}
+
+TEST_F(TwoStepMenuTest, EndsInASoundMeshOrLeavesEverythingAsItWas)
+{
+    int refused = 0;
+    int whole = 0;
+    for (unsigned seed = 0; seed < 60; ++seed)
+    {
+        ASSERT_TRUE(Choose(ResourceID::FileNew));
+        m_pSolid = Show(SmallBody(seed));
+        const int characteristic = EulerCharacteristic(*m_pSolid);
+        m_Folder.Write("data/bunny.txta", RandomCloud(2 + seed % 23, seed));
+        const std::string before = PictureOf(m_Bench);
+        if (!Choose(ResourceID::RefineTwoStep))
+        {
+            EXPECT_THAT(m_Platform.GetFailures().back().reason,
+                        HasSubstr("the cloud has too few points near this mesh"));
+            EXPECT_EQ(PictureOf(m_Bench), before) << seed;
+            ++refused;
+            continue;
+        }
+        ++whole;
+        EXPECT_TRUE(IsSound(*m_pSolid, characteristic)) << seed;
+        for (const int id : {ResourceID::TwoStepFirst, ResourceID::TwoStepThird, ResourceID::SubdivideLoop})
+        {
+            EXPECT_TRUE(Choose(id)) << seed;
+            EXPECT_TRUE(IsSound(*m_pSolid, characteristic)) << seed;
+        }
+    }
+    EXPECT_GE(refused, 10);
+    EXPECT_GE(whole, 10);
 }
 
 TEST_F(TwoStepMenuTest, LeavesEverythingAsItWasWhereVerticesCannotBePutBack)

@@ -1,6 +1,7 @@
 #include "DSBrep.h"
 #include "Console.h"
 #include "CycleGuard.h"
+#include "LookAhead.h"
 #include "NormalSums.h"
 #include "VertexWalk.h"
 #include <cmath>
@@ -102,21 +103,30 @@ void DSSolid::SetMaterial(DSMaterial* material)
 
 void DSSolid::CalcNormals()
 {
-    for (DSFace* pFace : m_FaceList)
-    {
-        if (pFace != nullptr)
+    ForEachFaceLookingAhead(
+        m_FaceList,
+        [](DSFace* pFace)
         {
-            pFace->CalcNormal();
-        }
-    }
+            if (pFace != nullptr)
+            {
+                pFace->CalcNormal();
+            }
+        },
+        AskForVertexAt);
+    CalcVertexNormals();
+}
+
+void DSSolid::CalcVertexNormals()
+{
     NormalSums sums(WanderingLimit::OfPatience());
-    for (DSVertex* pVertex : m_VertexList)
-    {
-        if (NormalSums::HasFacesAround(pVertex))
-        {
-            sums.Add(*pVertex);
-        }
-    }
+    ForEachVertexLookingAhead(m_VertexList,
+                              [&sums](DSVertex* pVertex)
+                              {
+                                  if (NormalSums::HasFacesAround(pVertex))
+                                  {
+                                      sums.Add(*pVertex);
+                                  }
+                              });
     sums.Finish();
     sums.SayCutWalks();
 }

@@ -293,6 +293,8 @@ public:
     ///         WanderingLimit); from then on a walk ends where it leaves its vertex, and standard error
     ///         tells how many did.
     void CalcNormals();
+    /// The second part of it, where the normals of the faces stand.
+    void CalcVertexNormals();
 
     /// Marks the boundary edges and prints what it finds, one item a line. Repairs nothing.
     /// @return vertices + faces - edges == 2

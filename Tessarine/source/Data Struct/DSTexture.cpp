@@ -267,10 +267,12 @@ void DSTexture::ReadPicture(const std::string& fileName, ImageBudget& budget)
     m_strFileName = fileName;
     try
     {
-        Image image = ReadImage(ResolveForReading(fileName), budget);
+        const std::filesystem::path path = ResolveForReading(fileName);
+        Image image = ReadImage(path, budget);
         DebugConsole() << "Image File's component is:" << image.components << '\n';
         DebugConsole() << "GL_RGB is:" << kGlRgb << '\n';
         SetImage(image.width, image.height, image.components, std::move(image.pixels));
+        NotePath(path);
     }
     catch (const FileError& error)
     {
@@ -281,6 +283,13 @@ void DSTexture::ReadPicture(const std::string& fileName, ImageBudget& budget)
     {
         TakeResampled();
     }
+}
+
+/// A picture that was removed meanwhile has none.
+void DSTexture::NotePath(const std::filesystem::path& path)
+{
+    std::error_code gone;
+    m_Path = std::filesystem::canonical(path, gone);
 }
 
 void DSTexture::TakeResampled()
@@ -307,7 +316,9 @@ void DSTexture::ReadPPM(const std::string& fileName, ImageBudget& budget)
     }
     try
     {
-        DecodePPM(fileName, ReadFile(ResolveForReading(fileName)), budget);
+        const std::filesystem::path path = ResolveForReading(fileName);
+        DecodePPM(fileName, ReadFile(path), budget);
+        NotePath(path);
     }
     catch (const FileError& error)
     {
@@ -393,6 +404,7 @@ void DSTexture::SetImage(int width, int height, int components, std::vector<std:
 {
     static std::uint64_t s_nImages = 0;
     m_nImageNumber = ++s_nImages;
+    m_Path.clear();
     ASSERT(pixels.size() == std::size_t{1} * static_cast<unsigned>(width) * static_cast<unsigned>(height) *
                                 static_cast<unsigned>(components));
     m_nWidth = width;

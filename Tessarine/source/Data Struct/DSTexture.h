@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +57,8 @@ public:
     bool Resample(ResampleMode mode);
 
     const std::string& GetFileName() const { return m_strFileName; }
+    /// Where the image was read from, whatever the current folder is by now; empty without an image.
+    const std::filesystem::path& GetPath() const { return m_Path; }
     int GetWidth() const { return m_nWidth; }
     int GetHeight() const { return m_nHeight; }
     int GetComponents() const { return m_nComponents; }
@@ -74,9 +77,11 @@ private:
     void ReadPPM(const std::string& fileName, ImageBudget& budget);
     void DecodePPM(const std::string& fileName, std::string_view bytes, ImageBudget& budget);
     void ReadPicture(const std::string& fileName, ImageBudget& budget);
+    void NotePath(const std::filesystem::path& path);
     void TakeResampled();
 
     std::string m_strFileName;
+    std::filesystem::path m_Path; ///< absolute, behind every symbolic link
     int m_nWidth = 0;
     int m_nHeight = 0;
     std::vector<std::uint8_t> m_pData;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -57,9 +58,11 @@ class RecordArray
             std::swap(freeCells, other.freeCells);
         }
 
-        void DestroyRecords() noexcept
+        void DestroyRecords() noexcept { DestroyRecords(slots); }
+
+        static void DestroyRecords(std::span<T* const> records) noexcept
         {
-            for (T* pRecord : slots)
+            for (T* pRecord : records)
             {
                 if (pRecord != nullptr)
                 {
@@ -111,6 +114,18 @@ public:
         std::vector<T> m_Copies;        ///< of Save: the live records in slot order
         std::vector<void*> m_FreeCells; ///< of Save: the free memory, first to be used first
         bool m_bHoldsRecords = false;   ///< of Take: the records themselves are in the blocks
+    };
+
+    /// How far the array has come at one moment, without the records.
+    class Mark
+    {
+        friend class RecordArray;
+
+        std::size_t m_nSlots = 0;
+        std::size_t m_nBlocks = 0;
+        std::byte* m_pNext = nullptr;
+        std::byte* m_pEnd = nullptr;
+        std::vector<void*> m_FreeCells; ///< first to be used first
     };
 
     RecordArray() = default;
@@ -193,10 +208,7 @@ public:
                 saved.m_Copies.push_back(*pRecord);
             }
         }
-        for (FreeCell* pCell = m_Store.freeCells; pCell != nullptr; pCell = pCell->next)
-        {
-            saved.m_FreeCells.push_back(pCell);
-        }
+        saved.m_FreeCells = ListFreeCells();
         return saved;
     }
 
@@ -219,6 +231,34 @@ public:
         {
             PutCopiesBack(checkpoint);
         }
+    }
+
+    Mark GetMark() const
+    {
+        Mark mark;
+        mark.m_nSlots = m_Store.slots.size();
+        mark.m_nBlocks = m_Store.blocks.size();
+        mark.m_pNext = m_Store.next;
+        mark.m_pEnd = m_Store.end;
+        mark.m_FreeCells = ListFreeCells();
+        return mark;
+    }
+
+    /// Destroys the records that were made since the mark; the next record gets the number and the address that it
+    /// would have got then.
+    ///
+    /// Needs   No record that was there has been deleted since, and the array has not been cleared, taken or
+    ///         restored.
+    void Rewind(const Mark& mark) noexcept
+    {
+        const auto firstNew = m_Store.slots.begin() + static_cast<std::ptrdiff_t>(mark.m_nSlots);
+        Store::DestroyRecords({firstNew, m_Store.slots.end()});
+        m_Store.slots.erase(firstNew, m_Store.slots.end());
+        m_Store.blocks.erase(m_Store.blocks.begin() + static_cast<std::ptrdiff_t>(mark.m_nBlocks),
+                             m_Store.blocks.end());
+        m_Store.next = mark.m_pNext;
+        m_Store.end = mark.m_pEnd;
+        ChainFreeCells(mark.m_FreeCells);
     }
 
 private:
@@ -272,12 +312,28 @@ private:
             }
         }
         checkpoint.m_Copies.clear();
+        ChainFreeCells(checkpoint.m_FreeCells);
+        checkpoint.m_FreeCells.clear();
+    }
+
+    /// The first to be used first.
+    std::vector<void*> ListFreeCells() const
+    {
+        std::vector<void*> cells;
+        for (FreeCell* pCell = m_Store.freeCells; pCell != nullptr; pCell = pCell->next)
+        {
+            cells.push_back(pCell);
+        }
+        return cells;
+    }
+
+    void ChainFreeCells(const std::vector<void*>& cells) noexcept
+    {
         m_Store.freeCells = nullptr;
-        for (auto cell = checkpoint.m_FreeCells.rbegin(); cell != checkpoint.m_FreeCells.rend(); ++cell)
+        for (auto cell = cells.rbegin(); cell != cells.rend(); ++cell)
         {
             m_Store.freeCells = ::new (*cell) FreeCell{m_Store.freeCells};
         }
-        checkpoint.m_FreeCells.clear();
     }
 
     Store m_Store;

@@ -97,25 +97,7 @@ void AddLitPolygon(VertexRun<LitCorner>& run, const DSFace& face, bool smooth)
                });
 }
 
-/// Asks for what stands behind a face of a list to come: its loop, and then the loop's half-edges, which nearly
-/// always lie side by side.
-void AskForLoop(const DSFace* face)
-{
-    if (!face->GetLoopList().empty())
-    {
-        AskForMemory(face->GetLoopList()[0], sizeof(DSLoop));
-    }
-}
-
-void AskForCorners(const DSFace* face)
-{
-    if (const DSHalfEdge* pEntry = FindEntry(*face))
-    {
-        AskForMemory(pEntry, 3 * sizeof(DSHalfEdge));
-    }
-}
-
-/// Likewise for an edge: its half-edges, and then their vertices.
+/// Asks for what stands behind an edge of a list to come: its half-edges, and then their vertices.
 void AskForHalfEdges(const DSEdge* edge)
 {
     AskForMemory(edge->GetHalfEdge1(), sizeof(DSHalfEdge));
@@ -262,16 +244,18 @@ void SolidDrawer::DrawWire(const DSSolid& solid) const
     glLineWidth(1.0F);
     {
         EdgeRun run;
-        ForEachLookingAhead(solid.GetEdgeList(), AskForHalfEdges, AskForVertices,
-                            [&run](const DSEdge* edge)
-                            {
-                                const EdgeEnds ends = FindEnds(*edge);
-                                if (ends.pFirst != nullptr)
-                                {
-                                    run.AddLine(*ends.pFirst, *ends.pSecond,
-                                                edge->GetHighlight() ? kHighlightColor : kEdgeColor);
-                                }
-                            });
+        ForEachLookingAhead(
+            solid.GetEdgeList(),
+            [&run](const DSEdge* edge)
+            {
+                const EdgeEnds ends = FindEnds(*edge);
+                if (ends.pFirst != nullptr)
+                {
+                    run.AddLine(*ends.pFirst, *ends.pSecond,
+                                edge->GetHighlight() ? kHighlightColor : kEdgeColor);
+                }
+            },
+            AskForHalfEdges, AskForVertices);
     }
     if ((m_nDisplayFlags & DisplayFlag::BoundaryEdges) != 0)
     {
@@ -286,18 +270,20 @@ void SolidDrawer::DrawSurface(const DSSolid& solid) const
     const bool smooth = (m_nDisplayFlags & DisplayFlag::SmoothShading) != 0;
     const DSMaterial* pCurrent = nullptr;
     VertexRun<LitCorner> run(GL_TRIANGLES);
-    ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
-                        [this, &run, &pCurrent, smooth](const DSFace* face)
-                        {
-                            const DSMaterial* pMaterial = &GetMaterial(*face);
-                            if (pMaterial != pCurrent)
-                            {
-                                run.Flush();
-                                ApplyMaterial(*pMaterial);
-                                pCurrent = pMaterial;
-                            }
-                            AddLitPolygon(run, *face, smooth);
-                        });
+    ForEachFaceLookingAhead(
+        solid.GetFaceList(),
+        [this, &run, &pCurrent, smooth](const DSFace* face)
+        {
+            const DSMaterial* pMaterial = &GetMaterial(*face);
+            if (pMaterial != pCurrent)
+            {
+                run.Flush();
+                ApplyMaterial(*pMaterial);
+                pCurrent = pMaterial;
+            }
+            AddLitPolygon(run, *face, smooth);
+        },
+        AskForVertexAt);
 }
 
 void SolidDrawer::ApplyLastMaterial(const DSSolid& solid) const
@@ -363,8 +349,9 @@ void SolidDrawer::DrawSolidMark(const DSSolid& solid, const smVec3f& color) cons
     {
         const PolygonOffset offset;
         VertexRun<LitCorner> run(GL_TRIANGLES);
-        ForEachLookingAhead(solid.GetFaceList(), AskForLoop, AskForCorners,
-                            [&run, smooth](const DSFace* face) { AddLitPolygon(run, *face, smooth); });
+        ForEachFaceLookingAhead(
+            solid.GetFaceList(), [&run, smooth](const DSFace* face) { AddLitPolygon(run, *face, smooth); },
+            AskForVertexAt);
     }
     glPopAttrib();
 }

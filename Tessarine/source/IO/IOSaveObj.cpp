@@ -1,7 +1,7 @@
 #include "IOSaveObj.h"
 #include "Assert.h"
 #include "Console.h"
-#include "CycleGuard.h"
+#include "CornerWalk.h"
 #include "Failure.h"
 #include "File.h"
 #include "IOTextOutput.h"
@@ -25,26 +25,6 @@ std::string_view UpToZero(const std::string& text)
 std::int32_t ToCount(std::size_t size)
 {
     return static_cast<std::int32_t>(size);
-}
-
-/// Calls visit(halfEdge) for each corner of the face, loop by loop.
-template <class TVisit>
-void ForEachCorner(const DSFace& face, TVisit visit)
-{
-    for (const DSLoop* pLoop : face.GetLoopList())
-    {
-        const DSHalfEdge* const pFirst = pLoop->GetHalfEdge();
-        ASSERT(pFirst != nullptr);
-        CycleGuard guard;
-        const DSHalfEdge* pHalfEdge = pFirst;
-        do
-        {
-            guard.Visit(pHalfEdge);
-            visit(*pHalfEdge);
-            pHalfEdge = pHalfEdge->GetNext();
-            ASSERT(pHalfEdge != nullptr);
-        } while (pHalfEdge != pFirst);
-    }
 }
 
 void WriteVector(std::string_view keyword, const smVec3d& vector, IOTextOutput& file)

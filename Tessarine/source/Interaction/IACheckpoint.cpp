@@ -27,6 +27,10 @@ IACheckpoint::IACheckpoint(IAController& controller, Open3DView& view, MANComman
     {
         m_Elements.emplace(controller.GetElementManager().Save());
     }
+    else if (effect == Effect::AddsSolids)
+    {
+        m_Mark.emplace(controller.GetElementManager().GetMark());
+    }
     else
     {
         controller.SetElementsAside(&m_Elements);
@@ -46,6 +50,10 @@ void IACheckpoint::Restore() noexcept
     if (m_Elements)
     {
         m_Controller.GetElementManager().Restore(std::move(*m_Elements));
+    }
+    if (m_Mark)
+    {
+        m_Controller.GetElementManager().Rewind(*m_Mark);
     }
     if (m_Scene)
     {

@@ -12,6 +12,7 @@ enum class Effect
 {
     None,          ///< the model stays
     ChangesModel,  ///< anything in the stores may change
+    AddsSolids,    ///< changes the scene, and of the elements that are there only which solids are shown
     ReplacesModel, ///< changes nothing before it has called IAController::ResetModels or ClearModels
     ReplacesDocument ///< leaves this controller and its model alone, and has the view forget what it shows over it
 };
@@ -40,5 +41,6 @@ private:
     std::optional<Open3DView::Checkpoint> m_Overlays;
     std::optional<MANSceneManager::Checkpoint> m_Scene;
     IAController::ElementCheckpoint m_Elements;
+    std::optional<MANBrepElementManager::Mark> m_Mark; ///< in place of the elements
 };
 }

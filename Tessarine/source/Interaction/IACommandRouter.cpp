@@ -26,6 +26,12 @@ constexpr Route Command(int id, void (*run)(IAWorkbench& workbench))
     return {id, Effect::ChangesModel, run};
 }
 
+/// What there is stays as it is, but may be hidden.
+constexpr Route Addition(int id, void (*run)(IAWorkbench& workbench))
+{
+    return {id, Effect::AddsSolids, run};
+}
+
 /// A tool, a switch, a selection type or a sampling: what the model is made of stays.
 constexpr Route OfView(int id, void (*run)(IAWorkbench& workbench))
 {
@@ -154,9 +160,9 @@ constexpr Route kRoutes[] = {
     Command(ResourceID::OptimizeMesh1, [](IAWorkbench& workbench) { workbench.GetController().OptimizeMesh(1); }),
     Command(ResourceID::OptimizeMesh2, [](IAWorkbench& workbench) { workbench.GetController().OptimizeMesh(2); }),
     Command(ResourceID::OptimizeMesh3, [](IAWorkbench& workbench) { workbench.GetController().OptimizeMesh(3); }),
-    Command(ResourceID::Simplify20, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.8F); }),
-    Command(ResourceID::Simplify50, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.5F); }),
-    Command(ResourceID::Simplify80, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.2F); }),
+    Addition(ResourceID::Simplify20, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.8F); }),
+    Addition(ResourceID::Simplify50, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.5F); }),
+    Addition(ResourceID::Simplify80, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.2F); }),
     Command(ResourceID::SetMaterial, [](IAWorkbench& workbench) { workbench.GetController().SetMaterialOfSelection(); }),
     Command(ResourceID::GenerateSplats, [](IAWorkbench& workbench) { workbench.GetController().GenerateSplats(); }),
     Command(ResourceID::TwoStepFirst, [](IAWorkbench& workbench) { workbench.GetController().TwoStepFirst(); }),

@@ -7,6 +7,7 @@
 #include "File.h"
 #include "IADrawSplatTool.h"
 #include "IAMoveTool.h"
+#include "IARecovery.h"
 #include "IASelectTool.h"
 #include "Platform.h"
 #include <algorithm>
@@ -159,6 +160,12 @@ std::string GetName(ToolEvent::Kind kind)
     return "set-cursor";
 }
 
+/// Motions come by the hundred, and nobody wants to wait in the middle of one.
+bool IsClickOrKey(ToolEvent::Kind kind)
+{
+    return kind != ToolEvent::Kind::MouseMove && kind != ToolEvent::Kind::SetCursor;
+}
+
 /// Any file: the framework's dialogs have no filter of the system's own.
 FileQuestion AnyFile()
 {
@@ -191,10 +198,19 @@ bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std
         ForgetPicks();
     }
     BeginAssertionReports();
+    if (effect != Effect::None)
+    {
+        KeepModel();
+    }
+    const unsigned modelBefore = m_pController->GetModelNumber();
     bool hasEndedMove = false;
     const bool done =
         RunAndTell(operation, kModelStays, [&] { hasEndedMove = RunOrRestore(effect, action); });
-    if (!done && effect != Effect::None)
+    if (done)
+    {
+        NoteOutcome(effect, modelBefore);
+    }
+    else if (effect != Effect::None)
     {
         RedrawAfterFailure();
     }
@@ -202,9 +218,39 @@ bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std
     {
         TellEndedMove(operation);
     }
+    if (effect != Effect::None)
+    {
+        ForgetPicks(); // a frame behind a dialog may have looked at the model in the middle of the operation
+    }
     PreparePicks();
     FinishReports();
     return done;
+}
+
+void IAWorkbench::KeepModel() noexcept
+{
+    if (m_pRecovery != nullptr)
+    {
+        m_pRecovery->Keep(*m_pController);
+    }
+}
+
+/// Keeps what the operation made, too: a long one is worth most.
+void IAWorkbench::NoteOutcome(Effect effect, unsigned modelBefore)
+{
+    const unsigned model = m_pController->GetModelNumber();
+    const bool wasCancelled = effect == Effect::ReplacesModel && model == modelBefore;
+    if (m_pRecovery == nullptr || effect == Effect::None || wasCancelled)
+    {
+        return;
+    }
+    if (effect == Effect::ReplacesDocument || (effect == Effect::ReplacesModel && model == m_nImportedModel))
+    {
+        m_pRecovery->MarkSafe();
+        return;
+    }
+    m_pRecovery->MarkChanged();
+    KeepModel();
 }
 
 /// Whatever changes the model passes the boundary, by an operation with an effect or by an event of another tool.
@@ -260,13 +306,28 @@ bool IAWorkbench::SendEvent(const ToolEvent& event)
         ForgetPicks();
     }
     BeginAssertionReports();
+    if (IsClickOrKey(event.kind))
+    {
+        KeepModel();
+    }
+    const bool isMoving = IsMoveUnderWay();
     const bool done = RunAndTell(GetName(event.kind), "", [&] { PassToTool(event); });
+    if (isMoving && m_pRecovery != nullptr)
+    {
+        m_pRecovery->MarkChanged();
+    }
     if (!isSelecting)
     {
         PreparePicks(); // a move may have ended
     }
     FinishReports();
     return done;
+}
+
+bool IAWorkbench::IsMoveUnderWay() const
+{
+    const auto* move = dynamic_cast<const IAMoveTool*>(m_ToolsManager.GetCurrentTool());
+    return move != nullptr && move->IsUnderWay();
 }
 
 bool IAWorkbench::IsSelectToolOnTop() const
@@ -298,6 +359,7 @@ void IAWorkbench::NewDocument()
     EndMoves(); // what was moved goes with the old model
     static_cast<IADrawSplatTool*>(m_ToolsManager.FindTool(ToolID::DrawSplat))->EndDrag();
     m_pController = std::move(controller);
+    m_nImportedModel = 0;
 }
 
 /// Takes the tools off the stack down to the lowest that moves; also one whose move has ended when taking it off failed.
@@ -332,7 +394,12 @@ void IAWorkbench::ImportObj()
     ForgetPicks();
     {
         const CurrentFolderGuard folder;
+        const unsigned modelBefore = m_pController->GetModelNumber();
         m_pController->ImportObj();
+        if (m_pController->GetModelNumber() != modelBefore)
+        {
+            m_nImportedModel = m_pController->GetModelNumber();
+        }
     }
     m_pController->Redraw();
 }

@@ -13,6 +13,8 @@
 
 namespace tessarine
 {
+class IARecovery;
+
 /// What the document and the view do together, without any window: the one controller of the current
 /// document, the view, the tools and the command history that outlive it, and the boundary that every operation
 /// of the user passes.
@@ -57,6 +59,9 @@ public:
     /// @return whether the tool ran to its end
     bool SendEvent(const ToolEvent& event);
 
+    /// From now on the model is kept for the case that the process is ended; null ends that.
+    void SetRecovery(IARecovery* recovery) { m_pRecovery = recovery; }
+
     // What follows throws, and is to be run through Perform.
 
     /// A fresh controller takes the place of the old one; camera, display flags and history stay. A move that is
@@ -82,6 +87,9 @@ private:
     bool EndMoves();
     bool RunOrRestore(Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
+    void KeepModel() noexcept;
+    void NoteOutcome(Effect effect, unsigned modelBefore);
+    bool IsMoveUnderWay() const;
     void RedrawAfterFailure() noexcept;
 
     // The history goes last: a command may hold what the overlays of the view point at.
@@ -89,5 +97,7 @@ private:
     Open3DView m_View;
     std::unique_ptr<IAController> m_pController;
     MANToolsManager m_ToolsManager;
+    IARecovery* m_pRecovery = nullptr;
+    unsigned m_nImportedModel = 0; ///< the number of the last model that came whole from a file
 };
 }

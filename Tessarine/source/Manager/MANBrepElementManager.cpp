@@ -389,4 +389,39 @@ void MANBrepElementManager::Restore(Checkpoint&& checkpoint) noexcept
     m_SelectList = std::move(checkpoint.selectList);
     m_nSelectType = checkpoint.selectType;
 }
+
+MANBrepElementManager::Mark MANBrepElementManager::GetMark() const
+{
+    Mark mark{m_SolidList.GetMark(),
+              m_FaceArray.GetMark(),
+              m_EdgeArray.GetMark(),
+              m_HalfEdgeArray.GetMark(),
+              m_LoopArray.GetMark(),
+              m_VertexArray.GetMark(),
+              {}};
+    for (const DSSolid* pSolid : m_SolidList)
+    {
+        mark.isShown.push_back(pSolid != nullptr && pSolid->IsVisible());
+    }
+    return mark;
+}
+
+void MANBrepElementManager::Rewind(const Mark& mark) noexcept
+{
+    m_SolidList.Rewind(mark.solids);
+    m_FaceArray.Rewind(mark.faces);
+    m_EdgeArray.Rewind(mark.edges);
+    m_HalfEdgeArray.Rewind(mark.halfEdges);
+    m_LoopArray.Rewind(mark.loops);
+    m_VertexArray.Rewind(mark.vertices);
+    auto isShown = mark.isShown.begin();
+    for (DSSolid* pSolid : m_SolidList)
+    {
+        const bool wasShown = *isShown++;
+        if (pSolid != nullptr)
+        {
+            pSolid->SetVisible(wasShown);
+        }
+    }
+}
 }

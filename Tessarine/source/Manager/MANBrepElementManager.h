@@ -171,6 +171,15 @@ public:
     /// Puts a checkpoint back in place of what the manager holds now. Allocates nothing.
     void Restore(Checkpoint&& checkpoint) noexcept;
 
+    /// How many records there are, and which solids are shown: what to go back to from a command that only adds
+    /// solids. It copies no record.
+    struct Mark;
+    Mark GetMark() const;
+    /// Destroys the records that were made since the mark, and shows the solids that were shown. Allocates nothing.
+    ///
+    /// Needs   Nothing else has changed since.
+    void Rewind(const Mark& mark) noexcept;
+
 private:
     template <class T>
     static T* CreateRecord(RecordArray<T>& array, std::uint32_t kind)
@@ -204,5 +213,16 @@ struct MANBrepElementManager::Checkpoint
     MANMaterialManager::Checkpoint materials;
     std::vector<std::uint32_t> selectList;
     std::uint32_t selectType = 0;
+};
+
+struct MANBrepElementManager::Mark
+{
+    RecordArray<DSSolid>::Mark solids;
+    RecordArray<DSFace>::Mark faces;
+    RecordArray<DSEdge>::Mark edges;
+    RecordArray<DSHalfEdge>::Mark halfEdges;
+    RecordArray<DSLoop>::Mark loops;
+    RecordArray<DSVertex>::Mark vertices;
+    std::vector<bool> isShown; ///< by slot, of the solids
 };
 }

@@ -1,6 +1,7 @@
 #include "Angles.h"
 #include "Degree.h"
-#include "VertexWalk.h"
+#include "LookAhead.h"
+#include "RingWalks.h"
 
 namespace tessarine
 {
@@ -17,19 +18,24 @@ smVec3d DirectionOf(const DSHalfEdge& from, const DSHalfEdge& to)
 double SumCornerAngles(const DSSolid& solid)
 {
     double sum = 0.0;
-    for (const DSVertex* pVertex : solid.GetVertexList())
-    {
-        ASSERT(pVertex != nullptr);
-        if (pVertex->GetHalfEdge() == nullptr)
+    RingWalks::ForEach(
+        solid.GetVertexList(),
+        [](const DSHalfEdge& h)
         {
-            continue;
-        }
-        for (VertexWalk walk(pVertex->GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
+            for (const DSHalfEdge* pSide : {h.GetEdge()->GetHalfEdge1(), h.GetEdge()->GetHalfEdge2()})
+            {
+                AskForMemory(pSide != nullptr ? pSide->GetVertex() : nullptr, sizeof(DSVertex));
+            }
+            AskForMemory(h.GetNext(), sizeof(DSHalfEdge));
+            AskForMemory(h.GetPrev(), sizeof(DSHalfEdge));
+        },
+        [&sum](const DSVertex& /*vertex*/, const VertexRing& ring)
         {
-            const DSHalfEdge& h = *walk.Get();
-            sum += AngleBetween(DirectionOf(h, *h.GetNext()), DirectionOf(h, *h.GetPrev()));
-        }
-    }
+            for (const DSHalfEdge* h : ring.halfEdges)
+            {
+                sum += AngleBetween(DirectionOf(*h, *h->GetNext()), DirectionOf(*h, *h->GetPrev()));
+            }
+        });
     return sum;
 }
 

@@ -73,7 +73,7 @@ void PrintEigenTable(const EigenTable& table);
 
 /// Makes the table for all valences up to a highest one, and writes it entry by entry.
 ///
-/// Fails   Failure for a valence below 3 or above 1000 (a file of 2.8 GB). FileError.
+/// Fails   Failure for a valence below 3 or above 1000 (a file of 2.9 GB). FileError.
 /// Cost    What it writes.
 void WriteEigenTable(const std::filesystem::path& path, int nMostValence);
 }

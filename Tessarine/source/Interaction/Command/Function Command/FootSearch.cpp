@@ -1,11 +1,12 @@
 #include "FootSearch.h"
 #include "Console.h"
 #include "DSBrep.h"
+#include "Failure.h"
 #include "LookAhead.h"
 #include "Platform.h"
+#include "RingWalks.h"
 #include "SpaceOrder.h"
 #include "VertexPlaces.h"
-#include "VertexWalk.h"
 #include <algorithm>
 #include <cmath>
 
@@ -23,7 +24,7 @@ const DSLoop& FirstLoopOf(const DSFace& face)
 }
 
 /// Into memory that is used again and again.
-void GatherCorners(const DSFace& face, std::vector<const DSVertex*>& corners)
+void GatherCorners(const DSFace& face, std::vector<const DSHalfEdge*>& corners)
 {
     corners.clear();
     CycleGuard guard;
@@ -32,48 +33,48 @@ void GatherCorners(const DSFace& face, std::vector<const DSVertex*>& corners)
     do
     {
         guard.Visit(h);
-        corners.push_back(h->GetVertex());
+        corners.push_back(h);
         h = h->GetNext();
     } while (h != pStart);
 }
 
-/// Places of faces in their list by id.
-class FacePlaces
+const smVec3d& PositionAt(const DSHalfEdge* h)
+{
+    return h->GetVertex()->GetPosition();
+}
+}
+
+/// The places of the faces in their list, by half-edge.
+class FootSearch::FacePlaces
 {
 public:
-    explicit FacePlaces(const DSSolid& solid)
+    void Put(const DSHalfEdge& h, std::uint32_t place)
     {
-        for (const DSFace* pFace : solid.GetFaceList())
+        const std::size_t index = IndexOf(h);
+        if (index >= m_Places.size())
         {
-            m_nLowestID = std::min(m_nLowestID, pFace->GetID());
+            m_Places.resize(index + 1 + m_Places.size());
         }
-        std::uint32_t place = 0;
-        for (const DSFace* pFace : solid.GetFaceList())
-        {
-            const std::size_t offset = pFace->GetID() - m_nLowestID;
-            m_Places.resize(std::max(m_Places.size(), offset + 1));
-            m_Places[offset] = place++;
-        }
+        m_Places[index] = place;
     }
-
-    std::uint32_t Of(const DSHalfEdge* h) const
+    void AskFor(const DSHalfEdge& h) const { __builtin_prefetch(m_Places.data() + IndexOf(h)); }
+    std::uint32_t Of(const DSHalfEdge& h) const
     {
-        ASSERT(h->GetLoop() != nullptr && h->GetLoop()->GetFace() != nullptr);
-        const std::size_t offset = h->GetLoop()->GetFace()->GetID() - m_nLowestID;
-        ASSERT(offset < m_Places.size());
-        return m_Places[offset];
+        ASSERT(IndexOf(h) < m_Places.size());
+        return m_Places[IndexOf(h)];
     }
 
 private:
-    std::uint32_t m_nLowestID = ElementKind::Invalid;
+    static std::size_t IndexOf(const DSHalfEdge& h) { return h.GetID() & ~ElementKind::HalfEdge; }
+
     std::vector<std::uint32_t> m_Places;
 };
-}
 
 FootSearch::FootSearch(DSSolid& solid, const FootVariant& variant) : m_Variant(variant), m_Vertices(solid)
 {
-    ShapeFaces(solid);
-    LinkFacesToVertices(solid);
+    FacePlaces places;
+    ShapeFaces(solid, places);
+    LinkFacesToVertices(solid, places);
     m_LastCandidacy.resize(m_Shapes.size());
     if (variant.refusesCuts)
     {
@@ -82,50 +83,60 @@ FootSearch::FootSearch(DSSolid& solid, const FootVariant& variant) : m_Variant(v
     }
 }
 
-void FootSearch::ShapeFaces(DSSolid& solid)
+void FootSearch::ShapeFaces(const DSSolid& solid, FacePlaces& places)
 {
-    const VertexPlaces places(solid);
+    const VertexPlaces vertexPlaces(solid);
     m_Shapes.reserve(solid.GetFaceList().size());
-    std::vector<const DSVertex*> corners;
-    for (DSFace* pFace : solid.GetFaceList())
-    {
-        ASSERT(pFace != nullptr);
-        GatherCorners(*pFace, corners);
-        FaceShape shape;
-        shape.face = pFace;
-        shape.centroid = pFace->CalcCentroid();
-        shape.normal = pFace->ComputeNormal();
-        shape.nCorners = static_cast<int>(corners.size());
-        for (std::size_t i = 0; i < std::min<std::size_t>(corners.size(), 3); ++i)
+    std::vector<const DSHalfEdge*> corners;
+    ForEachFaceLookingAhead(
+        solid.GetFaceList(),
+        [&](DSFace* pFace)
         {
-            shape.corners[i] = corners[i]->GetPosition();
-            shape.cornerPlaces[i] = static_cast<std::uint32_t>(places.GetPlace(*corners[i]));
-        }
-        shape.doubleArea =
-            (shape.corners[1] - shape.corners[0]).Cross(shape.corners[2] - shape.corners[0]).Length();
-        m_Shapes.push_back(shape);
-    }
+            ASSERT(pFace != nullptr);
+            GatherCorners(*pFace, corners);
+            for (const DSHalfEdge* h : corners)
+            {
+                places.Put(*h, static_cast<std::uint32_t>(m_Shapes.size()));
+            }
+            m_Shapes.push_back(ShapeOf(*pFace, corners, vertexPlaces));
+        },
+        AskForVertexAt);
 }
 
-void FootSearch::LinkFacesToVertices(const DSSolid& solid)
+FootSearch::FaceShape FootSearch::ShapeOf(DSFace& face, const std::vector<const DSHalfEdge*>& corners,
+                                          const VertexPlaces& places)
 {
-    const FacePlaces places(solid);
+    FaceShape shape;
+    shape.face = &face;
+    shape.centroid = face.CalcCentroid();
+    shape.normal = face.ComputeNormal();
+    shape.nCorners = static_cast<int>(corners.size());
+    for (std::size_t i = 0; i < std::min<std::size_t>(corners.size(), 3); ++i)
+    {
+        shape.corners[i] = PositionAt(corners[i]);
+        shape.cornerPlaces[i] = static_cast<std::uint32_t>(places.GetPlace(*corners[i]->GetVertex()));
+    }
+    shape.doubleArea =
+        (shape.corners[1] - shape.corners[0]).Cross(shape.corners[2] - shape.corners[0]).Length();
+    return shape;
+}
+
+void FootSearch::LinkFacesToVertices(const DSSolid& solid, const FacePlaces& places)
+{
     m_RingEnds.reserve(solid.GetVertexList().size());
     m_RingFaces.reserve(3 * m_Shapes.size());
-    for (const DSVertex* pVertex : solid.GetVertexList())
-    {
-        if (pVertex->GetHalfEdge() != nullptr)
+    RingWalks::ForEach(
+        solid.GetVertexList(), [&places](const DSHalfEdge& h) { places.AskFor(h); },
+        [&](const DSVertex& vertex, const VertexRing& ring)
         {
-            VertexWalk walk(pVertex->GetHalfEdge());
-            for (; !walk.IsAtEnd(); walk.Step())
+            ASSERT(!ring.endedAtBoundary);
+            for (const DSHalfEdge* h : ring.halfEdges)
             {
-                ASSERT(walk.Get()->GetVertex() == pVertex);
-                m_RingFaces.push_back(places.Of(walk.Get()));
+                ASSERT(h->GetVertex() == &vertex);
+                m_RingFaces.push_back(places.Of(*h));
             }
-            ASSERT(!walk.EndedAtBoundary());
-        }
-        m_RingEnds.push_back(static_cast<std::uint32_t>(m_RingFaces.size()));
-    }
+            m_RingEnds.push_back(static_cast<std::uint32_t>(m_RingFaces.size()));
+        });
 }
 
 std::span<const std::uint32_t> FootSearch::GetRing(std::size_t vertex) const
@@ -192,13 +203,13 @@ void FootSearch::GatherCandidates(const smVec3d& point)
 
 bool FootSearch::ContainsInFan(const FaceShape& shape, const smVec3d& foot, TriangleTest& test) const
 {
-    std::vector<const DSVertex*> corners;
+    std::vector<const DSHalfEdge*> corners;
     GatherCorners(*shape.face, corners);
     bool isInside = false;
     for (std::size_t i = 0; i < corners.size(); ++i)
     {
-        const DSVertex* pNext = corners[i + 1 == corners.size() ? 0 : i + 1];
-        test = PointInTriangle(foot, {corners[i]->GetPosition(), pNext->GetPosition(), shape.centroid},
+        const DSHalfEdge* pNext = corners[i + 1 == corners.size() ? 0 : i + 1];
+        test = PointInTriangle(foot, {PositionAt(corners[i]), PositionAt(pNext), shape.centroid},
                                m_Variant.tolerance);
         isInside = isInside || test.isInside;
     }
@@ -207,7 +218,13 @@ bool FootSearch::ContainsInFan(const FaceShape& shape, const smVec3d& foot, Tria
 
 void FootSearch::CheckCorners(const FaceShape& shape)
 {
-    ASSERT(shape.nCorners < kTooManyCorners);
+    ASSERT_VALUE(shape.nCorners < kTooManyCorners); // told below what to do
+    if (shape.nCorners >= kTooManyCorners)
+    {
+        throw Failure(
+            "a face of the model has " + std::to_string(shape.nCorners) +
+            " corners, and a fit takes up to 19: cut it into smaller ones in the file, and import again");
+    }
     ASSERT(shape.nCorners == 3 || m_Variant.polygons != PolygonRule::Assert);
     if (shape.nCorners != 3 && m_Variant.polygons == PolygonRule::Message && !m_bComplained)
     {

@@ -11,6 +11,9 @@
 namespace tessarine
 {
 class DSFace;
+class DSHalfEdge;
+class DSSolid;
+class VertexPlaces;
 
 /// Which of the faces that a foot falls on is taken.
 enum class FootChoice
@@ -60,7 +63,8 @@ struct Foot
 ///
 /// Needs   Vertices whose own half-edge leads round a closed fan, or that have none (asserted).
 /// Says    "Adjacent Face size: " and the number of candidates for each point.
-/// Fails   As NearestPoints. A face of 20 corners or more among the candidates is an assertion.
+/// Fails   As NearestPoints. A face of 20 corners or more among the candidates is a reported assertion, and a
+///         Failure that says what to do.
 /// Cost    The start is linear in the solid. A point costs a query of the tree and its candidates.
 class FootSearch
 {
@@ -96,8 +100,12 @@ private:
         std::array<std::uint32_t, 3> cornerPlaces{}; ///< in the list of vertices, of a triangle
     };
 
-    void ShapeFaces(DSSolid& solid);
-    void LinkFacesToVertices(const DSSolid& solid);
+    class FacePlaces;
+
+    void ShapeFaces(const DSSolid& solid, FacePlaces& places);
+    static FaceShape ShapeOf(DSFace& face, const std::vector<const DSHalfEdge*>& corners,
+                             const VertexPlaces& places);
+    void LinkFacesToVertices(const DSSolid& solid, const FacePlaces& places);
     std::span<const std::uint32_t> GetRing(std::size_t vertex) const;
     void GatherCandidates(const smVec3d& point);
     void MeetVertex(std::uint32_t place);

@@ -6,10 +6,11 @@
 #include "FanValences.h"
 #include "IAPointCloud.h"
 #include "IODatasetText.h"
+#include "LookAhead.h"
 #include "MANSceneManager.h"
 #include "Open3DView.h"
+#include "RingWalks.h"
 #include "SolidNormalization.h"
-#include "VertexWalk.h"
 #include <algorithm>
 
 namespace tessarine
@@ -30,31 +31,41 @@ bool IsPolygon(const DSFace& face)
     return face.GetLoopList().size() == 1 && h->GetNext() != h && h->GetNext()->GetNext() != h;
 }
 
-int CountInFan(const DSVertex& vertex)
+[[noreturn]] void RefuseSharedVertex(const DSVertex& vertex)
 {
-    int nMet = 0;
-    for (VertexWalk walk(vertex.GetHalfEdge()); !walk.IsAtEnd(); walk.Step())
-    {
-        ++nMet;
-    }
-    return nMet;
+    const smVec3d& place = vertex.GetPosition();
+    throw Failure("a model can be fitted to a cloud only where each vertex has one ring of faces, and at (" +
+                  std::to_string(place.x) + ", " + std::to_string(place.y) + ", " + std::to_string(place.z) +
+                  ") two parts of the surface share one: give each part a vertex of its own in the file and "
+                  "import again");
 }
 
-/// Each vertex of a closed mesh has one fan, which its walk meets whole.
-void DemandSingleFans(const DSSolid& solid)
+/// Each vertex of a closed mesh has one fan, which its walk meets whole: all walks together meet each half-edge.
+void DemandSingleFans(const DSSolid& solid, std::size_t nHalfEdges)
 {
+    std::vector<std::size_t> met;
+    std::size_t sum = 0;
+    RingWalks::ForEach(
+        solid.GetVertexList(), [](const DSHalfEdge& /*h*/) {},
+        [&](const DSVertex& /*vertex*/, const VertexRing& ring)
+        {
+            met.push_back(ring.halfEdges.size());
+            sum += met.back();
+        });
+    if (sum == nHalfEdges)
+    {
+        return;
+    }
     const FanValences fans(solid);
+    auto inFan = met.begin();
     for (const DSVertex* pVertex : solid.GetVertexList())
     {
-        if (pVertex->GetHalfEdge() != nullptr && CountInFan(*pVertex) != fans.CountLeaving(*pVertex))
+        if (pVertex->GetHalfEdge() != nullptr &&
+            *inFan != static_cast<std::size_t>(fans.CountLeaving(*pVertex)))
         {
-            const smVec3d& place = pVertex->GetPosition();
-            throw Failure(
-                "a model can be fitted to a cloud only where each vertex has one ring of faces, and at (" +
-                std::to_string(place.x) + ", " + std::to_string(place.y) + ", " + std::to_string(place.z) +
-                ") two parts of the surface share one: give each part a vertex of its own in the file and "
-                "import again");
+            RefuseSharedVertex(*pVertex);
         }
+        ++inFan;
     }
 }
 
@@ -72,20 +83,46 @@ bool HasFaceAcross(const DSHalfEdge* h)
            pMate->GetNext()->GetVertex() == h->GetVertex();
 }
 
-bool HasFacesAllAround(const DSHalfEdge* pStart)
+/// The number of half-edges around a face; none where one of them has no face across.
+std::size_t CountFacesAcross(const DSHalfEdge* pStart)
 {
     CycleGuard guard;
+    std::size_t count = 0;
     const DSHalfEdge* h = pStart;
     do
     {
         if (!HasFaceAcross(h))
         {
-            return false;
+            return 0;
         }
         guard.Visit(h);
+        ++count;
         h = h->GetNext();
     } while (h != pStart);
-    return true;
+    return count;
+}
+
+/// @return the number of the face's half-edges
+std::size_t DemandClosedFace(const DSFace& face, bool isTriangleNeeded)
+{
+    if (!IsPolygon(face))
+    {
+        throw Failure("a face of the model has fewer than three corners, or a hole: mend it in the file and "
+                      "import again");
+    }
+    const DSHalfEdge* h = face.GetLoopList()[0]->GetHalfEdge();
+    if (isTriangleNeeded && !HasThreeCorners(h))
+    {
+        throw Failure("a model of triangles only can be fitted to a cloud, and a face has another number of "
+                      "corners: split such faces in the file and import again");
+    }
+    const std::size_t nHalfEdges = CountFacesAcross(h);
+    if (nHalfEdges == 0)
+    {
+        throw Failure("a closed model only can be fitted to a cloud, and an edge has no two faces that run "
+                      "against each other: mend it in the file and import again");
+    }
+    return nHalfEdges;
 }
 
 bool HasExtent(const DSSolid& solid)
@@ -120,30 +157,16 @@ void IAFittingCommand::TakeClosedSolid(FaceForm form)
 
 void IAFittingCommand::DemandClosed(const DSSolid& solid, FaceForm form)
 {
-    for (const DSFace* pFace : solid.GetFaceList())
-    {
-        ASSERT(pFace != nullptr);
-        if (!IsPolygon(*pFace))
+    std::size_t nHalfEdges = 0;
+    ForEachFaceLookingAhead(
+        solid.GetFaceList(),
+        [&nHalfEdges, form](const DSFace* pFace)
         {
-            throw Failure(
-                "a face of the model has fewer than three corners, or a hole: mend it in the file and "
-                "import again");
-        }
-        const DSHalfEdge* h = pFace->GetLoopList()[0]->GetHalfEdge();
-        if (form == FaceForm::Triangles && !HasThreeCorners(h))
-        {
-            throw Failure(
-                "a model of triangles only can be fitted to a cloud, and a face has another number of "
-                "corners: split such faces in the file and import again");
-        }
-        if (!HasFacesAllAround(h))
-        {
-            throw Failure(
-                "a closed model only can be fitted to a cloud, and an edge has no two faces that run "
-                "against each other: mend it in the file and import again");
-        }
-    }
-    DemandSingleFans(solid);
+            ASSERT(pFace != nullptr);
+            nHalfEdges += DemandClosedFace(*pFace, form == FaceForm::Triangles);
+        },
+        [](const DSHalfEdge& h) { AskForMemory(h.GetEdge(), sizeof(DSEdge)); });
+    DemandSingleFans(solid, nHalfEdges);
 }
 
 void IAFittingCommand::NormalizeCurrentSolid()

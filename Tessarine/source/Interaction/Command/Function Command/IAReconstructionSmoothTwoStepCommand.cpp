@@ -7,7 +7,6 @@
 #include "MANBrepElementManager.h"
 #include "Open3DView.h"
 #include "Platform.h"
-#include "SolidNormalization.h"
 #include "SwapTests.h"
 #include "TriangleSurgery.h"
 #include "Umbrellas.h"
@@ -41,14 +40,14 @@ void RunTimed(TStage stage)
 void IAReconstructionSmoothTwoStepCommand::Execute()
 {
     TakeClosedSolid();
-    NormalizeSolid(*m_pSolid);
+    NormalizeCurrentSolid();
     LoadPoints(kPairedCloudFile);
     m_pView->GetPointCloud() = m_Points;
     m_pView->GetProjectedPoints() = m_Points;
     m_Pairs.m_PointOwner.assign(m_Points.size(), PointPairs::kNone);
     VertexMatching(m_pElementManager, *m_pSolid, m_Points, m_Pairs, m_pView->GetProjectedPoints()).Run();
     Update();
-    m_pSolid->CalcNormals();
+    m_pSolid->CalcVertexNormals(); // once more
 }
 
 /// Other commands may have worked on the solid since.
@@ -123,7 +122,7 @@ void IAReconstructionSmoothTwoStepCommand::Step()
     ++m_nStep;
     Update();
     SayWhereNoSphere("After update Self Intersection!");
-    m_pSolid->CalcNormals();
+    m_pSolid->CalcVertexNormals(); // once more
 }
 
 void IAReconstructionSmoothTwoStepCommand::SayWhereNoSphere(const char* text) const

@@ -140,12 +140,16 @@ void IASmoothCommand::FitVertices()
     {
         PrepareSamples();
         FindTargets();
+        pFootPoints.reset(); // that of the round before needs room on the disk
         pFootPoints = CheckError();
         BuildConstMatrix();
+        pMatrix.reset();
         pMatrix = WriteMatrix();
         SolveSystem();
     }
     ReleaseSystem();
+    pFootPoints->Finish();
+    pMatrix->Finish();
     pFootPoints->Commit();
     pMatrix->Commit();
 }
@@ -159,6 +163,7 @@ void IASmoothCommand::FitLimitSurface()
     {
         ResetSystem();
         AssembleLimitSystem();
+        pFootPoints.reset();
         pFootPoints = CheckError();
         SolveSystem();
     }

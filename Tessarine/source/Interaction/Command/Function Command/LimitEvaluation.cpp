@@ -1,5 +1,6 @@
 #include "LimitEvaluation.h"
 #include "Assert.h"
+#include "Failure.h"
 #include <cmath>
 
 namespace tessarine
@@ -170,6 +171,17 @@ std::vector<double> EvalEigenBasis(const EigenData& data, const SubTriangle& pla
     }
     return values;
 }
+
+/// Numbers of a table can be too large, or eigenvalues too small, for what is made of them.
+void DemandFinite(bool isFinite)
+{
+    if (!isFinite)
+    {
+        throw Failure(
+            "the table for the limit surface (data/lpdata50NT.dat) holds numbers from which no point can be "
+            "computed: make a new one (tessarine-batch make-eigen-table FILE)");
+    }
+}
 }
 
 std::array<double, EigenData::kBasisSize> GetBoxSplineBasis(double v, double w)
@@ -221,6 +233,7 @@ LimitSample::LimitSample(const EigenData& data, double v, double w)
         {
             m_Weights[j] += data.m_InvEigenvectors[i + order * j] * m_Basis[i];
         }
+        DemandFinite(std::isfinite(m_Weights[j]));
     }
 }
 
@@ -252,6 +265,7 @@ smVec3d LimitPatch::EvalEigenPatch(const LimitSample& sample) const
     {
         point += m_Projected[i] * basis[i];
     }
+    DemandFinite(std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z));
     return point;
 }
 

@@ -14,6 +14,7 @@ namespace tessarine
 /// The triangle's corners are C[0] at (0, 0), C[1] at (1, 0) and C[N] at (0, 1), in the order of CollectPatch.
 ///
 /// Needs   v and w from 0 to 1 and not both 0 (asserted).
+/// Fails   Failure for data whose numbers lead to a weight that is not finite.
 /// Kept    The level is told one lower than the sub-triangles' own. The result is the point of the limit surface where
 ///         2^-n <= v + w and both are at most 2^-n for an n of 1 or more, and anywhere at valence 6; elsewhere it is a
 ///         polynomial that carries on from there.
@@ -39,6 +40,7 @@ public:
     /// @param c the control vertices in the order of CollectPatch, as many as the data's order (asserted)
     LimitPatch(const EigenData& data, std::span<const smVec3d> c);
 
+    /// Fails   Failure where the point is not finite.
     /// @param sample of the patch's valence (asserted)
     smVec3d EvalEigenPatch(const LimitSample& sample) const;
 

@@ -3,6 +3,7 @@
 #include "Console.h"
 #include "DSBrep.h"
 #include "Failure.h"
+#include "SpaceOrder.h"
 #include <ANN/ANN.h>
 #include <algorithm>
 #include <cmath>
@@ -18,6 +19,15 @@ bool IsFinitePoint(const smVec3d& p)
 {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
+
+void DemandFinite(std::size_t index, const smVec3d& p)
+{
+    if (!IsFinitePoint(p))
+    {
+        throw Failure("point " + std::to_string(index) +
+                      " of the model or the cloud is at no finite position: mend it in the file");
+    }
+}
 }
 
 struct NearestPoints::Tree
@@ -29,10 +39,12 @@ struct NearestPoints::Tree
             throw Failure("there is no point to be found near others: the model or the cloud is empty");
         }
         points = annAllocPts(count, kDimensions);
+        rows = points[0];
     }
     ~Tree()
     {
         search.reset();
+        points[0] = rows; // as the library knows them
         annDeallocPts(points);
     }
     Tree(const Tree&) = delete;
@@ -40,24 +52,38 @@ struct NearestPoints::Tree
 
     void SetPoint(std::size_t index, const smVec3d& p)
     {
-        if (!IsFinitePoint(p))
-        {
-            throw Failure("point " + std::to_string(index) +
-                          " of the model or the cloud is at no finite position: mend it in the file");
-        }
+        DemandFinite(index, p);
         points[index][0] = p.x;
         points[index][1] = p.y;
         points[index][2] = p.z;
     }
 
+    /// Lays the points' coordinates out in the order of space: what a search looks at lies side by side then. Before any
+    /// point is set.
+    void OrderRows(const std::vector<smVec3d>& all)
+    {
+        for (std::size_t i = 0; i < all.size(); ++i)
+        {
+            DemandFinite(i, all[i]); // has no place in space
+        }
+        ANNpoint row = rows;
+        for (const std::size_t index : OrderInSpace(all, [](std::size_t) { return true; }))
+        {
+            points[index] = row;
+            row += kDimensions;
+        }
+    }
+
     int count;
     ANNpointArray points = nullptr;
+    ANNpoint rows = nullptr; ///< the memory of all points
     std::unique_ptr<ANNkd_tree> search;
 };
 
 NearestPoints::NearestPoints(const std::vector<smVec3d>& points)
     : m_pTree(std::make_unique<Tree>(points.size()))
 {
+    m_pTree->OrderRows(points);
     for (std::size_t i = 0; i < points.size(); ++i)
     {
         m_pTree->SetPoint(i, points[i]);

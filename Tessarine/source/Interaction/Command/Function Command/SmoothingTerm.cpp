@@ -1,5 +1,6 @@
 #include "SmoothingTerm.h"
 #include "DSBrep.h"
+#include "Failure.h"
 #include "SparseMatrix.h"
 #include "VertexWalk.h"
 #include <cstdint>
@@ -105,7 +106,13 @@ void AddSmoothingTerm(const DSSolid& solid, double fWeight, CSparseMatrix& matri
     int i = 0;
     for (const DSVertex* pVertex : solid.GetVertexList())
     {
-        ASSERT(pVertex->GetID() == static_cast<std::uint32_t>(i));
+        ASSERT_VALUE(pVertex->GetID() == static_cast<std::uint32_t>(i)); // told below what to do
+        if (pVertex->GetID() != static_cast<std::uint32_t>(i))
+        {
+            throw Failure(
+                "the fit needs vertices whose ids are their places in the model, and an operation before has "
+                "made others: export the model, import that file and try again");
+        }
         ++i;
     }
     SmoothingAssembly assembly(solid, fWeight, matrix);

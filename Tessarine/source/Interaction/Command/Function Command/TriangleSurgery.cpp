@@ -3,6 +3,7 @@
 #include "EdgeQuad.h"
 #include "Failure.h"
 #include "MANBrepElementManager.h"
+#include "VertexWalk.h"
 
 namespace tessarine
 {
@@ -13,8 +14,24 @@ bool IsTriangle(const DSHalfEdge* h)
     return h->GetNext()->GetNext()->GetNext() == h && h->GetNext() != h;
 }
 
+/// Whether another edge at the start of the half-edge leads to its end, or back: a face there would name the end twice.
+bool HasEdgeBeside(DSHalfEdge& ha)
+{
+    const DSVertex* pEnd = ha.GetNext()->GetVertex();
+    for (VertexWalk walk(&ha); !walk.IsAtEnd(); walk.Step())
+    {
+        const DSVertex* pOther = walk.Get()->GetNext()->GetVertex();
+        if (walk.Get() != &ha && (pOther == pEnd || pOther == ha.GetVertex()))
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Whether the two faces of the edge can melt into their neighbours beyond the half-edges before its own, the second
-/// after the first: LKEF wants two different faces each time.
+/// after the first: LKEF wants two different faces each time. It is not so where they are each other's neighbours all
+/// around.
 bool CanMelt(const DSHalfEdge& ha, const DSHalfEdge& hb)
 {
     const DSFace* pFaceA = &GetFaceAt(&ha);
@@ -78,11 +95,9 @@ void TriangleSurgery::CollapseEdge(DSEdge& edge, const DSVertex& vertex)
     {
         std::swap(ha, hb);
     }
-    if (!CanMelt(*ha, *hb))
+    if (!CanMelt(*ha, *hb) || HasEdgeBeside(*ha))
     {
-        throw Failure(
-            "the cloud has too few points near this mesh, which would be torn without more of its vertices: "
-            "simplify the model first, or take a cloud that covers it more densely");
+        throw Failure(kTooFewPoints);
     }
     DSSolid* pSolid = GetFaceAt(ha).GetSolid();
     m_Euler.LKEF(pSolid, ha->GetPrev()->GetTwin(), ha->GetPrev());

@@ -3,6 +3,12 @@
 
 namespace tessarine
 {
+/// Why a vertex cannot be taken away.
+inline constexpr char kTooFewPoints[] =
+    "the cloud has too few points near this mesh, which would lose too many of its vertices: simplify the "
+    "model, export it, import that file and run this again, or take a cloud that covers the model more "
+    "densely";
+
 /// Cuts and joins triangles of a closed mesh. Local: what it costs does not grow with the solid.
 ///
 /// Needs   Faces that are triangles (asserted).
@@ -27,7 +33,8 @@ public:
     ///
     /// Says    "One edge clipped.."; where the vertex is not the start of just one half-edge of the edge "CollapseEdge
     ///         error !!! ", and nothing changes.
-    /// Fails   Failure, before anything changes, where the mesh would lose its last faces or be torn.
+    /// Fails   Failure, before anything changes, where the mesh would lose its last faces, or one of its faces would
+    ///         name a vertex twice. Two edges between the same vertices may come about, and a body of two faces.
     void CollapseEdge(DSEdge& edge, const DSVertex& vertex);
 
 private:

@@ -8,10 +8,6 @@ namespace tessarine
 {
 namespace
 {
-constexpr char kTooFewPoints[] = "the cloud has too few points near this mesh, so that its vertices are "
-                                 "joined again and again: simplify the "
-                                 "model first, or take a cloud that covers it more densely";
-
 /// Half-edges that are walked over around the vertices that go, all together; ordinary meshes need a tenth of it.
 std::size_t MostSteps(const DSSolid& solid)
 {

@@ -13,7 +13,7 @@ namespace tessarine
 ///
 /// Says    "Find topology error..." for each point that does not do, "There still exsits error points..." for each
 ///         vertex without one, and at the end "Refine init mesh ok...".
-/// Fails   Failure where the mesh would be torn or lose its last faces, and where vertices with very many edges come
+/// Fails   Failure where a vertex cannot be taken away (TriangleSurgery), and where vertices with very many edges come
 ///         up again and again.
 /// Cost    Linear in the vertices, but for the queries of the tree: a removal does not grow with the solid.
 class VertexMatching

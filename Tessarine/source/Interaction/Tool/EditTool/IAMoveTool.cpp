@@ -117,6 +117,12 @@ void IAMoveTool::Cancel()
     m_nState = State::Idle;
     try
     {
+        if (!command->CanUndo())
+        {
+            throw Failure(
+                "the selection is not the one that was moved any more: the move has ended, and what it "
+                "moved stays there");
+        }
         command->Undo();
         m_pView->Redraw();
     }

@@ -1,0 +1,47 @@
+#pragma once
+#include "FileLock.h"
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+namespace tessarine
+{
+/// The folder in which one window keeps its model for the case that its process is ended.
+///
+/// Its name has the process's number, and a lock in it tells whether that process still lives. A model is written into
+/// a sub-folder of its own under a temporary name, flushed and renamed, and only then goes the one before it: there is
+/// always one that is whole, even if the machine goes off.
+class IORecoveryFolder
+{
+public:
+    /// A new one in a folder that is made if it is not there, for this user alone. Throws FileError.
+    static IORecoveryFolder Create(const std::filesystem::path& parent);
+
+    /// Those of processes that have ended, the latest first, and nobody else's from now on. What such a process left
+    /// without a model is removed.
+    static std::vector<IORecoveryFolder> FindAbandoned(const std::filesystem::path& parent);
+
+    /// Has a model written in place of the one before. Throws what `write` throws, and FileError; the one before
+    /// stays then.
+    /// @param write gets the name of the file that is to hold the model; others may lie beside it
+    void Replace(const std::function<void(const std::filesystem::path&)>& write);
+
+    /// The file of the last model that is whole; empty where there is none.
+    std::filesystem::path GetModel() const;
+    /// When it was written.
+    std::filesystem::file_time_type GetTime() const;
+
+    /// Removes the folder, as far as it can be removed. Without that it stays, as if the process were killed.
+    void Remove() noexcept;
+
+private:
+    IORecoveryFolder(std::filesystem::path path, FileLock lock);
+    std::filesystem::path GetFolder(std::uint64_t number) const;
+    void RemoveAllBut(std::uint64_t number) const;
+
+    std::filesystem::path m_Path;
+    FileLock m_Lock;
+    std::uint64_t m_nLast = 0; ///< the number of the last model; 0 for none
+};
+}

@@ -1,0 +1,204 @@
+#include "IORecoveryFolder.h"
+#include "TemporaryFolder.h"
+#include <chrono>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <sys/stat.h>
+
+namespace tessarine
+{
+namespace
+{
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+void WriteInto(IORecoveryFolder& folder, const std::string& text)
+{
+    folder.Replace([&text](const fs::path& path) { std::ofstream(path) << text; });
+}
+
+/// One of a process that was killed.
+void LeaveBehind(const fs::path& parent, const std::string& text)
+{
+    IORecoveryFolder folder = IORecoveryFolder::Create(parent);
+    WriteInto(folder, text);
+}
+
+std::vector<std::string> TextsOf(const std::vector<IORecoveryFolder>& folders)
+{
+    std::vector<std::string> texts;
+    for (const IORecoveryFolder& folder : folders)
+    {
+        texts.push_back(ReadFile(folder.GetModel()));
+    }
+    return texts;
+}
+
+class RecoveryFolderTest : public testing::Test
+{
+protected:
+    std::vector<IORecoveryFolder> FindAbandoned() { return IORecoveryFolder::FindAbandoned(m_Parent); }
+    /// The only entry.
+    fs::path GetEntry() { return m_Parent / *m_Folder.List("state/recovery").begin(); }
+
+    TemporaryFolder m_Folder;
+    fs::path m_Parent = m_Folder / "state/recovery";
+};
+
+TEST_F(RecoveryFolderTest, IsFoundWhenItsHolderIsGone)
+{
+    LeaveBehind(m_Parent, "model");
+    EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model"));
+    EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model")); // who looks and does nothing leaves it
+}
+
+TEST_F(RecoveryFolderTest, IsLeftAloneWhileItsHolderLives)
+{
+    IORecoveryFolder folder = IORecoveryFolder::Create(m_Parent);
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    WriteInto(folder, "model");
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    EXPECT_EQ(ReadFile(folder.GetModel()), "model");
+}
+
+TEST_F(RecoveryFolderTest, IsFoundByOneWindowAlone)
+{
+    LeaveBehind(m_Parent, "model");
+    const auto found = FindAbandoned();
+    EXPECT_THAT(found, SizeIs(1));
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+}
+
+TEST_F(RecoveryFolderTest, IsForItsUserAlone)
+{
+    LeaveBehind(m_Parent, "model");
+    struct stat status = {};
+    ASSERT_EQ(::stat(GetEntry().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U);
+    EXPECT_THAT(GetEntry().filename().string(), StartsWith("window-" + std::to_string(::getpid()) + "-"));
+}
+
+TEST_F(RecoveryFolderTest, HoldsTheLastModel)
+{
+    IORecoveryFolder folder = IORecoveryFolder::Create(m_Parent);
+    EXPECT_EQ(folder.GetModel(), "");
+    WriteInto(folder, "one");
+    WriteInto(folder, "two");
+    EXPECT_EQ(ReadFile(folder.GetModel()), "two");
+    EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("2", "lock"));
+}
+
+TEST_F(RecoveryFolderTest, KeepsTheModelBeforeOneThatFails)
+{
+    IORecoveryFolder folder = IORecoveryFolder::Create(m_Parent);
+    const auto fail = [&folder]
+    {
+        folder.Replace(
+            [](const fs::path& path)
+            {
+                std::ofstream(path) << "half";
+                throw std::runtime_error("full");
+            });
+    };
+    EXPECT_THROW(fail(), std::runtime_error);
+    EXPECT_EQ(folder.GetModel(), "");
+    EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("lock"));
+    WriteInto(folder, "whole");
+    EXPECT_THROW(fail(), std::runtime_error);
+    EXPECT_EQ(ReadFile(folder.GetModel()), "whole");
+    EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("1", "lock"));
+}
+
+TEST_F(RecoveryFolderTest, GoesOnWhereAKilledProcessStopped)
+{
+    LeaveBehind(m_Parent, "old");
+    fs::create_directory(GetEntry() / "2.part");
+    std::ofstream(GetEntry() / "2.part" / "recovered.obj") << "half";
+    auto found = FindAbandoned();
+    EXPECT_THAT(TextsOf(found), ElementsAre("old"));
+    WriteInto(found[0], "new");
+    EXPECT_EQ(ReadFile(found[0].GetModel()), "new");
+    EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("2", "lock"));
+}
+
+TEST_F(RecoveryFolderTest, TakesTheLaterOfTwoModelsThatAreWhole)
+{
+    LeaveBehind(m_Parent, "old"); // killed behind the renaming, before the older one went
+    fs::create_directory(GetEntry() / "10");
+    std::ofstream(GetEntry() / "10" / "recovered.obj") << "new";
+    EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("new"));
+    EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("10", "lock"));
+}
+
+TEST_F(RecoveryFolderTest, IsRemovedWithoutAModel)
+{
+    IORecoveryFolder::Create(m_Parent);
+    fs::create_directory(GetEntry() / "1.part");
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    EXPECT_THAT(m_Folder.List("state/recovery"), IsEmpty());
+}
+
+TEST_F(RecoveryFolderTest, IsGoneOnceRemoved)
+{
+    LeaveBehind(m_Parent, "model");
+    FindAbandoned()[0].Remove();
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    EXPECT_THAT(m_Folder.List("state/recovery"), IsEmpty());
+}
+
+TEST_F(RecoveryFolderTest, ComesTheLatestFirst)
+{
+    for (const char* text : {"old", "new", "older"})
+    {
+        LeaveBehind(m_Parent, text);
+    }
+    const auto now = fs::file_time_type::clock::now();
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_Parent))
+    {
+        const fs::path model = entry.path() / "1/recovered.obj";
+        const std::string text = ReadFile(model);
+        const int age = text == "new" ? 1 : text == "old" ? 2 : 3;
+        fs::last_write_time(model, now - std::chrono::hours(age));
+    }
+    const auto found = FindAbandoned();
+    EXPECT_THAT(TextsOf(found), ElementsAre("new", "old", "older"));
+    EXPECT_EQ(found[0].GetTime(), now - std::chrono::hours(1));
+}
+
+TEST_F(RecoveryFolderTest, PassesOverWhatIsNotItsOwn)
+{
+    m_Folder.Write("state/recovery/window-1-abcdef", "a file");
+    m_Folder.Write("elsewhere/1/recovered.obj", "not to be touched");
+    m_Folder.Write("state/recovery/other/1/recovered.obj", "another program's");
+    fs::create_directory_symlink(m_Folder / "elsewhere", m_Parent / "window-2-abcdef");
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    EXPECT_THAT(m_Folder.List("state/recovery"), ElementsAre("other", "window-1-abcdef", "window-2-abcdef"));
+    EXPECT_THAT(m_Folder.List("elsewhere"), ElementsAre("1"));
+}
+
+TEST_F(RecoveryFolderTest, IsNoneWhereThereIsNoFolder)
+{
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    EXPECT_THAT(IORecoveryFolder::FindAbandoned(""), IsEmpty());
+}
+
+TEST_F(RecoveryFolderTest, SaysWhyItCannotBeMade)
+{
+    m_Folder.Write("state", "a file where a folder should be");
+    try
+    {
+        IORecoveryFolder::Create(m_Parent);
+        FAIL();
+    }
+    catch (const FileError& error)
+    {
+        EXPECT_EQ(error.what(), "cannot write " + m_Parent.string() + ": a part of its path is a file");
+    }
+}
+}
+}

@@ -1,0 +1,299 @@
+#include "IARecovery.h"
+#include "FailingMemory.h"
+#include "SelectionTest.h"
+#include "resource.h"
+#include <csignal>
+#include <fstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tessarine
+{
+namespace
+{
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr std::uint64_t kMinute = 60000;
+
+/// A machine whose clock goes when it is told to.
+class ClockPlatform : public RecordingPlatform
+{
+public:
+    std::uint64_t GetTickCount() override { return m_nNow; }
+    std::uint64_t m_nNow = 1000;
+};
+
+/// A workbench whose model is kept in a state folder of its own.
+class RecoveryTest : public testing::Test
+{
+protected:
+    RecoveryTest()
+    {
+        m_Bench.SetRecovery(&m_Recovery);
+        m_Folder.Write("a.obj", kTetrahedronObj);
+        m_Platform.m_nNow += kMinute;
+    }
+
+    bool Import(const std::string& name)
+    {
+        m_Platform.AnswerFile(name);
+        return Choose(ResourceID::ImportObj);
+    }
+    bool Choose(int id) { return IACommandRouter(m_Bench).Run("menu", id); }
+    bool Send(ToolEvent::Kind kind, int x = 50) { return m_Bench.SendEvent({.kind = kind, .x = x, .y = 50}); }
+    void Wait(std::uint64_t milliseconds = kMinute) { m_Platform.m_nNow += milliseconds; }
+
+    /// The models that are kept by now.
+    std::vector<std::filesystem::path> FindModels()
+    {
+        std::vector<std::filesystem::path> models;
+        if (m_Folder.Has("state"))
+        {
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(m_Folder / "state"))
+            {
+                if (entry.path().filename() == "recovered.obj")
+                {
+                    models.push_back(entry.path());
+                }
+            }
+        }
+        return models;
+    }
+    /// How many faces the only one has; none where there is no model.
+    long CountKeptFaces()
+    {
+        const auto models = FindModels();
+        const std::string text = models.empty() ? "" : ReadFile(models.front());
+        long faces = 0;
+        for (std::size_t at = text.find("\nf "); at != std::string::npos; at = text.find("\nf ", at + 1))
+        {
+            ++faces;
+        }
+        return faces;
+    }
+
+    std::size_t CountFaces()
+    {
+        return m_Bench.GetController().GetElementManager().GetSolid(0xE0000000)->GetFaceList().size();
+    }
+
+    TemporaryCurrentFolder m_Folder;
+    ConsoleCapture m_Console;
+    ClockPlatform m_Platform;
+    IARecovery m_Recovery{m_Folder / "state"};
+    IAWorkbench m_Bench;
+};
+
+TEST_F(RecoveryTest, KeepsWhatACommandHasMade)
+{
+    ASSERT_TRUE(Import("a.obj"));
+    EXPECT_THAT(FindModels(), IsEmpty()); // it lies in its own file
+    Choose(ResourceID::SubdivideLoop);
+    EXPECT_EQ(CountKeptFaces(), 16);
+}
+
+TEST_F(RecoveryTest, KeepsTheModelBeforeTheNextCommandChangesIt)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop); // kept
+    Choose(ResourceID::SubdivideLoop); // within the minute
+    EXPECT_EQ(CountKeptFaces(), 16);
+    Wait();
+    m_Bench.Perform("operation", Effect::ChangesModel, [this] { EXPECT_EQ(CountKeptFaces(), 64); });
+}
+
+TEST_F(RecoveryTest, KeepsTheModelOnceAMinuteAtMost)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    Wait(kMinute - 1);
+    Choose(ResourceID::SubdivideLoop);
+    EXPECT_EQ(CountKeptFaces(), 16);
+    Wait(1);
+    Choose(ResourceID::SubdivideLoop);
+    EXPECT_EQ(CountKeptFaces(), 64);
+}
+
+TEST_F(RecoveryTest, KeepsTheModelWithTheNextClick)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    Choose(ResourceID::SubdivideLoop);
+    Wait();
+    Send(ToolEvent::Kind::MouseMove);
+    EXPECT_EQ(CountKeptFaces(), 16); // a motion is not to be held up
+    Send(ToolEvent::Kind::LeftButtonDown);
+    EXPECT_EQ(CountKeptFaces(), 64);
+}
+
+TEST_F(RecoveryTest, KeepsWhatAMoveHasChanged)
+{
+    Import("a.obj");
+    Choose(ResourceID::SelectSolids);
+    m_Bench.GetController().GetElementManager().ToggleSelect(0xE0000000);
+    Choose(ResourceID::MoveSolidX);
+    Send(ToolEvent::Kind::MouseMove, 0);
+    Send(ToolEvent::Kind::MouseMove, 300);
+    EXPECT_THAT(FindModels(), IsEmpty());
+    Send(ToolEvent::Kind::LeftButtonDown);
+    EXPECT_EQ(CountKeptFaces(), 4);
+    const double x = m_Bench.GetController().GetElementManager().GetVertex(0)->GetPosition().x;
+    EXPECT_THAT(ReadFile(FindModels().front()), HasSubstr("v " + std::to_string(x) + " "));
+}
+
+TEST_F(RecoveryTest, KeepsNothingForACommandThatFails)
+{
+    Import("a.obj");
+    EXPECT_FALSE(m_Bench.Perform("operation", Effect::ChangesModel, [] { throw std::bad_alloc(); }));
+    Wait();
+    Choose(ResourceID::ShowGrid);
+    Send(ToolEvent::Kind::LeftButtonDown);
+    EXPECT_THAT(FindModels(), IsEmpty());
+}
+
+TEST_F(RecoveryTest, KeepsNothingForADialogThatIsCancelled)
+{
+    Import("a.obj");
+    EXPECT_TRUE(Choose(ResourceID::ImportObj));
+    EXPECT_TRUE(Choose(ResourceID::SubdivideAdaptive));
+    EXPECT_THAT(FindModels(), IsEmpty());
+}
+
+TEST_F(RecoveryTest, KeepsAnAdaptivelySubdividedModel)
+{
+    Import("a.obj");
+    m_Platform.AnswerAreaThreshold(0.0F);
+    EXPECT_TRUE(Choose(ResourceID::SubdivideAdaptive));
+    EXPECT_EQ(CountKeptFaces(), 16);
+}
+
+TEST_F(RecoveryTest, KeepsNoEmptyDocument)
+{
+    Choose(ResourceID::FileNew);
+    m_Bench.Perform("operation", Effect::ChangesModel, [] {});
+    EXPECT_THAT(FindModels(), IsEmpty());
+    EXPECT_FALSE(m_Folder.Has("state"));
+}
+
+TEST_F(RecoveryTest, WritesNothingWithoutAStateFolder)
+{
+    IARecovery none("");
+    m_Bench.SetRecovery(&none);
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    EXPECT_THAT(m_Folder.List(), ElementsAre("a.obj"));
+    EXPECT_THAT(none.FindAbandoned(), IsEmpty());
+}
+
+TEST_F(RecoveryTest, LeavesNothingAfterACleanExit)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    m_Recovery.End();
+    EXPECT_THAT(m_Folder.List("state"), IsEmpty());
+    m_Recovery.End(); // of a window that has kept nothing
+}
+
+TEST_F(RecoveryTest, KeepsAnAdoptedCopyUntilThereIsANewerOne)
+{
+    Import("a.obj");
+    {
+        IARecovery killed(m_Folder / "state");
+        m_Bench.SetRecovery(&killed);
+        Wait();
+        Choose(ResourceID::SubdivideLoop);
+    }
+    m_Bench.SetRecovery(&m_Recovery);
+    auto abandoned = m_Recovery.FindAbandoned();
+    ASSERT_THAT(abandoned, SizeIs(1));
+    ASSERT_TRUE(Import(abandoned[0].GetModel().string()));
+    EXPECT_EQ(CountFaces(), 16U);
+    m_Recovery.Adopt(std::move(abandoned[0]));
+    EXPECT_THAT(m_Recovery.FindAbandoned(), IsEmpty());
+    EXPECT_EQ(CountKeptFaces(), 16);
+    Wait();
+    Choose(ResourceID::SubdivideLoop);
+    EXPECT_THAT(FindModels(), SizeIs(1));
+    EXPECT_EQ(CountKeptFaces(), 64);
+    m_Recovery.End();
+    EXPECT_THAT(m_Folder.List("state"), IsEmpty());
+}
+
+TEST_F(RecoveryTest, TellsOnceThatNothingCanBeWritten)
+{
+    m_Folder.Write("state", "a file where a folder should be");
+    Import("a.obj");
+    for (int i = 0; i < 3; ++i)
+    {
+        EXPECT_TRUE(Choose(ResourceID::SubdivideLoop)); // no command fails for it
+        Wait();
+    }
+    const std::string path = (m_Folder / "state").string();
+    EXPECT_EQ(m_Console.Count("The recovery file was not written: cannot write " + path +
+                              ": a part of its path is a file"),
+              1);
+    EXPECT_THAT(m_Platform.GetFailures(), IsEmpty());
+}
+
+TEST_F(RecoveryTest, GoesOnWithoutMemoryForACopy)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    m_Recovery.MarkChanged();
+    const auto kept = DebugConsole().SetSink([](std::string_view) {});
+    for (long spared = 0; spared < 1000; ++spared)
+    {
+        Wait();
+        m_Recovery.MarkChanged();
+        const FailingMemory memory(spared, FailingMemory::Mode::Once);
+        m_Recovery.Keep(m_Bench.GetController());
+        if (!FailingMemory::HasFailed())
+        {
+            break;
+        }
+    }
+    EXPECT_FALSE(FailingMemory::HasFailed());
+    DebugConsole().SetSink(kept);
+    EXPECT_EQ(CountKeptFaces(), 16);
+    EXPECT_THAT(FindModels(), SizeIs(1));
+}
+
+/// Subdivides a model, and is then killed in the midst of the next command.
+[[noreturn]] void WorkAndBeKilled(const std::filesystem::path& model, const std::filesystem::path& state)
+{
+    ClockPlatform platform;
+    IARecovery recovery(state);
+    IAWorkbench bench;
+    bench.SetRecovery(&recovery);
+    platform.m_nNow += kMinute;
+    platform.AnswerFile(model.string());
+    IACommandRouter(bench).Run("import", ResourceID::ImportObj);
+    IACommandRouter(bench).Run("subdivide", ResourceID::SubdivideLoop);
+    bench.Perform("the next", Effect::ChangesModel, [] { ::raise(SIGKILL); });
+    ::_exit(1);
+}
+
+TEST_F(RecoveryTest, KeepsTheModelOfAProcessThatWasKilled)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+    {
+        WorkAndBeKilled(m_Folder / "a.obj", m_Folder / "state");
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+
+    const auto abandoned = m_Recovery.FindAbandoned();
+    ASSERT_THAT(abandoned, SizeIs(1));
+    EXPECT_THAT(abandoned[0].GetModel().parent_path().parent_path().filename().string(),
+                testing::StartsWith("window-" + std::to_string(child) + "-"));
+    ASSERT_TRUE(Import(abandoned[0].GetModel().string()));
+    EXPECT_EQ(CountFaces(), 16U);
+}
+}
+}
