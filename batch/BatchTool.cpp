@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "ErrorLine.h"
 #include "File.h"
+#include "IException.h"
 #include "Streams.h"
 #include <exception>
 #include <new>
@@ -99,6 +100,10 @@ int RunBatchTool(const std::vector<std::string>& arguments) noexcept
     catch (const std::exception& error)
     {
         Complain(error.what());
+    }
+    catch (const IException& error) // from outside of every operation
+    {
+        Complain(error.GetMessage());
     }
     return ExitStatus::Failed;
 }

@@ -199,8 +199,8 @@ int main()
     DebugConsole().SetSink([](std::string_view) {}); // the lines are made, and go nowhere
     const bench::TemporaryFolder folder;
     SetCurrentFolder(folder.GetPath());
-    const auto model = WriteClosedModel(folder.GetPath(), kFaces);
-    const auto smallModel = WriteClosedModel(folder.GetPath(), kFewFaces);
+    const auto model = WriteScannedModel(folder.GetPath(), kFaces);
+    const auto smallModel = WriteScannedModel(folder.GetPath(), kFewFaces);
     InAProcessOfItsOwn(
         [&]
         {

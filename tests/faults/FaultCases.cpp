@@ -175,7 +175,8 @@ std::vector<FaultCase> MakeMenuCases()
         if (entry.handler != MenuHandler::None && entry.id != ResourceID::ProjectSamples)
         {
             const std::string operation = "menu " + std::to_string(entry.id);
-            cases.push_back({operation, SetupOf(entry.id), operation, 16});
+            const bool isLong = entry.id == ResourceID::BuildInitialMesh;
+            cases.push_back({operation, SetupOf(entry.id), operation, isLong ? 2 : 16});
         }
     }
     return cases;

@@ -1,5 +1,6 @@
 #include "FaultStage.h"
 #include "Dump.h"
+#include "IException.h"
 #include "Operations.h"
 #include <cstdio>
 #include <exception>
@@ -65,6 +66,10 @@ bool FaultStage::Run()
         return m_Run.RunAll(m_Operation);
     }
     catch (const std::exception&) // from outside of the boundary: the tool ends with a line
+    {
+        return false;
+    }
+    catch (const IException&)
     {
         return false;
     }

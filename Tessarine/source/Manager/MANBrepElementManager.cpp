@@ -215,15 +215,20 @@ void MANBrepElementManager::ToggleSelect(std::uint32_t id)
 
 void MANBrepElementManager::SetSelectType(std::uint32_t type)
 {
-    m_nSelectType = type;
+    std::vector<DSElement*> selected; // all of them, before the first changes
     for (const std::uint32_t id : m_SelectList)
     {
         if (DSElement* pElement = FindLiveElement(id); pElement != nullptr)
         {
-            pElement->SetSelected(false);
+            selected.push_back(pElement);
         }
     }
+    for (DSElement* pElement : selected)
+    {
+        pElement->SetSelected(false);
+    }
     m_SelectList.clear();
+    m_nSelectType = type;
 }
 
 DSElement* MANBrepElementManager::FindLiveElement(std::uint32_t id) const
