@@ -244,8 +244,8 @@ public:
         return mark;
     }
 
-    /// Destroys the records that were made since the mark; the next record gets the number and the address that it
-    /// would have got then.
+    /// Destroys the records that were made since the mark; the next record gets the number that it would have got
+    /// then, and the address as well where the block of it was there.
     ///
     /// Needs   No record that was there has been deleted since, and the array has not been cleared, taken or
     ///         restored.
