@@ -37,11 +37,11 @@ constexpr int kFavourites[] = {
     ResourceID::RecentFile1,   ResourceID::SelectTool};
 
 constexpr Qt::Key kKeys[] = {
-    Qt::Key_A,     Qt::Key_X,      Qt::Key_Z,      Qt::Key_0,       Qt::Key_9,         Qt::Key_Space,
-    Qt::Key_Tab,   Qt::Key_Return, Qt::Key_Escape, Qt::Key_Delete,  Qt::Key_Backspace, Qt::Key_Left,
-    Qt::Key_Right, Qt::Key_Up,     Qt::Key_Down,   Qt::Key_Home,    Qt::Key_End,       Qt::Key_PageUp,
-    Qt::Key_F1,    Qt::Key_F10,    Qt::Key_Menu,   Qt::Key_N,       Qt::Key_O,         Qt::Key_S,
-    Qt::Key_V,     Qt::Key_C,      Qt::Key_Shift,  Qt::Key_CapsLock};
+    Qt::Key_A,     Qt::Key_X,      Qt::Key_Z,      Qt::Key_0,        Qt::Key_9,         Qt::Key_Space,
+    Qt::Key_Tab,   Qt::Key_Return, Qt::Key_Escape, Qt::Key_Delete,   Qt::Key_Backspace, Qt::Key_Left,
+    Qt::Key_Right, Qt::Key_Up,     Qt::Key_Down,   Qt::Key_Home,     Qt::Key_End,       Qt::Key_PageUp,
+    Qt::Key_F1,    Qt::Key_F10,    Qt::Key_Menu,   Qt::Key_N,        Qt::Key_O,         Qt::Key_S,
+    Qt::Key_V,     Qt::Key_C,      Qt::Key_Shift,  Qt::Key_CapsLock, Qt::Key_Alt};
 
 constexpr Qt::KeyboardModifier kModifiers[] = {Qt::NoModifier,      Qt::NoModifier,    Qt::NoModifier,
                                                Qt::ControlModifier, Qt::ShiftModifier, Qt::AltModifier};
@@ -290,7 +290,7 @@ void RandomUser::TurnWheel()
 
 void RandomUser::TypeOnWindow()
 {
-    TypeKey(Frame().windowHandle());
+    TypeKeys(Frame().windowHandle());
 }
 
 void RandomUser::PostRedraw()
@@ -464,7 +464,7 @@ void RandomUser::UsePopup(QWidget& popup)
     else if (drawn < 70)
     {
         Note("leave " + Describe(popup));
-        QTest::keyClick(WindowOf(popup), Qt::Key_Escape);
+        PressKey(WindowOf(popup), Qt::Key_Escape, {});
     }
     else if (drawn < 85)
     {
@@ -490,7 +490,7 @@ void RandomUser::UseDialog(QWidget& dialog)
     if (drawn < 20)
     {
         Note("leave " + Describe(dialog));
-        QTest::keyClick(WindowOf(dialog), Qt::Key_Escape);
+        PressKey(WindowOf(dialog), Qt::Key_Escape, {});
     }
     else if (drawn < 60)
     {
@@ -502,7 +502,7 @@ void RandomUser::UseDialog(QWidget& dialog)
     }
     else
     {
-        TypeKey(WindowOf(dialog));
+        TypeKeys(WindowOf(dialog));
     }
 }
 
@@ -553,7 +553,7 @@ void RandomUser::ClickOn(const QWidget& widget, Qt::MouseButton button, QPoint p
 }
 
 /// What is pressed may take its window away before it is released.
-void RandomUser::Click(QPointer<QWindow> window, Qt::MouseButton button, QPoint place)
+void RandomUser::Click(const QPointer<QWindow>& window, Qt::MouseButton button, QPoint place)
 {
     Note("click " + std::to_string(button) + Describe(place) + " on " +
          (window.isNull() ? "" : window->objectName().toStdString()));
@@ -567,10 +567,19 @@ void RandomUser::Click(QPointer<QWindow> window, Qt::MouseButton button, QPoint 
     }
 }
 
-void RandomUser::TypeKey(QPointer<QWindow> window)
+void RandomUser::TypeKey(const QPointer<QWindow>& window)
 {
-    const Qt::Key key = m_Choice.Of(kKeys);
-    const Qt::KeyboardModifier modifier = m_Choice.Of(kModifiers);
+    PressKey(window, m_Choice.Of(kKeys), {});
+}
+
+/// Pressed with others by events of their own, after which the window must still be there: a pop-up goes with Alt.
+void RandomUser::TypeKeys(const QPointer<QWindow>& window)
+{
+    PressKey(window, m_Choice.Of(kKeys), m_Choice.Of(kModifiers));
+}
+
+void RandomUser::PressKey(const QPointer<QWindow>& window, Qt::Key key, Qt::KeyboardModifier modifier)
+{
     Note("key " + std::to_string(key) + " " + std::to_string(modifier));
     if (!window.isNull())
     {
@@ -583,16 +592,13 @@ void RandomUser::TypeKey(QPointer<QWindow> window)
 }
 
 /// In place of what stands in the field, and confirms.
-void RandomUser::TypeText(QPointer<QWindow> window, const QString& text)
+void RandomUser::TypeText(const QPointer<QWindow>& window, const QString& text)
 {
     Note("type " + text.toStdString());
     if (auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget()))
     {
         edit->setText(text); // all letters of the display's keyboard are not all letters
     }
-    if (!window.isNull())
-    {
-        QTest::keyClick(window, Qt::Key_Return);
-    }
+    PressKey(window, Qt::Key_Return, {});
 }
 }

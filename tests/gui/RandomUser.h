@@ -92,9 +92,11 @@ private:
     std::vector<QWidget*> FindSettingDialogs() const;
 
     void ClickOn(const QWidget& widget, Qt::MouseButton button, QPoint place);
-    void Click(QPointer<QWindow> window, Qt::MouseButton button, QPoint place);
-    void TypeKey(QPointer<QWindow> window);
-    void TypeText(QPointer<QWindow> window, const QString& text);
+    void Click(const QPointer<QWindow>& window, Qt::MouseButton button, QPoint place);
+    void TypeKey(const QPointer<QWindow>& window);
+    void TypeKeys(const QPointer<QWindow>& window);
+    void PressKey(const QPointer<QWindow>& window, Qt::Key key, Qt::KeyboardModifier modifier);
+    void TypeText(const QPointer<QWindow>& window, const QString& text);
     void Note(const std::string& event);
 
     static CMainFrame& Frame() { return *CTessarineApp::Get().GetFrame(); }
