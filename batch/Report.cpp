@@ -136,6 +136,7 @@ void PutSelection(JsonText& json, const BatchDocument& document)
     json.EndObject();
 }
 
+/// All but the last bracket, which stands on a line of its own.
 void PutReport(JsonText& json, const BatchDocument& document)
 {
     json.BeginObject();
@@ -150,7 +151,6 @@ void PutReport(JsonText& json, const BatchDocument& document)
     PutOverlays(json, document);
     PutEntry(json, "history", document.historySize);
     PutEntry(json, "tool", document.toolID);
-    json.EndObject();
     json.Finish();
 }
 }
@@ -160,6 +160,6 @@ std::string MakeReport(const BatchDocument& document)
     std::string text;
     JsonText json([&text](std::string_view piece) { text += piece; });
     PutReport(json, document);
-    return text;
+    return text + "}\n";
 }
 }

@@ -1,10 +1,21 @@
 #include "IAMoveCommand.h"
 #include "Assert.h"
 #include "MANBrepElementManager.h"
+#include <algorithm>
 #include <cmath>
 
 namespace tessarine
 {
+namespace
+{
+bool IsSelectionAlive(const MANBrepElementManager& elements)
+{
+    const auto& ids = elements.GetSelectList();
+    return std::all_of(ids.begin(), ids.end(),
+                       [&](std::uint32_t id) { return elements.FindLiveElement(id) != nullptr; });
+}
+}
+
 void IAMoveCommand::SavePositions()
 {
     const std::vector<DSVertex*> vertices = CollectVertices();
@@ -15,6 +26,12 @@ void IAMoveCommand::SavePositions()
         positions.push_back(pVertex->GetPosition());
     }
     m_SavedPositions.swap(positions);
+}
+
+bool IAMoveCommand::CanUndo() const
+{
+    return m_pElementManager != nullptr && m_pElementManager->GetSelectType() == m_nSelectType &&
+           IsSelectionAlive(*m_pElementManager) && CollectVertices().size() == m_SavedPositions.size();
 }
 
 void IAMoveCommand::Undo()

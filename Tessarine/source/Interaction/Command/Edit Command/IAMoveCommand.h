@@ -28,7 +28,9 @@ public:
 
     /// Keeps where the vertices are now, for Undo.
     void SavePositions();
-    /// Puts the vertices back to where they were kept. Asserts that what is selected has as many vertices as were kept.
+    /// Whether what is selected is still there, with as many vertices as were kept.
+    bool CanUndo() const;
+    /// Puts the vertices back to where they were kept. CanUndo is asserted.
     void Undo() override;
 
 protected:
