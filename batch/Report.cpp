@@ -142,7 +142,12 @@ void PutReport(JsonText& json, const BatchDocument& document)
     json.BeginLine(kEntryIndent);
     json.Key("nodes");
     json.BeginArray();
-    PutNodes(json, *document.scene.GetRootGroup(), document.elements);
+    const MANSceneGroup& root = *document.scene.GetRootGroup();
+    PutNodes(json, root, document.elements);
+    if (!root.GetChildren().empty())
+    {
+        json.BeginLine(kEntryIndent);
+    }
     json.EndArray();
     PutCamera(json, *document.view.GetCamera());
     PutEntry(json, "flags", document.view.GetDisplayFlags());
