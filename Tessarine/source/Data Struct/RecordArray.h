@@ -1,5 +1,6 @@
 #pragma once
 #include "Assert.h"
+#include "BlockAllocator.h"
 #include "Memory.h"
 #include <algorithm>
 #include <cstddef>
@@ -111,7 +112,7 @@ public:
         friend class RecordArray;
 
         Store m_Store;
-        std::vector<T> m_Copies;        ///< of Save: the live records in slot order
+        BlockVector<T> m_Copies;        ///< of Save: the live records in slot order
         std::vector<void*> m_FreeCells; ///< of Save: the free memory, first to be used first
         bool m_bHoldsRecords = false;   ///< of Take: the records themselves are in the blocks
     };
