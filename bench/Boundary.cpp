@@ -55,8 +55,8 @@ struct BoundedCommand
 const BoundedCommand kCommands[] = {
     {"subdivide-loop", kFaces, Effect::ChangesModel, [](IAController& c) { c.SubdivideLoop(); }},
     {"subdivide-adaptive", kFaces, Effect::ReplacesModel, [](IAController& c) { c.SubdivideAdaptive(); }},
-    {"simplify 0.2", kFaces, Effect::ChangesModel, [](IAController& c) { c.Simplify(0.2F); }},
-    {"simplify 0.8", kFaces, Effect::ChangesModel, [](IAController& c) { c.Simplify(0.8F); }},
+    {"simplify 0.2", kFaces, Effect::AddsSolids, [](IAController& c) { c.Simplify(0.2F); }},
+    {"simplify 0.8", kFaces, Effect::AddsSolids, [](IAController& c) { c.Simplify(0.8F); }},
     {"optimize 1", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(1); }},
     {"optimize 2", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(2); }},
     {"optimize 3", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(3); }},

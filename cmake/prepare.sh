@@ -7,6 +7,12 @@ die() {
   exit 1
 }
 
+# As the batch tool ends where its command line is wrong.
+misused() {
+  printf 'tessarine: %s\n' "$*" >&2
+  exit 2
+}
+
 # The packages of the named groups, as the file `packages` (or the one in packages_file) lists them.
 packages_of() {
   awk -v wanted=" $* " '/^#/ || NF == 0 { next }

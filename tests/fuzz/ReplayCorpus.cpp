@@ -46,6 +46,6 @@ int main(int argc, char** argv)
         std::fflush(stdout); // the name of the file that ends the program must be seen
         Replay(file);
     }
-    std::printf("%zu files replayed\n", files.size());
+    std::printf("corpus: %s, %zu files\n", std::filesystem::path(argv[0]).filename().c_str(), files.size());
     return files.empty() ? 1 : 0;
 }

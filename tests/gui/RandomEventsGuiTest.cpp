@@ -90,6 +90,7 @@ TEST_F(RandomEventsGuiTest, LeaveTheModelWhole)
     CheckModel(user);
     EXPECT_EQ(user.GetEventCount(), count);
     EXPECT_GT(user.GetMostFaces(), 4U) << "no model was ever there";
+    std::printf("events: %d, the model checked after every %d\n", user.GetEventCount(), kBetweenChecks);
 }
 }
 }
