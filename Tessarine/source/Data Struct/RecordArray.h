@@ -32,7 +32,7 @@ class RecordArray
     /// The slots, and where in which blocks the next record goes. The records themselves stay in the blocks.
     struct Store
     {
-        std::vector<T*> slots;
+        BlockVector<T*> slots;
         std::vector<Block> blocks;
         std::byte* next = nullptr;
         std::byte* end = nullptr;
