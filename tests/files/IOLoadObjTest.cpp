@@ -311,6 +311,14 @@ TEST(IOLoadObj, NamesTheLineOfAVertexNumberBeyondTheList)
               "model.obj, line 5: there is no vertex 2, the file has 1");
 }
 
+TEST(IOLoadObj, NamesTheByteOrderMarkThatHidesAVertex)
+{
+    EXPECT_EQ(Parsed("\xEF\xBB\xBFv 0 0 0\nv 1 0 0\nf 1 1 2").failureText,
+              "model.obj, line 3: there is no vertex 2, the file has 1; a byte-order mark hides the first "
+              "line; save "
+              "the file without it");
+}
+
 TEST(IOLoadObj, RefusesFacesWithoutVertices)
 {
     EXPECT_EQ(Parsed("f 1 2 3").failureText, "model.obj, line 1: there is no vertex 1, the file has 0");

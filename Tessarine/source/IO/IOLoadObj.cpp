@@ -66,14 +66,14 @@ void IOLoadObj::ParseFile(const std::string& fileName)
 /// What a user would wonder about, where the grammar sees nothing wrong.
 void IOLoadObj::TellOddities(const std::string& fileName, const std::string& text) const
 {
-    if (text.starts_with("\xEF\xBB\xBF"))
+    const IOObjCheck check(fileName, text);
+    if (const std::string mark = check.TellByteOrderMark(); !mark.empty())
     {
-        PrintErrorLine(fileName + ": a byte-order mark hides the first line; save the file without it");
+        PrintErrorLine(fileName + ": " + mark);
     }
     if (m_nFirstOddPosition >= 0)
     {
-        const std::size_t line =
-            IOObjCheck(fileName, text).GetLineOfPosition(static_cast<std::size_t>(m_nFirstOddPosition));
+        const std::size_t line = check.GetLineOfPosition(static_cast<std::size_t>(m_nFirstOddPosition));
         PrintErrorLine(
             fileName + ", line " + std::to_string(line) +
             ": a coordinate is no plain decimal number, and is read as far as it is one; is it meant?");

@@ -107,6 +107,13 @@ std::size_t IOObjCheck::GetLineOfPosition(std::size_t index) const
     return IOTextLines(m_strText).GetNumberOf(FindPosition(index));
 }
 
+std::string IOObjCheck::TellByteOrderMark() const
+{
+    return m_strText.starts_with("\xEF\xBB\xBF")
+               ? "a byte-order mark hides the first line; save the file without it"
+               : "";
+}
+
 void IOObjCheck::FailAtUnevenFace(std::size_t face) const
 {
     FailAt(FindFace(face),
@@ -116,8 +123,9 @@ void IOObjCheck::FailAtUnevenFace(std::size_t face) const
 
 void IOObjCheck::FailAt(const IOLineCursor& line, const std::string& reason) const
 {
+    const std::string mark = TellByteOrderMark(); // with the first line it may have hidden a vertex
     throw Failure(m_strFileName + ", line " + std::to_string(IOTextLines(m_strText).GetNumberOf(line)) +
-                  ": " + reason);
+                  ": " + reason + (mark.empty() ? "" : "; " + mark));
 }
 
 IOLineCursor IOObjCheck::FindPosition(std::size_t index) const
