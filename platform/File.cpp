@@ -9,6 +9,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <ftw.h>
+#include <initializer_list>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -103,6 +104,8 @@ std::string KindRefused(mode_t mode)
     return S_ISREG(mode) ? std::string() : "it is no ordinary file";
 }
 
+constexpr char kTooLargeForMemory[] = "it does not fit in the memory of this machine";
+
 /// A file that does not fit must be refused: the kernel would end the process before an allocation fails.
 std::size_t GetMostBytes()
 {
@@ -151,24 +154,26 @@ int OpenOrdinaryFile(const fs::path& path, std::size_t& size)
     return descriptor;
 }
 
-/// How much is read at most, and what is said of more.
-struct ReadLimit
-{
-    std::size_t most;
-    const char* refusal;
-};
+/// What an ordinary file without a size of its own gives at most: some of the system's have no end.
+constexpr std::size_t kMostUntoldBytes = std::size_t{64} << 20U;
 
-ReadLimit FitsInMemory()
+void Take(std::size_t bytes, ReadBudget& budget, const fs::path& path)
 {
-    return {GetMostBytes(), "it does not fit in the memory of this machine"};
+    if (bytes > budget.left)
+    {
+        budget.left = 0;
+        Refuse("read", path, budget.refusal);
+    }
+    budget.left -= bytes;
 }
 
-/// Reads until nothing is left, whatever size the file claims.
-std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected, const ReadLimit& limit)
+/// Reads until nothing is left, whatever size the file claims, and takes it from every budget.
+std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected,
+                      std::initializer_list<ReadBudget*> budgets)
 {
     const auto chunk = std::make_unique_for_overwrite<char[]>(kChunk);
     std::string bytes;
-    for (bytes.reserve(std::min(expected, limit.most));;)
+    for (bytes.reserve(expected);;)
     {
         const ssize_t count = Retry([&] { return ::read(descriptor, chunk.get(), kChunk); });
         if (count < 0)
@@ -179,9 +184,9 @@ std::string ReadToEnd(int descriptor, const fs::path& path, std::size_t expected
         {
             return bytes;
         }
-        if (bytes.size() + static_cast<std::size_t>(count) > limit.most)
+        for (ReadBudget* pBudget : budgets)
         {
-            Refuse("read", path, limit.refusal);
+            Take(static_cast<std::size_t>(count), *pBudget, path);
         }
         bytes.append(chunk.get(), static_cast<std::size_t>(count));
     }
@@ -274,14 +279,29 @@ void IgnoreFileSizeSignal()
 
 std::string ReadFile(const fs::path& path)
 {
+    ReadBudget budget{GetMostBytes(), kTooLargeForMemory};
+    return ReadFile(path, budget);
+}
+
+std::string ReadFile(const fs::path& path, ReadBudget& budget)
+{
+    if (budget.left == 0)
+    {
+        Refuse("read", path, budget.refusal);
+    }
     std::size_t size = 0;
     const Descriptor file(OpenOrdinaryFile(path, size));
-    const ReadLimit limit = FitsInMemory();
-    if (size > limit.most)
+    if (size > GetMostBytes())
     {
-        Refuse("read", path, limit.refusal);
+        Refuse("read", path, kTooLargeForMemory);
     }
-    return ReadToEnd(file.Get(), path, size, limit);
+    if (size > budget.left)
+    {
+        Refuse("read", path, budget.refusal);
+    }
+    ReadBudget own{std::max(size, kMostUntoldBytes),
+                   "it gives more than 64 MiB, and more than the size that it tells"};
+    return ReadToEnd(file.Get(), path, size, {&budget, &own});
 }
 
 FileHead ReadFileHead(const fs::path& path, std::size_t bytes)
@@ -310,7 +330,8 @@ std::string ReadStream(const fs::path& path)
     {
         Refuse("open", path, ReasonOf(EISDIR));
     }
-    return ReadToEnd(stream.Get(), path, 0, {kMostStreamBytes, "it gives more than 64 MiB"});
+    ReadBudget budget{kMostStreamBytes, "it gives more than 64 MiB"};
+    return ReadToEnd(stream.Get(), path, 0, {&budget});
 }
 
 ReplacingFile::ReplacingFile(fs::path target) : m_Name(std::move(target))

@@ -17,9 +17,20 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// How much is read of some files together.
+struct ReadBudget
+{
+    std::size_t left; ///< bytes. What is read is taken from them, also of a file that is refused in the end.
+    const char* refusal; ///< what is said of a file with more. Completes "cannot read NAME: ".
+};
+
 /// The whole of an ordinary file (no folder, device or pipe). Symbolic links are followed.
-/// Throws FileError when it is not there, is none, or cannot be read to its end.
+/// Throws FileError when it is not there, is none, cannot be read to its end, or has none: up to 64 MiB, or what its
+/// size tells if that is more, and up to half of the machine's memory.
 std::string ReadFile(const std::filesystem::path& path);
+
+/// The same, and refused when it has more bytes than are left. Where none are left it is not opened.
+std::string ReadFile(const std::filesystem::path& path, ReadBudget& budget);
 
 /// What can be known of an ordinary file before it is read.
 struct FileHead

@@ -98,7 +98,7 @@ Image ReadImage(const std::filesystem::path& path, ImageBudget& budget)
         {
             throw ImageFault(budget.GetRefusal());
         }
-        return Decode(ReadFile(path), path.string(), budget);
+        return Decode(ReadFile(path, budget.GetFiles()), path.string(), budget);
     }
     catch (const ImageFault& fault)
     {

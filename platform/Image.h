@@ -1,4 +1,5 @@
 #pragma once
+#include "File.h"
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -19,7 +20,7 @@ struct Image
 inline constexpr int kMostPixelsASide = 16384;
 inline constexpr std::size_t kMostDecodedBytes = std::size_t{512} << 20U;
 
-/// How many bytes pictures may take together, decoded.
+/// How many bytes pictures may take together, decoded, and how many their files may have.
 class ImageBudget
 {
 public:
@@ -36,6 +37,8 @@ public:
 
     bool IsSpent() const { return m_nLeft == 0; }
 
+    ReadBudget& GetFiles() { return m_Files; }
+
     int GetLeastComponents() const { return m_nLeastComponents; }
 
     /// Why a picture is refused. Completes "cannot read NAME: ".
@@ -45,6 +48,8 @@ private:
     std::size_t m_nBytes;
     std::size_t m_nLeft;
     int m_nLeastComponents;
+    ReadBudget m_Files{std::size_t{1} << 30U,
+                       "its file and those of the pictures before it have more than 1024 MiB"};
 };
 
 /// Decodes a BMP, PNG, JPEG, GIF (first frame), TGA or TIFF file; the format is the one of its name's ending.

@@ -270,10 +270,32 @@ TEST(IOMtlReader, LeavesOutTheLibrariesThatAreTooManyTogether)
     }
     EXPECT_EQ(
         ::testing::internal::GetCapturedStderr(),
-        "cannot read small.mtl: the libraries before it have more than 64 MiB; the import goes on without "
-        "this library\n");
+        "cannot read large.mtl: it and the libraries before it have more than 64 MiB (working folder: " +
+            folder.GetPath().string() + "); the import goes on without this library\n");
     EXPECT_EQ(console.GetText(), "Cannot open file!!\n");
     EXPECT_EQ(manager.GetMaterialManager().GetMaterialList().size(), 3U);
+}
+
+TEST(IOMtlReader, ReadsALibraryWithoutAnEndOnce)
+{
+    const char* const endless = "/proc/self/pagemap"; // an ordinary file, by what it tells of itself
+    if (!std::filesystem::exists(endless))
+    {
+        GTEST_SKIP() << "this system has no such file";
+    }
+    MANBrepElementManager manager;
+    IOLoadObj reader(nullptr, &manager);
+    ConsoleCapture console;
+    ::testing::internal::CaptureStderr();
+    for (int i = 0; i < 1000; ++i) // would take a minute
+    {
+        reader.ParseMaterialFile(endless);
+    }
+    EXPECT_THAT(
+        ::testing::internal::GetCapturedStderr(),
+        ::testing::StartsWith("cannot read /proc/self/pagemap: it and the libraries before it have more "
+                              "than 64 MiB; the import goes on without this library\n"));
+    EXPECT_THAT(manager.GetMaterialManager().GetMaterialList(), IsEmpty());
 }
 
 TEST(IOMtlReader, FindsALibraryWhateverItsSpelling)

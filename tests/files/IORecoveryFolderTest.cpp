@@ -1,4 +1,5 @@
 #include "IORecoveryFolder.h"
+#include "FailingFileCalls.h"
 #include "TemporaryFolder.h"
 #include <chrono>
 #include <fstream>
@@ -16,6 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
+using Mode = FailingFileCalls::Mode;
 
 void WriteInto(IORecoveryFolder& folder, const std::string& text)
 {
@@ -179,6 +181,102 @@ TEST_F(RecoveryFolderTest, PassesOverWhatIsNotItsOwn)
     EXPECT_THAT(FindAbandoned(), IsEmpty());
     EXPECT_THAT(m_Folder.List("state/recovery"), ElementsAre("other", "window-1-abcdef", "window-2-abcdef"));
     EXPECT_THAT(m_Folder.List("elsewhere"), ElementsAre("1"));
+}
+
+TEST_F(RecoveryFolderTest, IsNotFoundWhileItIsRemoved)
+{
+    for (long removed = 0;; ++removed)
+    {
+        LeaveBehind(m_Parent, "model");
+        auto found = FindAbandoned();
+        ASSERT_THAT(found, SizeIs(1));
+        {
+            // One who removes it has come so far: its renaming, and some of its entries.
+            const FailingFileCalls calls(1 + removed, Mode::FromThenOn);
+            found[0].Remove();
+        }
+        EXPECT_THAT(FindAbandoned(), IsEmpty()) << removed;
+        if (!FailingFileCalls::HasFailed())
+        {
+            break;
+        }
+    }
+}
+
+TEST_F(RecoveryFolderTest, SurvivesALossOfPowerAsSoonAsItIsMade)
+{
+    const FlushLog log;
+    const IORecoveryFolder folder = IORecoveryFolder::Create(m_Parent);
+    EXPECT_THAT(log.GetLines(),
+                ElementsAre("fsync " + (m_Folder / "state").string(), "fsync " + m_Folder.GetPath().string(),
+                            "rename " + GetEntry().string(), "fsync " + m_Parent.string()));
+}
+
+TEST_F(RecoveryFolderTest, IsWhollyMadeOrNotAtAllWhateverCallFails)
+{
+    for (long spared = 0;; ++spared)
+    {
+        bool isMade = true;
+        try
+        {
+            const FailingFileCalls calls(spared, Mode::Once);
+            IORecoveryFolder::Create(m_Parent);
+        }
+        catch (const FileError&)
+        {
+            isMade = false;
+        }
+        if (fs::exists(m_Parent))
+        {
+            EXPECT_THAT(m_Folder.List("state/recovery"), SizeIs(isMade ? 1 : 0)) << spared;
+        }
+        EXPECT_TRUE(isMade || FailingFileCalls::HasFailed());
+        if (!FailingFileCalls::HasFailed())
+        {
+            break;
+        }
+        fs::remove_all(m_Folder / "state");
+    }
+}
+
+TEST_F(RecoveryFolderTest, KeepsItsModelWhateverCallFailsWhileItIsLookedFor)
+{
+    LeaveBehind(m_Parent, "model");
+    for (const Mode mode : {Mode::Once, Mode::FromThenOn})
+    {
+        for (long spared = 0;; ++spared)
+        {
+            {
+                const FailingFileCalls calls(spared, mode);
+                FindAbandoned();
+            }
+            EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model")) << spared;
+            if (!FailingFileCalls::HasFailed())
+            {
+                break;
+            }
+        }
+    }
+}
+
+TEST_F(RecoveryFolderTest, ClearsAwayWhatWasLeftHalfMadeOrHalfRemoved)
+{
+    LeaveBehind(m_Parent, "model");
+    const fs::path listed = GetEntry();
+    for (const char* name : {".window-1-aaaaaa", ".window-1-bbbbbb", ".window-1-cccccc"})
+    {
+        m_Folder.Write(fs::path("state/recovery") / name / "1/recovered.obj", "half");
+    }
+    const auto now = fs::file_time_type::clock::now();
+    for (const char* old : {".window-1-aaaaaa", ".window-1-bbbbbb"})
+    {
+        fs::last_write_time(m_Parent / old, now - std::chrono::hours(2));
+    }
+    const auto lock = FileLock::Take(m_Parent / ".window-1-bbbbbb" / "lock"); // of one who still works on it
+    fs::last_write_time(m_Parent / ".window-1-bbbbbb", now - std::chrono::hours(2));
+    EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model"));
+    EXPECT_THAT(m_Folder.List("state/recovery"),
+                ElementsAre(".window-1-bbbbbb", ".window-1-cccccc", listed.filename().string()));
 }
 
 TEST_F(RecoveryFolderTest, IsNoneWhereThereIsNoFolder)

@@ -373,6 +373,21 @@ TEST(PPM, ThatClaimsTooManyPixelsIsRefused)
     ExpectPpmRefused("P6\n2147483647 2147483647 255\nabc", tooLarge("2147483647 x 2147483647"));
 }
 
+TEST(PPM, WithALargeFileIsNotRead)
+{
+    const TemporaryCurrentFolder folder;
+    folder.Write("hole.ppm", "P6\n1 1\n255\nabc");
+    std::error_code error;
+    std::filesystem::resize_file("hole.ppm", (std::uintmax_t{1} << 30U) + 1, error);
+    if (error)
+    {
+        GTEST_SKIP() << "this disk has no files with holes";
+    }
+    const Loading loading("hole.ppm");
+    EXPECT_FALSE(loading.texture.HasImage());
+    EXPECT_THAT(loading.said, testing::HasSubstr("have more than 1024 MiB"));
+}
+
 TEST(PPM, CutOffAnywhereIsRefused)
 {
     const std::string file = "P6\n# one\n2 1\n255\nabcdef";

@@ -183,6 +183,47 @@ TEST(ReadFile, RefusesAFileThatCannotFitInMemory)
     EXPECT_THAT(FaultOfReading(path), EndsWith(": it does not fit in the memory of this machine"));
 }
 
+TEST(ReadFile, RefusesAFileThatGoesOnBeyondItsSize)
+{
+    // It tells a size of 0 and gives eight bytes for each page that an address can name.
+    const char* const endless = "/proc/self/pagemap";
+    if (!fs::exists(endless))
+    {
+        GTEST_SKIP() << "this system has no ordinary file without an end";
+    }
+    EXPECT_EQ(
+        FaultOfReading(endless),
+        "cannot read /proc/self/pagemap: it gives more than 64 MiB, and more than the size that it tells");
+}
+
+TEST(ReadFile, TakesWhatItReadsFromABudget)
+{
+    const TemporaryFolder folder;
+    const fs::path path = folder.Write("file", "12345");
+    ReadBudget budget{11, "the files have more than 11 bytes"};
+    EXPECT_EQ(ReadFile(path, budget), "12345");
+    EXPECT_EQ(ReadFile(path, budget), "12345");
+    EXPECT_EQ(budget.left, 1U);
+    EXPECT_EQ(FaultOf([&] { ReadFile(path, budget); }),
+              "cannot read " + path.string() + ": the files have more than 11 bytes");
+    EXPECT_EQ(budget.left, 1U); // its size told, so nothing of it was read
+    EXPECT_EQ(ReadFile(folder.Write("smaller", "6"), budget), "6");
+}
+
+TEST(ReadFile, TakesFromABudgetWhatItReadsOfAFileThatItRefuses)
+{
+    const char* const unsized = "/proc/self/status"; // tells a size of 0
+    ReadBudget budget{10, "too much"};
+    EXPECT_EQ(FaultOf([&] { ReadFile(unsized, budget); }), "cannot read /proc/self/status: too much");
+    EXPECT_EQ(budget.left, 0U);
+}
+
+TEST(ReadFile, DoesNotLookForAFileWhenItsBudgetIsSpent)
+{
+    ReadBudget budget{0, "too much"};
+    EXPECT_EQ(FaultOf([&] { ReadFile("/no/such/file", budget); }), "cannot read /no/such/file: too much");
+}
+
 TEST(ReadStream, GivesEveryByteOfAFile)
 {
     const TemporaryFolder folder;

@@ -94,6 +94,37 @@ TEST(Images, ShareTheBytesOfABudget)
                 ThrowsMessage<FileError>(EndsWith("take more than 0 MiB")));
 }
 
+TEST(Images, WithLargeFilesAreNotRead)
+{
+    const TemporaryFolder folder;
+    const auto path = folder.Write("hole.bmp", "BM");
+    std::error_code error;
+    std::filesystem::resize_file(path, (std::uintmax_t{1} << 30U) + 1, error);
+    if (error)
+    {
+        GTEST_SKIP() << "this disk has no files with holes";
+    }
+    EXPECT_THAT(
+        [&] { ReadImage(path); },
+        ThrowsMessage<FileError>("cannot read " + path.string() +
+                                 ": its file and those of the pictures before it have more than 1024 MiB"));
+}
+
+TEST(Images, ShareTheBytesOfTheirFiles)
+{
+    const TemporaryFolder folder;
+    const auto broken = folder.Write("broken.bmp", std::string(100, 'x'));
+    ImageBudget budget;
+    budget.GetFiles().left = 250;
+    for (int i = 0; i < 2; ++i) // what is refused counts as well
+    {
+        EXPECT_THROW(ReadImage(broken, budget), FileError);
+    }
+    EXPECT_EQ(budget.GetFiles().left, 50U);
+    EXPECT_THAT([&] { ReadImage(broken, budget); },
+                ThrowsMessage<FileError>(testing::HasSubstr("more than 1024 MiB")));
+}
+
 TEST(Images, OfEveryFormatCountOnce)
 {
     const TemporaryFolder folder;

@@ -1,4 +1,5 @@
 #include "IARecovery.h"
+#include "FailingFileCalls.h"
 #include "FailingMemory.h"
 #include "SelectionTest.h"
 #include "resource.h"
@@ -11,6 +12,7 @@ namespace tessarine
 {
 namespace
 {
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -260,6 +262,119 @@ TEST_F(RecoveryTest, GoesOnWithoutMemoryForACopy)
     DebugConsole().SetSink(kept);
     EXPECT_EQ(CountKeptFaces(), 16);
     EXPECT_THAT(FindModels(), SizeIs(1));
+}
+
+/// The models that a start would be offered, with their libraries.
+std::vector<std::string> ReadAbandoned(const std::filesystem::path& state)
+{
+    std::vector<std::string> texts;
+    for (const IORecoveryFolder& copy : IORecoveryFolder::FindAbandoned(state))
+    {
+        texts.push_back(ReadFile(copy.GetModel()));
+        const std::filesystem::path library = copy.GetModel().replace_extension(".mtl");
+        texts.back() += exists(library) ? ReadFile(library) : "";
+    }
+    return texts;
+}
+
+/// Windows that keep the model of the workbench, each in a state folder of its own, and are killed behind it.
+class FailingRecoveryTest : public RecoveryTest
+{
+protected:
+    using Mode = FailingFileCalls::Mode;
+
+    void Keep(IARecovery& recovery)
+    {
+        Wait();
+        recovery.MarkChanged();
+        recovery.Keep(m_Bench.GetController());
+    }
+
+    /// What is found behind one to which no call fails.
+    std::string KeepWhole(const std::string& state)
+    {
+        {
+            IARecovery recovery(m_Folder / state);
+            Keep(recovery);
+        }
+        const auto found = ReadAbandoned(m_Folder / state);
+        EXPECT_THAT(found, SizeIs(1));
+        return found.empty() ? "" : found.front();
+    }
+
+    /// A window in m_State to which a call fails.
+    /// @param before the state folder that it takes its copy over from; empty for none
+    /// @param goesOn whether it keeps the model again before it is killed
+    void KeepFailing(const std::string& before, long spared, Mode mode, bool goesOn)
+    {
+        std::filesystem::remove_all(m_State);
+        if (!before.empty())
+        {
+            std::filesystem::copy(m_Folder / before, m_State, std::filesystem::copy_options::recursive);
+        }
+        IARecovery recovery(m_State);
+        for (IORecoveryFolder& copy : recovery.FindAbandoned())
+        {
+            recovery.Adopt(std::move(copy));
+        }
+        {
+            const FailingFileCalls calls(spared, mode);
+            Keep(recovery);
+        }
+        if (goesOn)
+        {
+            Keep(recovery);
+        }
+    }
+
+    /// Has each call fail in turn.
+    void TryEachCall(const std::string& before, Mode mode, bool goesOn,
+                     const testing::Matcher<std::vector<std::string>>& expected)
+    {
+        for (long spared = 0; spared == 0 || FailingFileCalls::HasFailed(); ++spared)
+        {
+            KeepFailing(before, spared, mode, goesOn);
+            EXPECT_THAT(ReadAbandoned(m_State), expected) << "behind " << spared << " calls";
+        }
+        EXPECT_THAT(m_Platform.GetFailures(), IsEmpty());
+    }
+
+    /// A model with a library and a picture.
+    void ImportPainted()
+    {
+        m_Folder.Write("painted.obj",
+                       "mtllib paint.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nusemtl red\nf 1/1 2/1 3/1\n");
+        m_Folder.Write("paint.mtl", "newmtl red\nmap_Kd red.ppm\n");
+        m_Folder.Write("red.ppm", "P6\n1 1\n255\nabc");
+        ASSERT_TRUE(Import("painted.obj"));
+    }
+
+    std::filesystem::path m_State = m_Folder / "failing";
+};
+
+TEST_F(FailingRecoveryTest, LeavesOneOfTwoModelsWholeWhateverCallFails)
+{
+    Import("a.obj");
+    const std::string before = KeepWhole("before");
+    ImportPainted();
+    const std::string after = KeepWhole("after");
+    ASSERT_NE(before, after);
+    for (const Mode mode : {Mode::Once, Mode::FromThenOn})
+    {
+        TryEachCall("before", mode, false, ElementsAre(AnyOf(before, after)));
+        TryEachCall("before", mode, true, ElementsAre(after));
+    }
+}
+
+TEST_F(FailingRecoveryTest, LeavesNoPartOfAFirstModelWhateverCallFails)
+{
+    ImportPainted();
+    const std::string whole = KeepWhole("whole");
+    for (const Mode mode : {Mode::Once, Mode::FromThenOn})
+    {
+        TryEachCall("", mode, false, AnyOf(IsEmpty(), ElementsAre(whole)));
+        TryEachCall("", mode, true, ElementsAre(whole));
+    }
 }
 
 /// Subdivides a model, and is then killed in the midst of the next command.

@@ -317,7 +317,7 @@ void DSTexture::ReadPPM(const std::string& fileName, ImageBudget& budget)
     try
     {
         const std::filesystem::path path = ResolveForReading(fileName);
-        DecodePPM(fileName, ReadFile(path), budget);
+        DecodePPM(fileName, ReadFile(path, budget.GetFiles()), budget);
         NotePath(path);
     }
     catch (const FileError& error)

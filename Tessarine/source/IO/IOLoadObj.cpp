@@ -14,8 +14,7 @@ namespace tessarine
 namespace
 {
 constexpr const char* kCannotOpen = "Cannot open file!!\n";
-constexpr std::size_t kValueIndex = 2; ///< behind "v ", "vn", "vt"
-constexpr std::size_t kMostLibraryBytes = std::size_t{64} << 20U;
+constexpr std::size_t kValueIndex = 2;   ///< behind "v ", "vn", "vt"
 constexpr std::size_t kKeywordIndex = 6; ///< behind "usemtl", "mtllib", whatever the word is
 
 smVec3d ReadVector(IOLineCursor& line)
@@ -215,25 +214,12 @@ void IOLoadObj::ReadMaterialLibrary(IOLineCursor& line)
     ParseMaterialFile(std::string(line.ReadToken()));
 }
 
-/// A model can name one library again and again, and each time makes its materials anew.
-std::string IOLoadObj::ReadLibrary(const std::string& fileName)
-{
-    if (m_nLibraryBytes >= kMostLibraryBytes)
-    {
-        throw FileError("cannot read " + fileName + ": the libraries before it have more than " +
-                        std::to_string(kMostLibraryBytes >> 20U) + " MiB");
-    }
-    std::string text = ReadFile(ResolveForReading(fileName));
-    m_nLibraryBytes += text.size();
-    return text;
-}
-
 void IOLoadObj::ParseMaterialFile(const std::string& fileName)
 {
     std::string text;
     try
     {
-        text = ReadLibrary(fileName);
+        text = ReadFile(ResolveForReading(fileName), m_LibraryBudget);
     }
     catch (const FileError& error)
     {

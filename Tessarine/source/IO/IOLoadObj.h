@@ -1,4 +1,5 @@
 #pragma once
+#include "File.h"
 #include "IOLoad.h"
 #include "MANBrepElementManager.h"
 #include <cstddef>
@@ -66,7 +67,6 @@ private:
     std::int32_t ParseCorners(IOLineCursor& corners);
     void OpenMaterialGroup(IOLineCursor& line);
     void ReadMaterialLibrary(IOLineCursor& line);
-    std::string ReadLibrary(const std::string& fileName);
     void ReportUnknownToken() const;
 
     void TellOddities(const std::string& fileName, const std::string& text) const;
@@ -95,7 +95,9 @@ private:
     [[maybe_unused]] float m_fScale = 1.0F; ///< reserved
 
     std::unique_ptr<IOMtlReader> m_pMaterialReader;
-    std::size_t m_nLibraryBytes = 0; ///< of all libraries so far
+    /// A model can name one library again and again, and each time makes its materials anew.
+    ReadBudget m_LibraryBudget{std::size_t{64} << 20U,
+                               "it and the libraries before it have more than 64 MiB"};
     int m_nLine = 0;
     std::int32_t m_nGroup = 0;
     /// The first position, from 0, with a coordinate that is not a number to its end; -1 while there is none.

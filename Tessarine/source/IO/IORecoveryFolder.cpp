@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unistd.h>
 
 namespace tessarine
@@ -17,24 +21,40 @@ constexpr char kModelName[] = "recovered.obj";
 constexpr char kLockName[] = "lock";
 constexpr char kPrefix[] = "window-";
 constexpr char kUnfinished[] = ".part";
+constexpr char kUnlisted = '.'; ///< before the name of one that is being made or removed
+constexpr std::chrono::hours kLongestMaking{1};
+
+/// With those that lead to it, so that a loss of power leaves them there.
+void MakeFolder(const fs::path& folder)
+{
+    std::error_code error;
+    std::vector<fs::path> holders;
+    for (fs::path missing = folder;
+         missing.has_relative_path() && missing.has_parent_path() && !fs::exists(missing, error);
+         missing = missing.parent_path())
+    {
+        holders.push_back(missing.parent_path());
+    }
+    fs::create_directories(folder, error);
+    if (error)
+    {
+        RefuseWriting(folder, error);
+    }
+    for (const fs::path& holder : holders)
+    {
+        FlushToDisk(holder);
+    }
+}
 
 /// Until it is locked nobody may take it for an abandoned one.
 fs::path MakeUnlisted(const fs::path& parent)
 {
-    std::error_code error;
-    fs::create_directories(parent, error);
-    std::string name = (parent / ".new-XXXXXX").string();
+    std::string name = (parent / (kUnlisted + (kPrefix + std::to_string(::getpid())) + "-XXXXXX")).string();
     if (::mkdtemp(name.data()) == nullptr) // for its owner alone
     {
-        RefuseWriting(parent, error ? error : std::error_code(errno, std::generic_category()));
+        RefuseWriting(parent, std::error_code(errno, std::generic_category()));
     }
     return name;
-}
-
-std::string GetListedName(const fs::path& unlisted)
-{
-    const std::string name = unlisted.filename().string();
-    return kPrefix + std::to_string(::getpid()) + name.substr(name.rfind('-'));
 }
 
 /// The number that a sub-folder has for its name; 0 for any other name.
@@ -61,53 +81,95 @@ std::vector<fs::path> ListEntries(const fs::path& folder)
     return entries;
 }
 
-std::uint64_t FindLast(const fs::path& folder)
+/// The number of the last model; 0 for none, nothing where that cannot be told.
+std::optional<std::uint64_t> FindLast(const fs::path& folder)
 {
     std::uint64_t last = 0;
-    for (const fs::path& entry : ListEntries(folder))
+    std::vector<std::string> names;
+    if (!ListFolder(folder, names))
     {
+        return std::nullopt;
+    }
+    for (const std::string& name : names)
+    {
+        const std::uint64_t number = NumberOf(name);
         std::error_code error;
-        const std::uint64_t number = NumberOf(entry);
-        if (number > last && fs::is_regular_file(entry / kModelName, error))
+        const auto type =
+            number > last ? fs::status(folder / name / kModelName, error).type() : fs::file_type::not_found;
+        if (type == fs::file_type::none)
         {
-            last = number;
+            return std::nullopt;
         }
+        last = type == fs::file_type::regular ? number : last;
     }
     return last;
 }
 
-bool IsWindowFolder(const fs::path& path)
+bool IsFolderWithName(const fs::path& path, std::string_view prefix)
 {
     std::error_code error;
-    return path.filename().string().starts_with(kPrefix) && fs::is_directory(fs::symlink_status(path, error));
+    return path.filename().string().starts_with(prefix) && fs::is_directory(fs::symlink_status(path, error));
+}
+
+bool IsWindowFolder(const fs::path& path)
+{
+    return IsFolderWithName(path, kPrefix);
+}
+
+/// One whose process was ended while it was made or removed.
+bool IsLeftover(const fs::path& path)
+{
+    std::error_code error;
+    return IsFolderWithName(path, kUnlisted + std::string(kPrefix)) &&
+           fs::last_write_time(path, error) < fs::file_time_type::clock::now() - kLongestMaking && !error;
+}
+
+void RemoveLeftover(const fs::path& path)
+{
+    if (const auto lock = FileLock::Take(path / kLockName))
+    {
+        RemoveTree(path);
+    }
 }
 }
 
-IORecoveryFolder::IORecoveryFolder(fs::path path, FileLock lock)
-    : m_Path(std::move(path)), m_Lock(std::move(lock)), m_nLast(FindLast(m_Path))
+IORecoveryFolder::IORecoveryFolder(fs::path path, FileLock lock, std::uint64_t last)
+    : m_Path(std::move(path)),
+      m_Unlisted(m_Path.parent_path() / (kUnlisted + m_Path.filename().string())),
+      m_Lock(std::move(lock)),
+      m_nLast(last)
 {
 }
 
 IORecoveryFolder IORecoveryFolder::Create(const fs::path& parent)
 {
+    MakeFolder(parent);
     const fs::path unlisted = MakeUnlisted(parent);
-    auto lock = FileLock::Take(unlisted / kLockName);
-    const fs::path listed = parent / GetListedName(unlisted);
-    std::error_code error;
-    if (lock)
+    const fs::path listed = parent / unlisted.filename().string().substr(1);
+    const fs::path* pThere = &unlisted;
+    try
     {
+        auto lock = FileLock::Take(unlisted / kLockName);
+        if (!lock)
+        {
+            RefuseWriting(listed, std::make_error_code(std::errc::no_lock_available));
+        }
+        IORecoveryFolder folder(listed, std::move(*lock), 0);
+        std::error_code error;
         fs::rename(unlisted, listed, error);
+        if (error)
+        {
+            RefuseWriting(listed, error);
+        }
+        pThere = &listed;
+        FlushToDisk(parent);
+        return folder;
     }
-    else
+    catch (...)
     {
-        error = std::make_error_code(std::errc::no_lock_available);
+        RemoveTree(*pThere);
+        throw;
     }
-    if (error)
-    {
-        RemoveTree(unlisted);
-        RefuseWriting(listed, error);
-    }
-    return {listed, std::move(*lock)};
 }
 
 std::vector<IORecoveryFolder> IORecoveryFolder::FindAbandoned(const fs::path& parent)
@@ -115,12 +177,17 @@ std::vector<IORecoveryFolder> IORecoveryFolder::FindAbandoned(const fs::path& pa
     std::vector<IORecoveryFolder> found;
     for (const fs::path& path : ListEntries(parent))
     {
+        if (IsLeftover(path))
+        {
+            RemoveLeftover(path);
+        }
         auto lock = IsWindowFolder(path) ? FileLock::Take(path / kLockName) : std::nullopt;
-        if (!lock)
+        const auto last = lock ? FindLast(path) : std::nullopt;
+        if (!last)
         {
             continue;
         }
-        IORecoveryFolder folder(path, std::move(*lock));
+        IORecoveryFolder folder(path, std::move(*lock), *last);
         if (folder.m_nLast == 0)
         {
             folder.Remove();
@@ -146,6 +213,7 @@ void IORecoveryFolder::Replace(const std::function<void(const fs::path&)>& write
     const fs::path whole = GetFolder(m_nLast + 1);
     const fs::path unfinished = whole.string() + kUnfinished;
     RemoveTree(unfinished);
+    RemoveTree(whole); // one that could be neither flushed nor removed
     try
     {
         std::error_code error;
@@ -194,8 +262,10 @@ fs::file_time_type IORecoveryFolder::GetTime() const
     return fs::last_write_time(GetModel(), gone);
 }
 
+/// Its name goes first: the lock may go before the model, which somebody else would be offered then.
 void IORecoveryFolder::Remove() noexcept
 {
-    RemoveTree(m_Path);
+    const bool isUnlisted = std::rename(m_Path.c_str(), m_Unlisted.c_str()) == 0;
+    RemoveTree(isUnlisted ? m_Unlisted : m_Path);
 }
 }

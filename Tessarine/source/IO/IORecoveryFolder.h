@@ -19,7 +19,7 @@ public:
     static IORecoveryFolder Create(const std::filesystem::path& parent);
 
     /// Those of processes that have ended, the latest first, and nobody else's from now on. What such a process left
-    /// without a model is removed.
+    /// without a model, or half made or half removed, is removed; what cannot be looked through stays as it is.
     static std::vector<IORecoveryFolder> FindAbandoned(const std::filesystem::path& parent);
 
     /// Has a model written in place of the one before. Throws what `write` throws, and FileError; the one before
@@ -36,11 +36,13 @@ public:
     void Remove() noexcept;
 
 private:
-    IORecoveryFolder(std::filesystem::path path, FileLock lock);
+    /// @param last the number of the last model that it has; 0 for none
+    IORecoveryFolder(std::filesystem::path path, FileLock lock, std::uint64_t last);
     std::filesystem::path GetFolder(std::uint64_t number) const;
     void RemoveAllBut(std::uint64_t number) const;
 
     std::filesystem::path m_Path;
+    std::filesystem::path m_Unlisted; ///< its name while it is removed
     FileLock m_Lock;
     std::uint64_t m_nLast = 0; ///< the number of the last model; 0 for none
 };
