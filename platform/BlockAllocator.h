@@ -1,5 +1,6 @@
 #pragma once
 #include "Memory.h"
+#include <cstddef>
 #include <limits>
 #include <new>
 #include <vector>
@@ -12,6 +13,8 @@ struct BlockAllocator
 {
     using value_type = T;
     static_assert(alignof(T) <= kBlockAlignment);
+    static constexpr std::size_t kBytesEach =
+        sizeof(T); // NOLINT(bugprone-sizeof-expression): of a pointer, too
 
     BlockAllocator() = default;
     template <class TOther>
@@ -21,11 +24,11 @@ struct BlockAllocator
 
     T* allocate(std::size_t count) // NOLINT(readability-identifier-naming): the standard's name
     {
-        if (count > std::numeric_limits<std::size_t>::max() / 2 / sizeof(T))
+        if (count > std::numeric_limits<std::size_t>::max() / 2 / kBytesEach)
         {
             throw std::bad_alloc();
         }
-        return static_cast<T*>(AllocateBlock(count * sizeof(T)));
+        return static_cast<T*>(AllocateBlock(count * kBytesEach));
     }
     void deallocate(T* block, std::size_t /*count*/) noexcept // NOLINT(readability-identifier-naming)
     {

@@ -183,6 +183,19 @@ TEST_F(RecoveryFolderTest, PassesOverWhatIsNotItsOwn)
     EXPECT_THAT(m_Folder.List("elsewhere"), ElementsAre("1"));
 }
 
+TEST_F(RecoveryFolderTest, RemovesNothingThatSomebodyElseHasPutThere)
+{
+    m_Folder.Write("state/recovery/window-photos/a.jpg", "not a model");
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
+    EXPECT_EQ(ReadFile(m_Parent / "window-photos/a.jpg"), "not a model");
+    fs::remove_all(m_Parent / "window-photos");
+
+    LeaveBehind(m_Parent, "model");
+    std::ofstream(GetEntry() / "notes.txt") << "mine";
+    EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model"));
+    EXPECT_EQ(ReadFile(GetEntry() / "notes.txt"), "mine");
+}
+
 TEST_F(RecoveryFolderTest, IsNotFoundWhileItIsRemoved)
 {
     for (long removed = 0;; ++removed)

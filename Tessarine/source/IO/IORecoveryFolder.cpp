@@ -124,9 +124,28 @@ bool IsLeftover(const fs::path& path)
            fs::last_write_time(path, error) < fs::file_time_type::clock::now() - kLongestMaking && !error;
 }
 
+/// Something that a window makes in its folder.
+bool IsOwnEntry(const fs::path& entry)
+{
+    std::string name = entry.filename().string();
+    if (name.ends_with(kUnfinished))
+    {
+        name.resize(name.size() - std::string_view(kUnfinished).size());
+    }
+    return name == kLockName || NumberOf(name) != 0;
+}
+
+/// With something that somebody else has put there, which is not this program's to remove.
+bool IsShared(const fs::path& folder)
+{
+    const std::vector<fs::path> entries = ListEntries(folder);
+    return !std::all_of(entries.begin(), entries.end(), IsOwnEntry);
+}
+
 void RemoveLeftover(const fs::path& path)
 {
-    if (const auto lock = FileLock::Take(path / kLockName))
+    const auto lock = IsShared(path) ? std::nullopt : FileLock::Take(path / kLockName);
+    if (lock)
     {
         RemoveTree(path);
     }
@@ -190,7 +209,7 @@ std::vector<IORecoveryFolder> IORecoveryFolder::FindAbandoned(const fs::path& pa
         IORecoveryFolder folder(path, std::move(*lock), *last);
         if (folder.m_nLast == 0)
         {
-            folder.Remove();
+            folder.RemoveUnlessShared();
             continue;
         }
         folder.RemoveAllBut(folder.m_nLast);
@@ -244,7 +263,8 @@ void IORecoveryFolder::RemoveAllBut(std::uint64_t number) const
 {
     for (const fs::path& entry : ListEntries(m_Path))
     {
-        if (entry.filename() != kLockName && entry.filename() != std::to_string(number))
+        const fs::path name = entry.filename();
+        if (IsOwnEntry(entry) && name != kLockName && name != std::to_string(number))
         {
             RemoveTree(entry);
         }
@@ -260,6 +280,14 @@ fs::file_time_type IORecoveryFolder::GetTime() const
 {
     std::error_code gone;
     return fs::last_write_time(GetModel(), gone);
+}
+
+void IORecoveryFolder::RemoveUnlessShared()
+{
+    if (!IsShared(m_Path))
+    {
+        Remove();
+    }
 }
 
 /// Its name goes first: the lock may go before the model, which somebody else would be offered then.

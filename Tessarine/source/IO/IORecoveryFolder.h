@@ -19,7 +19,7 @@ public:
     static IORecoveryFolder Create(const std::filesystem::path& parent);
 
     /// Those of processes that have ended, the latest first, and nobody else's from now on. What such a process left
-    /// without a model, or half made or half removed, is removed; what cannot be looked through stays as it is.
+    /// without a model, or half made or half removed, is removed; what cannot be looked through, or has something of somebody else in it, stays as it is.
     static std::vector<IORecoveryFolder> FindAbandoned(const std::filesystem::path& parent);
 
     /// Has a model written in place of the one before. Throws what `write` throws, and FileError; the one before
@@ -40,6 +40,7 @@ private:
     IORecoveryFolder(std::filesystem::path path, FileLock lock, std::uint64_t last);
     std::filesystem::path GetFolder(std::uint64_t number) const;
     void RemoveAllBut(std::uint64_t number) const;
+    void RemoveUnlessShared();
 
     std::filesystem::path m_Path;
     std::filesystem::path m_Unlisted; ///< its name while it is removed
