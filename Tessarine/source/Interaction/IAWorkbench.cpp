@@ -362,9 +362,9 @@ void IAWorkbench::NewDocument()
     m_nImportedModel = 0;
 }
 
-/// Takes the tools off the stack down to the lowest that moves; also one whose move has ended when taking it off failed.
+/// Takes the tools off the stack down to the lowest that moves. What ends the moves has been done: this cannot fail.
 /// @return whether a move was under way
-bool IAWorkbench::EndMoves()
+bool IAWorkbench::EndMoves() noexcept
 {
     bool hasEnded = false;
     const auto asMoveTool = [](IATool* tool) { return dynamic_cast<IAMoveTool*>(tool); };
@@ -376,7 +376,7 @@ bool IAWorkbench::EndMoves()
             hasEnded = hasEnded || move->IsUnderWay();
             move->End();
         }
-        m_ToolsManager.PopTool();
+        m_ToolsManager.DropTool();
     }
     return hasEnded;
 }
