@@ -187,19 +187,24 @@ int IAWorkbench::CreateView()
     {
         return -1;
     }
-    m_View.InitState();
+    try
+    {
+        m_View.InitState();
+    }
+    catch (...)
+    {
+        DestroyView(); // else the next frames would be drawn without that state
+        throw;
+    }
     return 0;
 }
 
 bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
 {
-    if (effect != Effect::None)
-    {
-        ForgetPicks();
-    }
     BeginAssertionReports();
     if (effect != Effect::None)
     {
+        ForgetPicks();
         KeepModel();
     }
     const unsigned modelBefore = m_pController->GetModelNumber();
@@ -300,12 +305,12 @@ void IAWorkbench::RedrawAfterFailure() noexcept
 
 bool IAWorkbench::SendEvent(const ToolEvent& event)
 {
+    BeginAssertionReports();
     const bool isSelecting = IsSelectToolOnTop();
     if (!isSelecting)
     {
         ForgetPicks();
     }
-    BeginAssertionReports();
     if (IsClickOrKey(event.kind))
     {
         KeepModel();
