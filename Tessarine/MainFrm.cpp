@@ -110,7 +110,8 @@ private:
     CMainFrame& m_Frame;
 };
 
-CMainFrame::CMainFrame(CTessarineApp& app) : m_App(app), m_Actions(*this, [this](int id) { OnCommand(id); })
+CMainFrame::CMainFrame(CTessarineApp& app)
+    : m_App(app), m_Actions(*this, [this](int id) { m_App.Answer([this, id] { OnCommand(id); }); })
 {
     setWindowTitle(QString::fromStdString(GetWindowTitle({})));
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
@@ -167,7 +168,7 @@ bool CMainFrame::ImportModel(const QString& path)
 
 void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
 {
-    connect(&menu, &QMenu::aboutToShow, this, [this] { UpdateCommands(); });
+    connect(&menu, &QMenu::aboutToShow, this, [this] { m_App.Answer([this] { UpdateCommands(); }); });
     for (const MenuLine& line : lines)
     {
         if (!line.items.empty())
@@ -408,7 +409,7 @@ void CMainFrame::dropEvent(QDropEvent* event)
         {
             if (!m_pView->IsOccupied())
             {
-                ImportModel(path);
+                m_App.Answer([&] { ImportModel(path); });
             }
         },
         Qt::QueuedConnection);
