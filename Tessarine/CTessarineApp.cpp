@@ -4,6 +4,7 @@
 #include "CTessarineView.h"
 #include "Display.h"
 #include "ErrorLine.h"
+#include "IException.h"
 #include "MainFrm.h"
 #include "Pictures.h"
 #include "ProgramSettings.h"
@@ -21,6 +22,8 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <exception>
+#include <new>
 
 namespace tessarine
 {
@@ -41,6 +44,43 @@ std::filesystem::path FindRecoveryFolder()
 void Complain(const std::string& text)
 {
     PrintErrorLine("tessarine: " + text);
+}
+
+/// Of the exception that is being handled.
+std::string GetReason()
+{
+    try
+    {
+        throw;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return "not enough memory";
+    }
+    catch (const IException& exception)
+    {
+        return exception.GetMessage();
+    }
+    catch (const std::exception& exception)
+    {
+        return exception.what();
+    }
+    catch (...)
+    {
+        return "an unknown error";
+    }
+}
+
+/// No box: it would need what is missing, and the next paint event would come for another.
+void TellLostEvent() noexcept
+{
+    try
+    {
+        Complain("the window could not do all that was asked of it: " + GetReason());
+    }
+    catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
+    {
+    }
 }
 }
 
@@ -67,6 +107,26 @@ CTessarineApp::~CTessarineApp()
     SetErrorListener({});
     DebugConsole().SetSink(std::move(m_Terminal));
     SetPlatform(m_pPlatformBefore);
+}
+
+bool CTessarineApp::Answer(const std::function<void()>& action) noexcept
+{
+    try
+    {
+        action();
+        return true;
+    }
+    catch (...)
+    {
+        TellLostEvent();
+        return false;
+    }
+}
+
+bool CTessarineApp::notify(QObject* receiver, QEvent* event)
+{
+    bool isTaken = false;
+    return Answer([&] { isTaken = QApplication::notify(receiver, event); }) && isTaken;
 }
 
 /// The standard dialogs and buttons, like all else.

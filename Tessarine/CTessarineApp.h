@@ -6,6 +6,7 @@
 #include "IARecovery.h"
 #include <QApplication>
 #include <QTranslator>
+#include <functional>
 #include <memory>
 
 namespace tessarine
@@ -32,6 +33,13 @@ public:
 
     /// @return whether the entry is one of the program's own
     bool OnCommand(int id);
+
+    /// Runs what an action of the user leads to, and tells on standard error and on the console what ends it: no
+    /// exception may pass Qt's own code. The operations of the model pass the boundary besides.
+    /// @return whether it ran to its end
+    bool Answer(const std::function<void()>& action) noexcept;
+    /// The same for every event.
+    bool notify(QObject* receiver, QEvent* event) override;
 
     CDialogPlatform& GetPlatform() { return m_Platform; }
     CConsoleWnd& GetConsole() { return m_Console; }

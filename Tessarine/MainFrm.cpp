@@ -64,6 +64,22 @@ QString GetDraggedModel(const QMimeData& data)
 constexpr char kPlaceKey[] = "Main Frame/Place";
 constexpr char kBarsKey[] = "Main Frame/Bars";
 
+/// Answers the question that an import asks while it lives, and no other.
+class FileAnswer
+{
+public:
+    FileAnswer(QtPlatform& platform, std::filesystem::path path) : m_Platform(platform)
+    {
+        m_Platform.AnswerFile(std::move(path));
+    }
+    ~FileAnswer() { m_Platform.ForgetFileAnswer(); }
+    FileAnswer(const FileAnswer&) = delete;
+    FileAnswer& operator=(const FileAnswer&) = delete;
+
+private:
+    QtPlatform& m_Platform;
+};
+
 bool IsRecentFile(int id)
 {
     return id >= ResourceID::RecentFile1 && id < ResourceID::RecentFile1 + CRecentFileList::kMostFiles;
@@ -94,7 +110,8 @@ private:
     CMainFrame& m_Frame;
 };
 
-CMainFrame::CMainFrame(CTessarineApp& app) : m_App(app), m_Actions(*this, [this](int id) { OnCommand(id); })
+CMainFrame::CMainFrame(CTessarineApp& app)
+    : m_App(app), m_Actions(*this, [this](int id) { m_App.Answer([this, id] { OnCommand(id); }); })
 {
     setWindowTitle(QString::fromStdString(GetWindowTitle({})));
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
@@ -143,7 +160,7 @@ void CMainFrame::RestorePlace()
 
 bool CMainFrame::ImportModel(const QString& path)
 {
-    m_App.GetPlatform().AnswerFile(QFile::encodeName(path).toStdString());
+    const FileAnswer answer(m_App.GetPlatform(), QFile::encodeName(path).toStdString());
     const bool done = RunCommand(ResourceID::ImportObj);
     UpdateCommands();
     return done;
@@ -151,7 +168,7 @@ bool CMainFrame::ImportModel(const QString& path)
 
 void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
 {
-    connect(&menu, &QMenu::aboutToShow, this, [this] { UpdateCommands(); });
+    connect(&menu, &QMenu::aboutToShow, this, [this] { m_App.Answer([this] { UpdateCommands(); }); });
     for (const MenuLine& line : lines)
     {
         if (!line.items.empty())
@@ -387,7 +404,14 @@ void CMainFrame::dropEvent(QDropEvent* event)
     event->acceptProposedAction();
     // Once the other program has its answer: an import may take its time, and ask.
     QMetaObject::invokeMethod(
-        this, [this, path = GetDraggedModel(*event->mimeData())] { ImportModel(path); },
+        this,
+        [this, path = GetDraggedModel(*event->mimeData())]
+        {
+            if (!m_pView->IsOccupied())
+            {
+                m_App.Answer([&] { ImportModel(path); });
+            }
+        },
         Qt::QueuedConnection);
 }
 

@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPixmap>
+#include <utility>
 
 namespace tessarine
 {
@@ -176,6 +177,11 @@ QWidget* QtPlatform::GetDialogParent() const
 
 std::optional<std::filesystem::path> QtPlatform::AskOpenFile(const FileQuestion& question)
 {
+    if (m_FileAnswer)
+    {
+        m_ChosenFile.clear();
+        return m_ChosenFile = TakeFileAnswer();
+    }
     QFileDialog dialog(GetDialogParent(), "打开");
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -193,10 +199,6 @@ std::optional<std::filesystem::path> QtPlatform::AskSaveFile(const FileQuestion&
 std::optional<std::filesystem::path> QtPlatform::Ask(QFileDialog& dialog, const FileQuestion& question)
 {
     m_ChosenFile.clear();
-    if (m_FileAnswer)
-    {
-        return m_ChosenFile = TakeFileAnswer();
-    }
     // One dialog on every desktop, in the language of the window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (!question.title.empty())
@@ -240,8 +242,11 @@ void QtPlatform::InvalidateView()
 
 std::filesystem::path QtPlatform::TakeFileAnswer()
 {
-    std::filesystem::path choice = GetCurrentFolder() / *m_FileAnswer;
-    m_FileAnswer.reset();
+    std::filesystem::path choice = *std::exchange(m_FileAnswer, std::nullopt);
+    if (choice.is_relative())
+    {
+        choice = GetCurrentFolder() / choice;
+    }
     TrySetCurrentFolder(choice.parent_path());
     return choice;
 }

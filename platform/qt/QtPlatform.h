@@ -50,8 +50,10 @@ public:
     const std::filesystem::path& GetLastFolder() const { return m_LastFolder; }
     void SetLastFolder(std::filesystem::path folder) { m_LastFolder = std::move(folder); }
 
-    /// Answers the next file dialog without showing it.
+    /// Answers the next question for a file that is there, without showing the dialog.
     void AnswerFile(std::filesystem::path path) { m_FileAnswer = std::move(path); }
+    /// Should the question not have come.
+    void ForgetFileAnswer() noexcept { m_FileAnswer.reset(); }
 
     /// An operation ends, and with it what its user chose not to see again. Standard error tells how often it came.
     void ForgetHiddenMessages();

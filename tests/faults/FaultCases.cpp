@@ -1,6 +1,7 @@
 #include "FaultCases.h"
 #include "Resources.h"
 #include "resource.h"
+#include <utility>
 
 namespace tessarine
 {
@@ -11,11 +12,10 @@ using enum FaultOutcome;
 // The middle of the view, 100 pixels wide, looks at the model.
 constexpr char kModel[] = "import model.obj ";
 constexpr char kFacePicked[] =
-    "import model.obj menu 32788 mouse-move 50 50 left-down 50 50 left-up 50 50 menu 32810 mouse-move 50 50 ";
+    "import model.obj menu 32788 mouse-move 50 50 left-down 50 50 left-up 50 50 menu 32810 ";
 constexpr char kVertexPicked[] = "import model.obj camera 3 3 3 0 0 0 menu 32786 mouse-move 50 50 left-down "
-                                 "50 50 menu 32809 mouse-move 50 50 ";
-constexpr char kSolidPicked[] =
-    "import model.obj menu 32789 mouse-move 50 50 left-down 50 50 menu 32814 mouse-move 50 50 ";
+                                 "50 50 menu 32809 ";
+constexpr char kSolidPicked[] = "import model.obj menu 32789 mouse-move 50 50 left-down 50 50 menu 32814 ";
 
 FaultCase OnModel(const std::string& operation, int most = 400)
 {
@@ -38,17 +38,11 @@ FaultCase Writing(const std::string& setup, const std::string& operation, const 
     return {operation, setup, operation, most, Nothing, folder};
 }
 
-FaultCase Event(const std::string& setup, const std::string& operation)
-{
-    return {operation + " behind " + setup, setup, operation, 60, WholeStep};
-}
-
 std::vector<FaultCase> ListOperations()
 {
     const std::string model = kModel;
     return {
         OnModel("new"),
-        {"new with a move under way", std::string(kFacePicked) + "mouse-move 60 50", "new"},
         {"import", model, "import model.obj", 400, Nothing, {}, true},
         Writing(model, "export out/a.obj", "out", 400),
         Writing(model, "report out/r.json", "out"),
@@ -103,33 +97,82 @@ std::vector<FaultCase> ListOperations()
     };
 }
 
+/// Every event of the view, sent to the tool that a setup has left on top.
+void AddEvents(std::vector<FaultCase>& cases, const std::string& setup)
+{
+    using Kind = ToolEvent::Kind;
+    constexpr int kMost = 12; // there are many
+    constexpr std::pair<const char*, Kind> kKinds[] = {{"mouse-move", Kind::MouseMove},
+                                                       {"left-down", Kind::LeftButtonDown},
+                                                       {"left-up", Kind::LeftButtonUp},
+                                                       {"right-up", Kind::RightButtonUp},
+                                                       {"right-down", Kind::RightButtonDown},
+                                                       {"key-down", Kind::KeyDown},
+                                                       {"key-up", Kind::KeyUp},
+                                                       {"set-cursor", Kind::SetCursor}};
+    for (const auto& [name, kind] : kKinds)
+    {
+        FaultCase added{std::string(name) + " behind " + setup, setup, name, kMost, WholeStep};
+        added.event = {.kind = kind, .x = 60, .y = 50, .key = 'A'};
+        cases.push_back(std::move(added));
+    }
+}
+
+/// Every tool in each of its states.
 std::vector<FaultCase> ListEvents()
 {
     const std::string model = kModel;
-    std::vector<FaultCase> events{
-        Event(model, "mouse-move 50 50"),
-        Event(model + "mouse-move 50 50", "left-down 50 50"),
-        Event(model + "menu 32788", "right-down 50 50"),
-        Event(model, "right-up 50 50"),
-    };
+    std::vector<FaultCase> events;
+    AddEvents(events, model + "mouse-move 5 5");
+    AddEvents(events, model + "mouse-move 50 50");
+    AddEvents(events, model + "menu 32788 mouse-move 50 50");
     for (const std::string picked : {kFacePicked, kVertexPicked, kSolidPicked})
     {
-        events.push_back(Event(picked, "mouse-move 60 50"));
-        events.push_back(Event(picked + "mouse-move 60 50", "mouse-move 70 50"));
-        events.push_back(Event(picked + "mouse-move 60 50", "left-down 60 50"));
-        events.push_back(Event(picked + "mouse-move 60 50", "right-down 60 50"));
+        AddEvents(events, picked);
+        AddEvents(events, picked + "mouse-move 50 50");
+        AddEvents(events, picked + "mouse-move 50 50 mouse-move 55 50");
     }
     for (const char* tool : {"67108865", "67108866", "67108867", "67108868"})
     {
-        const std::string drag = model + "tool " + tool + " left-down 50 50 ";
-        events.push_back(Event(drag, "mouse-move 60 55"));
-        events.push_back(Event(drag + "mouse-move 60 55", "left-up 60 55"));
+        const std::string taken = model + "tool " + tool;
+        AddEvents(events, taken);
+        AddEvents(events, taken + " left-down 50 50 mouse-move 55 50");
     }
-    const std::string splat = model + "menu 32836 left-down 20 20 mouse-move 60 60 ";
-    events.push_back(Event(splat, "mouse-move 70 70"));
-    events.push_back(Event(splat, "left-up 60 60"));
-    events.push_back(Event(splat, "right-down 60 60"));
+    AddEvents(events, model + "menu 32836");
+    AddEvents(events, model + "menu 32836 left-down 20 20 mouse-move 60 60");
     return events;
+}
+
+/// What ends a move that is under way, or another tool's drag.
+std::vector<FaultCase> ListInterruptions()
+{
+    constexpr int kMost = 30;
+    const std::string moving = std::string(kSolidPicked) + "mouse-move 50 50 mouse-move 55 50 ";
+    std::vector<FaultCase> cases;
+    for (const char* operation :
+         {"new", "subdivide-loop", "subdivide-adaptive 0.1", "simplify 0.5", "optimize 1",
+          "refine-hierarchical", "refine-incremental", "refine-two-step", "refine-energy", "build-octree",
+          "generate-splats", "set-material", "menu 32836"})
+    {
+        cases.push_back({std::string(operation) + " with a move under way", moving, operation, kMost});
+    }
+    cases.push_back({"import with a move under way", moving, "import model.obj", kMost, Nothing, {}, true});
+    cases.push_back({"two-step-first with a move under way",
+                     std::string(kModel) +
+                         "refine-two-step menu 32789 mouse-move 50 50 left-down 50 50 menu 32814 "
+                         "mouse-move 50 50 mouse-move 55 50",
+                     "two-step-first", kMost});
+    for (const char* tool : {"67108865", "67108866", "67108867", "67108868"})
+    {
+        const std::string other = std::string(tool) == "67108865" ? "67108866" : "67108865";
+        cases.push_back({"tool " + other + " in a drag of " + tool,
+                         std::string(kModel) + "tool " + tool + " left-down 50 50 mouse-move 55 50",
+                         "tool " + other, kMost, WholeStep});
+    }
+    cases.push_back({"tool 67108865 in a drag of a splat",
+                     std::string(kModel) + "menu 32836 left-down 20 20 mouse-move 60 60", "tool 67108865",
+                     kMost, WholeStep});
+    return cases;
 }
 
 /// What an entry of the menus needs, to come to its end.
@@ -159,8 +202,10 @@ const std::vector<FaultCase>& GetFaultCases()
     static const std::vector<FaultCase> cases = []
     {
         std::vector<FaultCase> all = ListOperations();
-        const std::vector<FaultCase> events = ListEvents();
-        all.insert(all.end(), events.begin(), events.end());
+        for (const std::vector<FaultCase>& more : {ListInterruptions(), ListEvents()})
+        {
+            all.insert(all.end(), more.begin(), more.end());
+        }
         return all;
     }();
     return cases;

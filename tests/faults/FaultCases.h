@@ -1,4 +1,6 @@
 #pragma once
+#include "ToolEvent.h"
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,8 @@ struct FaultCase
     FaultOutcome outcome = FaultOutcome::Nothing;
     std::string folder = {};  ///< where it writes; empty where it writes nothing
     bool doesWithout = false; ///< without some of the files that it reads it goes on, and says so
+    std::optional<ToolEvent> event =
+        {}; ///< what is sent to the view in place of the operation, which names it
 };
 
 /// Every operation of the batch tool on a small model, some on a larger one, and every event of every tool.

@@ -1,9 +1,11 @@
 #include "FaultStage.h"
+#include "BoundaryWatch.h"
+#include "Cursor.h"
 #include "Dump.h"
-#include "IException.h"
+#include "File.h"
+#include "IAMoveTool.h"
 #include "Operations.h"
 #include <cstdio>
-#include <exception>
 #include <stdexcept>
 
 namespace tessarine
@@ -43,13 +45,20 @@ private:
 
 bool LooksAtFrame(const FaultCase& faultCase)
 {
+    if (faultCase.event)
+    {
+        return false;
+    }
     const OperationCall call = ParseScript(faultCase.operation, faultCase.name).front();
     return LooksAtFrames(*call.pOperation, call.arguments);
 }
 
-FaultStage::FaultStage(const FaultCase& faultCase)
-    : m_Run(SmallView()), m_Operation(ParseScript(faultCase.operation, faultCase.name))
+FaultStage::FaultStage(const FaultCase& faultCase) : m_Run(SmallView()), m_Event(faultCase.event)
 {
+    if (!m_Event)
+    {
+        m_Operation = ParseScript(faultCase.operation, faultCase.name);
+    }
     DebugConsole().SetSink([](std::string_view) {}); // the run puts the one before back
     const QuietStreams quiet;
     if (!m_Run.RunAll(ParseScript(faultCase.setup, faultCase.name)))
@@ -58,20 +67,51 @@ FaultStage::FaultStage(const FaultCase& faultCase)
     }
 }
 
-bool FaultStage::Run()
+template <class TAction>
+FaultEnd FaultStage::Watch(const TAction& action)
 {
     const QuietStreams quiet;
+    LeaveBoundary();
     try
     {
-        return m_Run.RunAll(m_Operation);
+        return action() ? FaultEnd::Done : FaultEnd::Failed;
     }
-    catch (const std::exception&) // from outside of the boundary: the tool ends with a line
+    catch (...)
     {
-        return false;
+        return IsInsideBoundary() ? FaultEnd::Leaked : FaultEnd::FailedOutside;
     }
-    catch (const IException&)
+}
+
+FaultEnd FaultStage::Run()
+{
+    return Watch([this] { return m_Event ? Send(*m_Event) : m_Run.RunAll(m_Operation); });
+}
+
+FaultEnd FaultStage::Move()
+{
+    return Watch([this] { return Send({.kind = ToolEvent::Kind::MouseMove, .x = 45, .y = 55}); });
+}
+
+bool FaultStage::Send(const ToolEvent& event)
+{
+    if (event.kind != ToolEvent::Kind::SetCursor)
     {
-        return false;
+        return m_Run.GetWorkbench().SendEvent(event);
+    }
+    Platform* before = SetPlatform(&m_CursorPlatform);
+    const bool done = m_Run.GetWorkbench().SendEvent(event);
+    SetPlatform(before);
+    return done;
+}
+
+void CursorPlatform::SetCursorFromFile(const std::string& name)
+{
+    try
+    {
+        ReadCursor(name);
+    }
+    catch (const FileError&) // NOLINT(bugprone-empty-catch): no cursor is shown
+    {
     }
 }
 
@@ -88,7 +128,9 @@ std::string FaultStage::Describe() const
     const BatchDocument document = m_Run.GetDocument();
     for (const IATool* tool : m_Run.GetWorkbench().GetToolsManager().GetToolStack())
     {
+        const auto* move = dynamic_cast<const IAMoveTool*>(tool);
         text += ' ' + std::to_string(tool->GetToolID());
+        text += move != nullptr && move->IsUnderWay() ? " moving" : "";
     }
     return text + "\nhistory: " + std::to_string(document.historySize) + '\n';
 }

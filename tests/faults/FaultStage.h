@@ -2,6 +2,8 @@
 #include "BatchRun.h"
 #include "CommandLine.h"
 #include "FaultCases.h"
+#include "HeadlessPlatform.h"
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,22 @@ namespace tessarine
 {
 /// Whether a case draws a frame, in which the libraries below GL ask for memory in threads of their own.
 bool LooksAtFrame(const FaultCase& faultCase);
+
+/// How a run of a case ended.
+enum class FaultEnd
+{
+    Done,
+    Failed,        ///< the boundary has stopped the failure
+    FailedOutside, ///< before or behind the boundary, in the batch tool's own code, which ends with a line
+    Leaked         ///< the boundary has let the failure through: a window would end
+};
+
+/// Reads the cursors that the tools name, as a window does.
+class CursorPlatform : public HeadlessPlatform
+{
+public:
+    void SetCursorFromFile(const std::string& name) override;
+};
 
 /// A document in the state that a case starts from.
 class FaultStage
@@ -19,18 +37,25 @@ public:
     FaultStage(const FaultStage&) = delete;
     FaultStage& operator=(const FaultStage&) = delete;
 
-    /// Runs the case's operation.
-    /// @return whether it ran to its end; what it throws is a failure
-    bool Run();
+    /// Runs the case's operation, or sends its event.
+    FaultEnd Run();
+    /// Moves the mouse, which every tool answers.
+    FaultEnd Move();
 
-    /// The whole dump, the stack of tools and the size of the history.
+    /// The whole dump, the stack of tools, whether one of them is moving something, and the size of the history.
     std::string Describe() const;
     std::string MakeDump() const;
     /// The part of a description that is no view of the model.
     static std::string TakeRecords(const std::string& description);
 
 private:
+    template <class TAction>
+    FaultEnd Watch(const TAction& action);
+    bool Send(const ToolEvent& event);
+
     BatchRun m_Run;
+    CursorPlatform m_CursorPlatform;
     std::vector<OperationCall> m_Operation;
+    std::optional<ToolEvent> m_Event;
 };
 }

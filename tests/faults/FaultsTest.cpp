@@ -1,15 +1,19 @@
 // Every operation, with a failure at each place where it asks for memory, looks at an assertion or calls the system for a
 // file: what was, is. Where there are many places every n-th is tried, the same ones in each run.
 #include "Faults.h"
+#include "BoundaryWatch.h"
 #include "DumpCheck.h"
+#include "FailingMemory.h"
 #include "FaultStage.h"
 #include "FaultWorkspace.h"
 #include "Operations.h"
+#include "ResourceFolder.h"
 #include "Resources.h"
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <sys/resource.h>
@@ -28,6 +32,7 @@ struct FaultTally
     long operations = 0;
     long places = 0;
     long injected = 0;
+    long outside = 0; ///< of them: failed before or behind the boundary, in the batch tool's own code
 };
 
 std::map<FaultKind, FaultTally> g_Tallies;
@@ -47,6 +52,18 @@ const char* NameOf(FaultKind kind)
     return "file calls";
 }
 
+/// What every message for a failure of a kind says somewhere.
+const char* GetReasonOf(FaultKind kind)
+{
+    switch (kind)
+    {
+    case FaultKind::Memory: return "memory";
+    case FaultKind::Assertion: return ": .+"; // many checks have a sentence of their own
+    case FaultKind::FileCall: break;
+    }
+    return ": cannot (open|read|write|work)";
+}
+
 [[noreturn]] void TellWhatWasTried()
 {
     const std::string line = "ended at " + g_strTried + '\n';
@@ -60,6 +77,7 @@ public:
     void SetUp() override
     {
         std::set_terminate(TellWhatWasTried);
+        SetResourceFolder(TESSARINE_FOLDER);
         m_pWorkspace = std::make_unique<FaultWorkspace>();
     }
 
@@ -68,8 +86,10 @@ public:
         m_pWorkspace.reset();
         for (const auto& [kind, tally] : g_Tallies)
         {
-            std::printf("faults: %-10s %4ld operations, %9ld places, %6ld failures injected\n", NameOf(kind),
-                        tally.operations, tally.places, tally.injected);
+            std::printf(
+                "faults: %-10s %4ld operations, %9ld places, %6ld failures injected, %ld of them outside the "
+                "boundary\n",
+                NameOf(kind), tally.operations, tally.places, tally.injected, tally.outside);
         }
         std::printf("faults: disks      %4ld operations on a full disk, in a read-only or a missing folder\n",
                     g_nBrokenDisks);
@@ -133,7 +153,7 @@ public:
         FaultStage stage(m_Case);
         m_strBefore = stage.Describe();
         const InjectedFault count(m_Kind, FaultPlan::kNone, FaultMode::Once);
-        m_bRuns = stage.Run();
+        m_bRuns = stage.Run() == FaultEnd::Done;
         m_nPlaces = count.CountPassed();
         m_strAfter = stage.Describe();
         m_FilesAfter = ReadAllFiles();
@@ -158,7 +178,7 @@ private:
         constexpr int kMostAssertions = 100; // a command looks at thousands
         const long most =
             m_Kind == FaultKind::Assertion ? std::min(m_Case.most, kMostAssertions) : m_Case.most;
-        const long stride = std::max(1L, m_nPlaces / most);
+        const long stride = (m_nPlaces + most - 1) / most;
         for (long spared = 0; spared < m_nPlaces; spared += stride)
         {
             g_strTried = m_Case.name + ", " + NameOf(m_Kind) + ", place " + std::to_string(spared) +
@@ -178,18 +198,40 @@ private:
         {
             m_pStage = std::make_unique<FaultStage>(m_Case);
         }
-        bool done = false;
+        FaultEnd end = FaultEnd::Done;
         bool hasFailed = false;
+        const ToldFailures told;
         {
             const InjectedFault fault(m_Kind, spared, mode);
-            done = m_pStage->Run();
+            end = m_pStage->Run();
             hasFailed = fault.HasFailed();
         }
-        g_Tallies[m_Kind].injected += hasFailed ? 1 : 0;
+        FaultTally& tally = g_Tallies[m_Kind];
+        tally.injected += hasFailed ? 1 : 0;
+        tally.outside += end == FaultEnd::FailedOutside ? 1 : 0;
+        const bool done = end == FaultEnd::Done;
         EXPECT_TRUE(hasFailed || done) << "it failed by itself";
+        EXPECT_NE(end, FaultEnd::Leaked) << "it left the boundary";
+        ExpectTold(end, mode);
         EXPECT_TRUE(AreWhole(ReadAllFiles(), m_FilesBefore, m_FilesAfter));
         RemoveAllBut(m_FilesBefore);
         Judge(done);
+    }
+
+    /// One message for a failure, unless the memory for it is missing as well; none without one.
+    void ExpectTold(FaultEnd end, FaultMode mode) const
+    {
+        if (end == FaultEnd::FailedOutside)
+        {
+            return; // the batch tool's last line
+        }
+        const bool mayBeLost = m_Kind == FaultKind::Memory && mode == FaultMode::FromThenOn;
+        const int expected = end == FaultEnd::Done || (mayBeLost && ToldFailures::Count() == 0) ? 0 : 1;
+        EXPECT_EQ(ToldFailures::Count(), expected) << ToldFailures::GetLast();
+        if (ToldFailures::Count() > 0)
+        {
+            EXPECT_THAT(std::string(ToldFailures::GetLast()), testing::ContainsRegex(GetReasonOf(m_Kind)));
+        }
     }
 
     void Judge(bool done)
@@ -235,7 +277,7 @@ private:
         {
             return;
         }
-        EXPECT_TRUE(m_pStage->Run()) << "it fails for good";
+        EXPECT_EQ(m_pStage->Run(), FaultEnd::Done) << "it fails for good";
         EXPECT_TRUE(m_pStage->Describe() == m_strAfter) << "it does something else than before it failed";
         RemoveAllBut(m_FilesBefore);
         m_pStage.reset();
@@ -244,7 +286,8 @@ private:
     /// Where a view or a tool may stay changed, the next event comes to its end over a sound model.
     void ExpectWorksOn()
     {
-        m_pStage->Run();
+        EXPECT_EQ(m_pStage->Move(), FaultEnd::Done) << "the next motion fails";
+        EXPECT_EQ(m_pStage->Run(), FaultEnd::Done) << "it fails for good";
         std::istringstream dump(m_pStage->MakeDump());
         EXPECT_EQ(CheckDump(dump).breach, "");
         m_pStage.reset();
@@ -279,9 +322,11 @@ protected:
         {
             GTEST_SKIP() << "this build does not ask at its " << NameOf(kind);
         }
-        if (kind == FaultKind::Memory && LooksAtFrame(GetParam()))
+        std::optional<OwnMemoryOnly> own;
+        if (LooksAtFrame(
+                GetParam())) // the libraries below GL end the process themselves when there is no memory
         {
-            GTEST_SKIP() << "the libraries below GL end the process themselves when there is no memory";
+            own.emplace();
         }
         FaultTrial(GetParam(), kind).TryAll();
     }
@@ -411,12 +456,12 @@ protected:
         bool done = true;
         {
             const TBroken broken(arguments...);
-            done = stage.Run();
+            done = stage.Run() == FaultEnd::Done;
         }
         EXPECT_FALSE(done);
         EXPECT_TRUE(stage.Describe() == before);
         EXPECT_TRUE(ReadAllFiles() == filesBefore);
-        EXPECT_TRUE(stage.Run());
+        EXPECT_EQ(stage.Run(), FaultEnd::Done);
         RemoveAllBut(filesAtFirst);
         ++g_nBrokenDisks;
     }

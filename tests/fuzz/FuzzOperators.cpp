@@ -6,8 +6,11 @@
 #include "DumpCheck.h"
 #include "EigenTable.h"
 #include "ErrorLine.h"
+#include "Image.h"
 #include "Operations.h"
+#include "Resources.h"
 #include "ScratchFolder.h"
+#include "resource.h"
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -137,6 +140,33 @@ std::string Choose(ByteReader& bytes, const std::vector<const char*>& choices)
     return choices[bytes.ReadBelow(static_cast<unsigned>(choices.size()))];
 }
 
+/// The numbers of the menus that need no GL and take no second.
+std::vector<int> ListMenus()
+{
+    std::vector<int> menus;
+    for (const MenuEntry& entry : GetMenuEntries())
+    {
+        const bool drawsFrame = entry.id == ResourceID::ShowTexture || entry.id == ResourceID::ProjectSamples;
+        if (entry.handler != MenuHandler::None && !drawsFrame && entry.id != ResourceID::BuildInitialMesh)
+        {
+            menus.push_back(entry.id);
+        }
+    }
+    return menus;
+}
+
+/// The field of the silhouettes takes a tenth of a second.
+std::vector<std::string> ReadFieldOperation(ByteReader& bytes)
+{
+    switch (bytes.ReadBelow(8))
+    {
+    case 0: return {"build-initial-mesh"};
+    case 1: return {"generate-mesh", Choose(bytes, {"-4", "0", "0.5", "1000"})};
+    case 2: return {"show-field"};
+    default: return {"generate-splats"};
+    }
+}
+
 /// An operation's words.
 std::vector<std::string> ReadOperation(ByteReader& bytes)
 {
@@ -166,6 +196,15 @@ std::vector<std::string> ReadOperation(ByteReader& bytes)
         return {"limit-point", std::to_string(bytes.ReadBelow(8)), "0.25", "0.5"};
     case 8: return {"export", "out.obj"};
     case 9: return {"import", Choose(bytes, {"model.obj", "out.obj"})};
+    case 11:
+    {
+        static const std::vector<int> kMenus = ListMenus();
+        if (bytes.ReadBelow(4) == 0)
+        {
+            return ReadFieldOperation(bytes);
+        }
+        return {"menu", std::to_string(kMenus[bytes.ReadBelow(static_cast<unsigned>(kMenus.size()))])};
+    }
     default: return {Choose(bytes, kPlain)};
     }
 }
@@ -197,7 +236,7 @@ void DemandSound(const std::string& operation, const std::string& dump)
 bool IsTakenBack(const std::string& operation)
 {
     return operation.find("-down") == std::string::npos && operation.find("-up") == std::string::npos &&
-           operation != "mouse-move" && operation != "menu";
+           operation != "mouse-move";
 }
 
 /// Models grow fourfold with each subdivision.
@@ -235,11 +274,47 @@ void RunOperations(ByteReader& bytes)
     }
 }
 
+Image DrawDisc(int side)
+{
+    Image disc{side, side, 3, {}};
+    for (int i = 0; i < side * side; ++i)
+    {
+        const int x = i % side - side / 2;
+        const int y = i / side - side / 2;
+        disc.pixels.insert(disc.pixels.end(), 3, x * x + y * y < side * side / 16 ? 255 : 0);
+    }
+    return disc;
+}
+
+/// Three views of a disc, and one with two markers.
+void WriteSilhouettes()
+{
+    const std::string identity = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n";
+    Write("data/bunny/param.dat",
+          "3\n72 72\n" + identity + "0 0 -1 0 0 1 0 0 1 0 0 0 0 0 0 1\n1 0 0 0 0 0 1 0 0 -1 0 0 0 0 0 1\n");
+    for (const char* name : {"1.bmp", "2.bmp", "3.bmp"})
+    {
+        WriteImage(DrawDisc(72), std::string("data/bunny/") + name);
+    }
+    Write("data/man/param.dat", "1\n8 8\n" + identity);
+    Write("data/man/unitize.dat", "0 0 0 1\n4 4\n");
+    Image marked = DrawDisc(8);
+    for (const std::size_t pixel : {3U, 60U})
+    {
+        marked.pixels[3 * pixel] = 0;
+        marked.pixels[3 * pixel + 1] = 255;
+        marked.pixels[3 * pixel + 2] = 0;
+    }
+    WriteImage(marked, "data/man/1.bmp");
+}
+
 /// The eigen table takes long to make.
 void MakeFolders()
 {
-    std::filesystem::create_directory("data");
+    std::filesystem::create_directories("data/bunny");
+    std::filesystem::create_directory("data/man");
     std::filesystem::create_directory("data1");
+    WriteSilhouettes();
     WriteEigenTable("data/lpdata50NT.dat", 12);
 }
 }

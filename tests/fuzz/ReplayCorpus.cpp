@@ -16,7 +16,8 @@ namespace
 std::vector<std::filesystem::path> ListFiles(const std::filesystem::path& folder)
 {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
+    // A target may have a current folder of its own.
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::absolute(folder)))
     {
         if (entry.is_regular_file())
         {

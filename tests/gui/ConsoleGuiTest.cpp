@@ -46,6 +46,31 @@ TEST_F(ConsoleGuiTest, ShowsErrorLinesBetweenTheOthers)
     EXPECT_THAT(ShownText(), EndsWith("before\na.ppm: Not a raw PPM file\nbehind\n"));
 }
 
+/// Fails in what an event leads to.
+class FailingObject : public QObject
+{
+public:
+    bool event(QEvent* /*event*/) override { throw std::bad_alloc(); }
+};
+
+TEST_F(ConsoleGuiTest, TellsWhatEndsTheAnswerToAnEvent)
+{
+    FailingObject object;
+    QEvent event(QEvent::User);
+    EXPECT_FALSE(QCoreApplication::sendEvent(&object, &event));
+    EXPECT_THAT(ShownText(),
+                EndsWith("tessarine: the window could not do all that was asked of it: not enough memory\n"));
+}
+
+TEST_F(ConsoleGuiTest, TellsWhatEndsAnEntryOfTheMenus)
+{
+    EXPECT_FALSE(App().Answer([] { throw std::runtime_error("no such entry"); }));
+    EXPECT_THAT(ShownText(), EndsWith("asked of it: no such entry\n"));
+    EXPECT_FALSE(App().Answer([] { throw 7; }));
+    EXPECT_THAT(ShownText(), EndsWith("asked of it: an unknown error\n"));
+    EXPECT_TRUE(App().Answer([] {}));
+}
+
 TEST_F(ConsoleGuiTest, KeepsFiveHundredLines)
 {
     for (int i = 0; i < 10000; ++i)

@@ -140,6 +140,44 @@ TEST_F(FilesGuiTest, TakesNothingElseThatIsDropped)
     EXPECT_FALSE(Drop({}));
 }
 
+TEST_F(FilesGuiTest, AsksAgainBehindADropThatCameInTheMiddleOfACommand)
+{
+    m_Folder.Write("dropped.obj", "v 0 0 0\n");
+    View().Perform("test", Effect::None,
+                   [this] { EXPECT_FALSE(Frame().ImportModel(PathOf("dropped.obj"))); });
+    ImportTetrahedron(); // by the dialog
+    EXPECT_EQ(PaneText(1), "顶点数: 4");
+    EXPECT_THAT(GetMessages(), IsEmpty());
+}
+
+TEST_F(FilesGuiTest, NeverSavesOverTheFileThatAnswersAnImport)
+{
+    ImportTetrahedron();
+    m_Folder.Write("dropped.obj", "mine");
+    App().GetPlatform().AnswerFile("dropped.obj");
+    AnswerFileDialog("copy.obj");
+    ChooseFromMenu(ResourceID::ExportObj);
+    EXPECT_EQ(m_Folder.Read("dropped.obj"), "mine");
+    EXPECT_TRUE(m_Folder.Has("copy.obj"));
+}
+
+TEST_F(FilesGuiTest, ImportsAWholePathFromAFolderThatIsGoneAndAsksAgainBehindAnother)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    std::filesystem::create_directory(m_Folder / "gone");
+    SetCurrentFolder(m_Folder / "gone");
+    std::filesystem::remove(m_Folder / "gone");
+    EXPECT_TRUE(Frame().ImportModel(PathOf("a.obj")));
+    AcceptMessage();
+    EXPECT_FALSE(Frame().ImportModel("a.obj"));
+    EXPECT_EQ(GetMessages().size(), 1U);
+    SetCurrentFolder(m_Folder.GetPath());
+    Frame().OnCommand(ResourceID::FileNew);
+    ImportTetrahedron();
+    EXPECT_EQ(PaneText(1), "顶点数: 4");
+    EXPECT_EQ(GetMessages().size(), 1U);
+}
+
 TEST_F(FilesGuiTest, ImportsAFileWithAChineseName)
 {
     m_Folder.Write("模型/四面体.obj", kTetrahedronObj);

@@ -19,6 +19,7 @@ public:
         m_bArmed = true;
     }
     void Disarm() { m_bArmed = false; }
+    bool IsArmed() const { return m_bArmed; }
 
     bool MustFail()
     {

@@ -1,3 +1,4 @@
+#include "FailingMemory.h"
 #include "Vectors.h"
 #include "WorkbenchTest.h"
 #include <cmath>
@@ -266,6 +267,25 @@ TEST_F(CameraToolsTest, StartAnewAfterATurnThroughAnotherTool)
     MarkPanes();
     Move(100, 100);
     EXPECT_FALSE(WasDrawn());
+    DragBy(-80, 0);
+    EXPECT_NEAR(GetCamera().GetPosition().x, 1.0, 1e-15);
+}
+
+TEST_F(CameraToolsTest, StayIdleWhereNeitherTheNextToolNorTheyThemselvesCanEnterInADrag)
+{
+    LookFrom(smVec3d(0.0, 0.0, 5.0));
+    Take(ToolID::Zoom);
+    Press(0, 0);
+    {
+        const FailingMemory memory(0, FailingMemory::Mode::FromThenOn);
+        EXPECT_THROW(Take(ToolID::Orbit), std::bad_alloc);
+    }
+    EXPECT_TRUE(Move(0, 30));
+    EXPECT_TRUE(Press(0, 30));
+    EXPECT_TRUE(Move(0, 60));
+    EXPECT_THAT(m_Platform.GetFailures(), IsEmpty());
+    EXPECT_EQ(GetCamera().GetPosition(), smVec3d(0.0, 0.0, 5.0));
+    Take(ToolID::MoveCamera);
     DragBy(-80, 0);
     EXPECT_NEAR(GetCamera().GetPosition().x, 1.0, 1e-15);
 }

@@ -1,4 +1,6 @@
 #include "FailingMemory.h"
+#include "OwnCode.h"
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
@@ -7,10 +9,28 @@ namespace tessarine
 namespace
 {
 FaultPlan g_MemoryPlan;
+std::atomic<bool> g_bOwnOnly = false;
+thread_local bool g_bLooking = false; // which may ask for memory itself
+
+bool MayFail()
+{
+    if (!g_bOwnOnly)
+    {
+        return true;
+    }
+    if (g_bLooking)
+    {
+        return false;
+    }
+    g_bLooking = true;
+    const bool isOwn = IsOwnCodeRunning();
+    g_bLooking = false;
+    return isOwn;
+}
 
 void* Allocate(std::size_t size, std::size_t alignment)
 {
-    if (g_MemoryPlan.MustFail())
+    if (g_MemoryPlan.IsArmed() && MayFail() && g_MemoryPlan.MustFail())
     {
         throw std::bad_alloc();
     }
@@ -54,6 +74,16 @@ bool FailingMemory::HasFailed()
 FaultPlan& FailingMemory::GetPlan()
 {
     return g_MemoryPlan;
+}
+
+OwnMemoryOnly::OwnMemoryOnly()
+{
+    g_bOwnOnly = true;
+}
+
+OwnMemoryOnly::~OwnMemoryOnly()
+{
+    g_bOwnOnly = false;
 }
 }
 

@@ -25,4 +25,15 @@ public:
     /// For what asks for memory by other ways than operator new.
     static FaultPlan& GetPlan();
 };
+
+/// While it lives, only that memory can fail which the program's own code asks for: none that a library asks for, be it
+/// in a thread of its own, and none that the program asks for when a library calls it back.
+class OwnMemoryOnly
+{
+public:
+    OwnMemoryOnly();
+    ~OwnMemoryOnly();
+    OwnMemoryOnly(const OwnMemoryOnly&) = delete;
+    OwnMemoryOnly& operator=(const OwnMemoryOnly&) = delete;
+};
 }

@@ -22,7 +22,7 @@ namespace
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Writes down what reaches it. It can be told to fail when it enters.
+/// Writes down what reaches it. It can be told to fail when it enters or leaves.
 class TellingTool : public IATool
 {
 public:
@@ -36,7 +36,14 @@ public:
             throw std::runtime_error("cannot enter");
         }
     }
-    void Leave() override { m_Events.emplace_back("Leave"); }
+    void Leave() override
+    {
+        m_Events.emplace_back("Leave");
+        if (m_bStays)
+        {
+            throw std::runtime_error("cannot leave");
+        }
+    }
     void OnLButtonDown(int x, int y, unsigned flags) override { Tell("LButtonDown", x, y, flags); }
     void OnLButtonUp(int x, int y, unsigned flags) override { Tell("LButtonUp", x, y, flags); }
     void OnRButtonDown(int x, int y, unsigned flags) override { Tell("RButtonDown", x, y, flags); }
@@ -50,6 +57,7 @@ public:
     void OnSetCursor() override { m_Events.emplace_back("SetCursor"); }
 
     void Fail() { m_bFails = true; }
+    void Stay() { m_bStays = true; }
 
 private:
     void Tell(const std::string& name, int x, int y, unsigned flags)
@@ -60,6 +68,7 @@ private:
 
     std::vector<std::string>& m_Events;
     bool m_bFails = false;
+    bool m_bStays = false;
 };
 
 class ToolsManagerTest : public testing::Test
@@ -175,6 +184,18 @@ TEST_F(ToolsManagerTest, AssertsThatThereIsAToolToPop)
     const AssertionCapture assertions;
     EXPECT_THROW(m_Manager.PopTool(), AssertionFailure);
     EXPECT_EQ(m_Console.GetText(), "Size of current tool stack: 0\n");
+}
+
+TEST_F(ToolsManagerTest, DropsAToolAlsoWhereItRefusesToLeave)
+{
+    m_Manager.PushTool(&m_First);
+    m_Manager.PushTool(&m_Second);
+    m_Second.Stay();
+    EXPECT_THROW(m_Manager.PopTool(), std::runtime_error);
+    EXPECT_EQ(m_Manager.GetCurrentTool(), &m_Second);
+    m_Manager.DropTool();
+    EXPECT_THAT(m_Manager.GetToolStack(), ElementsAre(&m_First));
+    EXPECT_EQ(m_Manager.GetCurrentTool(), &m_First);
 }
 
 TEST_F(ToolsManagerTest, ChangesTheToolOnTop)

@@ -16,6 +16,34 @@ using testing::IsEmpty;
 /// The way of a pixel: the distance of 5 from the target, over the far plane of 200 times 6.
 constexpr double kPixel = 5.0 / 1200.0;
 
+/// A console that cannot be written once, while it lives.
+class FailingLine
+{
+public:
+    FailingLine()
+        : m_Before(DebugConsole().SetSink(
+              [this](std::string_view)
+              {
+                  if (!std::exchange(m_bHasFailed, true))
+                  {
+                      throw std::bad_alloc();
+                  }
+              }))
+    {
+    }
+    ~FailingLine() { DebugConsole().SetSink(m_Before); }
+    FailingLine(const FailingLine&) = delete;
+    FailingLine& operator=(const FailingLine&) = delete;
+
+    /// So much waits now that the next line is handed on.
+    static void Prepare() { DebugConsole() << std::string(70000, '.'); }
+    bool HasFailed() const { return m_bHasFailed; }
+
+private:
+    bool m_bHasFailed = false;
+    Console::Sink m_Before;
+};
+
 class MoveTools : public SelectionTest
 {
 protected:
@@ -325,6 +353,33 @@ TEST_F(MoveTools, EndBehindAnOperationOnTheModelAndSaySo)
     EXPECT_TRUE(RightDown());                   // the select tool's
     EXPECT_EQ(m_Platform.GetPopups().size(), 1U);
     EXPECT_EQ(GetPositions(*m_pCube), before);
+}
+
+TEST_F(MoveTools, EndBehindAnOperationAlsoWhereTheConsoleCannotBeWritten)
+{
+    Select(50, 50);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    const FailingLine console;
+    EXPECT_TRUE(m_Bench.Perform("operation", Effect::ChangesModel, [] { FailingLine::Prepare(); }));
+    EXPECT_TRUE(console.HasFailed());
+    EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    EXPECT_THAT(m_Platform.GetFailures(), IsEmpty());
+}
+
+TEST_F(MoveTools, EndByAClickAlsoWhereTheConsoleCannotBeWritten)
+{
+    Select(50, 50);
+    Choose(ResourceID::MoveSolidX);
+    MoveTo(0, 0);
+    MoveTo(12, 0);
+    const FailingLine console;
+    FailingLine::Prepare();
+    EXPECT_TRUE(LeftDown());
+    EXPECT_TRUE(console.HasFailed());
+    EXPECT_EQ(GetToolOnTop(), ToolID::Select);
+    EXPECT_EQ(GetHistorySize(), 1U);
 }
 
 TEST_F(MoveTools, PutNoCornersBackOnAFaceThatWasCut)

@@ -187,19 +187,24 @@ int IAWorkbench::CreateView()
     {
         return -1;
     }
-    m_View.InitState();
+    try
+    {
+        m_View.InitState();
+    }
+    catch (...)
+    {
+        DestroyView(); // else the next frames would be drawn without that state
+        throw;
+    }
     return 0;
 }
 
 bool IAWorkbench::Perform(const std::string& operation, Effect effect, const std::function<void()>& action)
 {
-    if (effect != Effect::None)
-    {
-        ForgetPicks();
-    }
     BeginAssertionReports();
     if (effect != Effect::None)
     {
+        ForgetPicks();
         KeepModel();
     }
     const unsigned modelBefore = m_pController->GetModelNumber();
@@ -300,12 +305,12 @@ void IAWorkbench::RedrawAfterFailure() noexcept
 
 bool IAWorkbench::SendEvent(const ToolEvent& event)
 {
+    BeginAssertionReports();
     const bool isSelecting = IsSelectToolOnTop();
     if (!isSelecting)
     {
         ForgetPicks();
     }
-    BeginAssertionReports();
     if (IsClickOrKey(event.kind))
     {
         KeepModel();
@@ -362,9 +367,9 @@ void IAWorkbench::NewDocument()
     m_nImportedModel = 0;
 }
 
-/// Takes the tools off the stack down to the lowest that moves; also one whose move has ended when taking it off failed.
+/// Takes the tools off the stack down to the lowest that moves. What ends the moves has been done: this cannot fail.
 /// @return whether a move was under way
-bool IAWorkbench::EndMoves()
+bool IAWorkbench::EndMoves() noexcept
 {
     bool hasEnded = false;
     const auto asMoveTool = [](IATool* tool) { return dynamic_cast<IAMoveTool*>(tool); };
@@ -376,7 +381,7 @@ bool IAWorkbench::EndMoves()
             hasEnded = hasEnded || move->IsUnderWay();
             move->End();
         }
-        m_ToolsManager.PopTool();
+        m_ToolsManager.DropTool();
     }
     return hasEnded;
 }

@@ -84,7 +84,7 @@ private:
     bool IsSelectToolOnTop() const;
     void ForgetPicks();
     void PreparePicks() noexcept;
-    bool EndMoves();
+    bool EndMoves() noexcept;
     bool RunOrRestore(Effect effect, const std::function<void()>& action);
     void ConnectController(IAController& controller);
     void KeepModel() noexcept;

@@ -37,6 +37,19 @@ constexpr ToolClass kToolClasses[] = {
     {ToolID::MoveFace, Make<IAMoveFaceTool>},     {ToolID::MoveSolid, Make<IAMoveSolidTool>},
     {ToolID::DrawSplat, Make<IADrawSplatTool>},
 };
+
+/// For what is no reason to end here.
+template <class TAction>
+void TryTo(const TAction& action) noexcept
+{
+    try
+    {
+        action();
+    }
+    catch (...) // NOLINT(bugprone-empty-catch): that is the point
+    {
+    }
+}
 }
 
 MANToolsManager::MANToolsManager()
@@ -94,17 +107,35 @@ void MANToolsManager::PushTool(IATool* tool)
 
 IATool* MANToolsManager::PopTool()
 {
-    DebugConsole() << "Size of current tool stack: " << m_ToolStack.size() << '\n';
+    TellSize();
     ASSERT(!m_ToolStack.empty());
     IATool* top = m_ToolStack.back();
     top->Leave();
+    TakeOff(top);
+    return top;
+}
+
+void MANToolsManager::DropTool() noexcept
+{
+    IATool* top = m_ToolStack.back();
+    TryTo([this] { TellSize(); });
+    TryTo([top] { top->Leave(); });
+    TakeOff(top);
+}
+
+void MANToolsManager::TellSize() const
+{
+    DebugConsole() << "Size of current tool stack: " << m_ToolStack.size() << '\n';
+}
+
+void MANToolsManager::TakeOff(IATool* tool) noexcept
+{
     // By value and from below, should a tool stand on the stack twice.
-    m_ToolStack.erase(std::find(m_ToolStack.begin(), m_ToolStack.end(), top));
+    m_ToolStack.erase(std::find(m_ToolStack.begin(), m_ToolStack.end(), tool));
     if (!m_ToolStack.empty())
     {
         m_pCurrentTool = m_ToolStack.back();
     }
-    return top;
 }
 
 void MANToolsManager::ChangeTool(unsigned id)
@@ -132,13 +163,7 @@ void MANToolsManager::ReturnTo(IATool* tool) noexcept
 {
     m_ToolStack.push_back(tool);
     m_pCurrentTool = tool;
-    try
-    {
-        tool->Enter();
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): the user is told what ended the change
-    {
-    }
+    TryTo([tool] { tool->Enter(); }); // the user is told what ended the change
 }
 
 IATool& MANToolsManager::GetTop() const

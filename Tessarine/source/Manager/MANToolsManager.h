@@ -58,6 +58,9 @@ public:
     /// Fails   An empty stack is an assertion.
     /// Kept    Without a tool below, the tool that left stays the current one.
     IATool* PopTool();
+    /// The same where there is no way back, as what the tool was for has been done: neither a console that cannot be
+    /// written nor a tool that refuses to leave keeps it. There is one.
+    void DropTool() noexcept;
 
     /// Puts the tool of an id in the place of the one on top. Nothing where no tool has the id, or it is the
     /// one on top.
@@ -79,6 +82,8 @@ public:
 
 private:
     IATool& GetTop() const;
+    void TellSize() const;
+    void TakeOff(IATool* tool) noexcept;
     void ReturnTo(IATool* tool) noexcept;
 
     IATool* m_pCurrentTool = nullptr;

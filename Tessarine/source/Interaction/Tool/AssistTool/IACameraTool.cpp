@@ -42,10 +42,7 @@ void IACameraTool::Enter()
 
 void IACameraTool::Leave()
 {
-    if (m_nState == State::Ready) // left in the middle of a drag it stays so, until Enter
-    {
-        m_nState = State::Idle;
-    }
+    m_nState = State::Idle; // also in the middle of a drag: it may be on top again without having entered
     m_pCommand.reset();
 }
 

@@ -89,7 +89,7 @@ void IAMoveTool::OnLButtonDown(int /*x*/, int /*y*/, unsigned /*flags*/)
     else if (m_nState == State::Ready)
     {
         m_nState = State::Idle;
-        m_pToolManager->PopTool();
+        m_pToolManager->DropTool();
     }
     DebugConsole() << "After OnLButtonDown....." << '\n';
 }
@@ -98,7 +98,7 @@ void IAMoveTool::Accept()
 {
     std::unique_ptr<IACommand> command = std::move(m_pCommand);
     m_nState = State::Idle;
-    m_pToolManager->PopTool();
+    m_pToolManager->DropTool();
     m_pCommandManager->StoreCommand(std::move(command));
 }
 
@@ -128,10 +128,10 @@ void IAMoveTool::Cancel()
     }
     catch (...)
     {
-        m_pToolManager->PopTool();
+        m_pToolManager->DropTool();
         throw;
     }
-    m_pToolManager->PopTool();
+    m_pToolManager->DropTool();
 }
 
 void IAMoveTool::End()
