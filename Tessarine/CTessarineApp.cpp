@@ -71,17 +71,6 @@ std::string GetReason()
     }
 }
 
-/// No box: it would need what is missing, and the next paint event would come for another.
-void TellLostEvent() noexcept
-{
-    try
-    {
-        Complain("the window could not do all that was asked of it: " + GetReason());
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
-    {
-    }
-}
 }
 
 CTessarineApp::CTessarineApp(int& argc, char** argv)
@@ -109,17 +98,15 @@ CTessarineApp::~CTessarineApp()
     SetPlatform(m_pPlatformBefore);
 }
 
-bool CTessarineApp::Answer(const std::function<void()>& action) noexcept
+/// No box: it would need what is missing, and the next paint event would come for another.
+void CTessarineApp::TellLostEvent() noexcept
 {
     try
     {
-        action();
-        return true;
+        Complain("the window could not do all that was asked of it: " + GetReason());
     }
-    catch (...)
+    catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
     {
-        TellLostEvent();
-        return false;
     }
 }
 

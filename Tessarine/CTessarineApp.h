@@ -6,7 +6,6 @@
 #include "IARecovery.h"
 #include <QApplication>
 #include <QTranslator>
-#include <functional>
 #include <memory>
 
 namespace tessarine
@@ -36,8 +35,22 @@ public:
 
     /// Runs what an action of the user leads to, and tells on standard error and on the console what ends it: no
     /// exception may pass Qt's own code. The operations of the model pass the boundary besides.
+    /// Needs no memory itself.
     /// @return whether it ran to its end
-    bool Answer(const std::function<void()>& action) noexcept;
+    template <class TAction>
+    static bool Answer(const TAction& action) noexcept
+    {
+        try
+        {
+            action();
+            return true;
+        }
+        catch (...)
+        {
+            TellLostEvent();
+            return false;
+        }
+    }
     /// The same for every event.
     bool notify(QObject* receiver, QEvent* event) override;
 
@@ -49,6 +62,7 @@ public:
     CMainFrame* GetFrame() { return m_pFrame.get(); }
 
 private:
+    static void TellLostEvent() noexcept;
     void SpeakChinese();
     void TakeConsoleText(std::string_view text);
     void Show(std::string_view text);

@@ -15,9 +15,9 @@ public:
     {
         m_View.m_bOccupied = false;
         m_View.m_bBadFrame = false;
-        CTessarineApp::Get().GetPlatform().CloseDeadDialogs();
-        CTessarineApp::Get().GetPlatform().ForgetHiddenMessages();
-        m_View.CatchUp();
+        CTessarineApp::Answer([] { CTessarineApp::Get().GetPlatform().CloseDeadDialogs(); });
+        CTessarineApp::Answer([] { CTessarineApp::Get().GetPlatform().ForgetHiddenMessages(); });
+        CTessarineApp::Answer([this] { m_View.CatchUp(); });
     }
     Occupied(const Occupied&) = delete;
     Occupied& operator=(const Occupied&) = delete;
@@ -100,8 +100,8 @@ void CTessarineView::FollowSize()
     const QSize size = GetPixelSize();
     if (size != m_Size)
     {
-        m_Size = size;
         m_Workbench.GetView().Resize(0, 0, size.width(), size.height());
+        m_Size = size;
     }
 }
 

@@ -53,6 +53,13 @@ QString GetRecentName(int index, QString path)
     return QString("&%1 %2").arg(index + 1).arg(path.replace('&', "&&"));
 }
 
+/// Moved, the other program would remove the file.
+void AcceptCopy(QDropEvent& event)
+{
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+}
+
 /// The only file that is dragged, where it is a model; else empty.
 QString GetDraggedModel(const QMimeData& data)
 {
@@ -92,16 +99,24 @@ class CMainFrame::RunningCommand
 public:
     RunningCommand(CMainFrame& frame, std::string name) : m_Frame(frame)
     {
-        m_Frame.m_strRunning = std::move(name);
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        m_Frame.ShowMessageLine({});
-        m_Frame.m_Panes[kMessagePane]->repaint();
+        m_Frame.m_strRunning = std::move(name);
+        CTessarineApp::Answer(
+            [this]
+            {
+                m_Frame.ShowMessageLine({});
+                m_Frame.m_Panes[kMessagePane]->repaint();
+            });
     }
     ~RunningCommand()
     {
         m_Frame.m_strRunning.clear();
-        QGuiApplication::restoreOverrideCursor();
-        m_Frame.ShowMessageLine({});
+        CTessarineApp::Answer(
+            [this]
+            {
+                QGuiApplication::restoreOverrideCursor();
+                m_Frame.ShowMessageLine({});
+            });
     }
     RunningCommand(const RunningCommand&) = delete;
     RunningCommand& operator=(const RunningCommand&) = delete;
@@ -395,13 +410,13 @@ void CMainFrame::dragEnterEvent(QDragEnterEvent* event)
 {
     if (!m_pView->IsOccupied() && !GetDraggedModel(*event->mimeData()).isEmpty())
     {
-        event->acceptProposedAction();
+        AcceptCopy(*event);
     }
 }
 
 void CMainFrame::dropEvent(QDropEvent* event)
 {
-    event->acceptProposedAction();
+    AcceptCopy(*event);
     // Once the other program has its answer: an import may take its time, and ask.
     QMetaObject::invokeMethod(
         this,

@@ -136,14 +136,14 @@ void QtPlatform::ShowRepeatingMessage(const std::string& title, const std::strin
 
 void QtPlatform::ForgetHiddenMessages()
 {
-    for (const auto& [text, count] : m_HiddenMessages)
+    const auto hidden = std::exchange(m_HiddenMessages, {}); // also where a line fails
+    for (const auto& [text, count] : hidden)
     {
         if (count != 0)
         {
             PrintErrorLine("message box not shown again: " + text + " (" + std::to_string(count) + " times)");
         }
     }
-    m_HiddenMessages.clear();
 }
 
 void QtPlatform::ShowFailure(const std::string& operation, const std::string& reason, bool wasShown)

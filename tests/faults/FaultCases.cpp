@@ -17,23 +17,27 @@ constexpr char kVertexPicked[] = "import model.obj camera 3 3 3 0 0 0 menu 32786
                                  "50 50 menu 32809 ";
 constexpr char kSolidPicked[] = "import model.obj menu 32789 mouse-move 50 50 left-down 50 50 menu 32814 ";
 
-FaultCase OnModel(const std::string& operation, int most = 400)
+// Of the runs that take long.
+constexpr int kSome = 100;
+constexpr int kFew = 30;
+
+FaultCase OnModel(const std::string& operation)
 {
-    return {operation, kModel, operation, most};
+    return {operation, kModel, operation};
 }
 
 FaultCase OnTorus(const std::string& operation)
 {
-    return {operation + " of 2000 faces", "import torus.obj", operation, 8};
+    return {operation + " of 2000 faces", "import torus.obj", operation, kFew};
 }
 
-FaultCase Behind(const std::string& setup, const std::string& operation, int most = 100)
+FaultCase Behind(const std::string& setup, const std::string& operation, int most = kAllPlaces)
 {
     return {operation, setup, operation, most};
 }
 
 FaultCase Writing(const std::string& setup, const std::string& operation, const std::string& folder,
-                  int most = 100)
+                  int most = kAllPlaces)
 {
     return {operation, setup, operation, most, Nothing, folder};
 }
@@ -43,8 +47,8 @@ std::vector<FaultCase> ListOperations()
     const std::string model = kModel;
     return {
         OnModel("new"),
-        {"import", model, "import model.obj", 400, Nothing, {}, true},
-        Writing(model, "export out/a.obj", "out", 400),
+        {"import", model, "import model.obj", kAllPlaces, Nothing, {}, true},
+        Writing(model, "export out/a.obj", "out"),
         Writing(model, "report out/r.json", "out"),
         Writing(model, "dump out/d.json", "out"),
         OnModel("subdivide-loop"),
@@ -53,8 +57,8 @@ std::vector<FaultCase> ListOperations()
         OnModel("optimize 1"),
         OnModel("optimize 2"),
         OnModel("optimize 3"),
-        OnModel("refine-hierarchical", 60),
-        Writing(model, "fit-vertices", "data", 60),
+        OnModel("refine-hierarchical"),
+        Writing(model, "fit-vertices", "data", kSome),
         OnModel("refine-incremental"),
         OnModel("refine-two-step"),
         OnModel("refine-energy"),
@@ -76,14 +80,14 @@ std::vector<FaultCase> ListOperations()
         Writing("", "filter-image disc.bmp out/f.png", "out"),
         Writing("", "filter-image disc.bmp out/f.bmp", "out"),
         Writing("", "distance-2d disc.bmp out/d.bin", "out"),
-        Writing("", "make-eigen-table out/e.dat 4", "out", 10),
-        Writing(model + "subdivide-loop", "fit-limit-surface", "data", 6),
-        Writing(model, "build-initial-mesh", ".", 3),
-        Behind("build-initial-mesh", "generate-mesh 0", 3),
-        Behind("build-initial-mesh", "show-field", 3),
-        Writing("build-initial-mesh", "dump-field out/f.bin", "out", 3),
-        Writing(model, "render out/p.png", "out", 10),
-        Writing("", "project-samples", "data1", 1),
+        Writing("", "make-eigen-table out/e.dat 4", "out"),
+        Writing(model + "subdivide-loop", "fit-limit-surface", "data", kFew),
+        Writing(model, "build-initial-mesh", ".", kFew),
+        Behind("build-initial-mesh", "generate-mesh 0", kFew),
+        Behind("build-initial-mesh", "show-field", kFew),
+        Writing("build-initial-mesh", "dump-field out/f.bin", "out", kFew),
+        Writing(model, "render out/p.png", "out"),
+        Writing("", "project-samples", "data1", 6),
         OnTorus("subdivide-loop"),
         OnTorus("subdivide-adaptive 0.001"),
         OnTorus("simplify 0.8"),
@@ -101,7 +105,6 @@ std::vector<FaultCase> ListOperations()
 void AddEvents(std::vector<FaultCase>& cases, const std::string& setup)
 {
     using Kind = ToolEvent::Kind;
-    constexpr int kMost = 12; // there are many
     constexpr std::pair<const char*, Kind> kKinds[] = {{"mouse-move", Kind::MouseMove},
                                                        {"left-down", Kind::LeftButtonDown},
                                                        {"left-up", Kind::LeftButtonUp},
@@ -112,7 +115,7 @@ void AddEvents(std::vector<FaultCase>& cases, const std::string& setup)
                                                        {"set-cursor", Kind::SetCursor}};
     for (const auto& [name, kind] : kKinds)
     {
-        FaultCase added{std::string(name) + " behind " + setup, setup, name, kMost, WholeStep};
+        FaultCase added{std::string(name) + " behind " + setup, setup, name, kAllPlaces, WholeStep};
         added.event = {.kind = kind, .x = 60, .y = 50, .key = 'A'};
         cases.push_back(std::move(added));
     }
@@ -146,7 +149,6 @@ std::vector<FaultCase> ListEvents()
 /// What ends a move that is under way, or another tool's drag.
 std::vector<FaultCase> ListInterruptions()
 {
-    constexpr int kMost = 30;
     const std::string moving = std::string(kSolidPicked) + "mouse-move 50 50 mouse-move 55 50 ";
     std::vector<FaultCase> cases;
     for (const char* operation :
@@ -154,24 +156,25 @@ std::vector<FaultCase> ListInterruptions()
           "refine-hierarchical", "refine-incremental", "refine-two-step", "refine-energy", "build-octree",
           "generate-splats", "set-material", "menu 32836"})
     {
-        cases.push_back({std::string(operation) + " with a move under way", moving, operation, kMost});
+        cases.push_back({std::string(operation) + " with a move under way", moving, operation});
     }
-    cases.push_back({"import with a move under way", moving, "import model.obj", kMost, Nothing, {}, true});
+    cases.push_back(
+        {"import with a move under way", moving, "import model.obj", kAllPlaces, Nothing, {}, true});
     cases.push_back({"two-step-first with a move under way",
                      std::string(kModel) +
                          "refine-two-step menu 32789 mouse-move 50 50 left-down 50 50 menu 32814 "
                          "mouse-move 50 50 mouse-move 55 50",
-                     "two-step-first", kMost});
+                     "two-step-first"});
     for (const char* tool : {"67108865", "67108866", "67108867", "67108868"})
     {
         const std::string other = std::string(tool) == "67108865" ? "67108866" : "67108865";
         cases.push_back({"tool " + other + " in a drag of " + tool,
                          std::string(kModel) + "tool " + tool + " left-down 50 50 mouse-move 55 50",
-                         "tool " + other, kMost, WholeStep});
+                         "tool " + other, kAllPlaces, WholeStep});
     }
     cases.push_back({"tool 67108865 in a drag of a splat",
                      std::string(kModel) + "menu 32836 left-down 20 20 mouse-move 60 60", "tool 67108865",
-                     kMost, WholeStep});
+                     kAllPlaces, WholeStep});
     return cases;
 }
 
@@ -221,7 +224,7 @@ std::vector<FaultCase> MakeMenuCases()
         {
             const std::string operation = "menu " + std::to_string(entry.id);
             const bool isLong = entry.id == ResourceID::BuildInitialMesh;
-            cases.push_back({operation, SetupOf(entry.id), operation, isLong ? 2 : 16});
+            cases.push_back({operation, SetupOf(entry.id), operation, isLong ? kFew : kAllPlaces});
         }
     }
     return cases;

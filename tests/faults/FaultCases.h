@@ -13,13 +13,16 @@ enum class FaultOutcome
     WholeStep ///< an event of the view: its records are as before, or as behind the whole step
 };
 
+/// More than a short run passes.
+constexpr int kAllPlaces = 1000;
+
 /// An operation in a state of its own, to be run with faults.
 struct FaultCase
 {
     std::string name;
     std::string setup;     ///< operations that lead to the state, as in a script
     std::string operation; ///< the one that is made to fail
-    int most = 400;        ///< about how many places of a kind and mode are tried; a run costs time
+    int most = kAllPlaces; ///< of a kind and mode, about how many are tried: a long run has fewer
     FaultOutcome outcome = FaultOutcome::Nothing;
     std::string folder = {};  ///< where it writes; empty where it writes nothing
     bool doesWithout = false; ///< without some of the files that it reads it goes on, and says so

@@ -135,6 +135,13 @@ std::string FaultStage::Describe() const
     return text + "\nhistory: " + std::to_string(document.historySize) + '\n';
 }
 
+std::string FaultStage::TakeShape(const std::string& description)
+{
+    const std::size_t solids = description.find("\"solids\"");
+    const std::size_t faces = description.find("\"faces\"", description.find("\"halfedges\""));
+    return description.substr(solids, faces - solids);
+}
+
 std::string FaultStage::TakeRecords(const std::string& description)
 {
     const std::size_t selection = description.find("\"selection\"");

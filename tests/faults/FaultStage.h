@@ -45,6 +45,8 @@ public:
     /// The whole dump, the stack of tools, whether one of them is moving something, and the size of the history.
     std::string Describe() const;
     std::string MakeDump() const;
+    /// The solids down to the loops: what hangs on no file but the model.
+    static std::string TakeShape(const std::string& description);
     /// The part of a description that is no view of the model.
     static std::string TakeRecords(const std::string& description);
 

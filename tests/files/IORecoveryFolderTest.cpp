@@ -196,6 +196,34 @@ TEST_F(RecoveryFolderTest, RemovesNothingThatSomebodyElseHasPutThere)
     EXPECT_EQ(ReadFile(GetEntry() / "notes.txt"), "mine");
 }
 
+TEST_F(RecoveryFolderTest, RemovesNothingOfSomebodyElseWhateverFailsInLooking)
+{
+    const auto isKept = [this](const fs::path& name, fs::file_time_type time)
+    {
+        const fs::path folder = m_Parent / name;
+        fs::create_directories(folder);
+        std::ofstream(folder / "a.jpg") << "not a model";
+        bool hasFailed = true;
+        for (long spared = 0; hasFailed; ++spared)
+        {
+            fs::last_write_time(folder, time);
+            {
+                const FailingFileCalls calls(spared, Mode::Once);
+                FindAbandoned();
+                hasFailed = FailingFileCalls::HasFailed();
+            }
+            if (!fs::exists(folder / "a.jpg"))
+            {
+                return testing::AssertionFailure() << "gone, call " << spared;
+            }
+        }
+        return testing::AssertionSuccess();
+    };
+    const auto now = fs::file_time_type::clock::now();
+    EXPECT_TRUE(isKept("window-photos", now));
+    EXPECT_TRUE(isKept(".window-photos", now - std::chrono::hours(2)));
+}
+
 TEST_F(RecoveryFolderTest, IsNotFoundWhileItIsRemoved)
 {
     for (long removed = 0;; ++removed)

@@ -1,4 +1,5 @@
 #include "ErrorLine.h"
+#include "FailingMemory.h"
 #include "GuiTest.h"
 #include "resource.h"
 #include <QPaintEvent>
@@ -60,6 +61,20 @@ TEST_F(ConsoleGuiTest, TellsWhatEndsTheAnswerToAnEvent)
     EXPECT_FALSE(QCoreApplication::sendEvent(&object, &event));
     EXPECT_THAT(ShownText(),
                 EndsWith("tessarine: the window could not do all that was asked of it: not enough memory\n"));
+}
+
+TEST_F(ConsoleGuiTest, GoesOnBehindAnEventThatHasNoMemoryAtAll)
+{
+    FailingObject object;
+    QEvent event(QEvent::User);
+    bool isTaken = true;
+    {
+        const FailingMemory memory(0, FailingMemory::Mode::FromThenOn);
+        isTaken = QCoreApplication::sendEvent(&object, &event);
+    }
+    EXPECT_FALSE(isTaken);
+    DebugConsole() << "behind\n";
+    EXPECT_THAT(ShownText(), EndsWith("behind\n"));
 }
 
 TEST_F(ConsoleGuiTest, TellsWhatEndsAnEntryOfTheMenus)

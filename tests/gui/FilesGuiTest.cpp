@@ -38,12 +38,18 @@ protected:
             urls.append(QUrl::fromLocalFile(path));
         }
         data.setUrls(urls);
-        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        // The other program proposes to remove the file; the window only reads it.
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                              Qt::ShiftModifier);
         QApplication::sendEvent(&View(), &enter);
         if (enter.isAccepted())
         {
-            QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            EXPECT_EQ(enter.dropAction(), Qt::CopyAction);
+            QDropEvent drop({50, 50}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                            Qt::ShiftModifier);
+            EXPECT_EQ(drop.proposedAction(), Qt::MoveAction);
             QApplication::sendEvent(&View(), &drop);
+            EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
         }
         return enter.isAccepted();
     }

@@ -202,6 +202,21 @@ TEST_F(FrameGuiTest, ComesBackWithItsBarsWhereTheyWere)
     OpenSettings().clear(); // the other tests begin as a first run does
 }
 
+TEST_F(FrameGuiTest, IsMaximisedAndComesBackWithThePlaceThatItHasOtherwise)
+{
+    const QRect place(40, 60, 700, 500);
+    Frame().showNormal();
+    Frame().setGeometry(place);
+    QCoreApplication::processEvents();
+    Frame().close();
+    ASSERT_TRUE(StartAgain({}));
+    EXPECT_TRUE(Frame().isMaximized());
+    Frame().showNormal();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Frame().geometry(), place);
+    OpenSettings().clear();
+}
+
 TEST_F(FrameGuiTest, ClosesWhileAMenuIsOpen)
 {
     OpenMenu("文件(&F)");

@@ -14,7 +14,8 @@ protected:
     /// The same picture without a window, by the batch tool.
     QImage RenderOffScreen(const QStringList& operations)
     {
-        const QString size = QString("%1x%2").arg(View().width()).arg(View().height());
+        const QSize pixels = View().size() * View().devicePixelRatio();
+        const QString size = QString("%1x%2").arg(pixels.width()).arg(pixels.height());
         QProcess batch;
         batch.start(TESSARINE_BATCH, QStringList{"-q", "--window", size} + operations +
                                          QStringList{"render", "off-screen.png"});

@@ -125,9 +125,8 @@ bool IsLeftover(const fs::path& path)
 }
 
 /// Something that a window makes in its folder.
-bool IsOwnEntry(const fs::path& entry)
+bool IsOwnEntry(std::string name)
 {
-    std::string name = entry.filename().string();
     if (name.ends_with(kUnfinished))
     {
         name.resize(name.size() - std::string_view(kUnfinished).size());
@@ -135,11 +134,12 @@ bool IsOwnEntry(const fs::path& entry)
     return name == kLockName || NumberOf(name) != 0;
 }
 
-/// With something that somebody else has put there, which is not this program's to remove.
+/// With something that somebody else has put there, which is not this program's to remove, or may have where it cannot be
+/// looked through.
 bool IsShared(const fs::path& folder)
 {
-    const std::vector<fs::path> entries = ListEntries(folder);
-    return !std::all_of(entries.begin(), entries.end(), IsOwnEntry);
+    std::vector<std::string> names;
+    return !ListFolder(folder, names) || !std::all_of(names.begin(), names.end(), IsOwnEntry);
 }
 
 void RemoveLeftover(const fs::path& path)
@@ -263,8 +263,8 @@ void IORecoveryFolder::RemoveAllBut(std::uint64_t number) const
 {
     for (const fs::path& entry : ListEntries(m_Path))
     {
-        const fs::path name = entry.filename();
-        if (IsOwnEntry(entry) && name != kLockName && name != std::to_string(number))
+        const std::string name = entry.filename().string();
+        if (IsOwnEntry(name) && name != kLockName && name != std::to_string(number))
         {
             RemoveTree(entry);
         }

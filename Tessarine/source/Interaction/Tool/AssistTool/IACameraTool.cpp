@@ -30,6 +30,7 @@ std::string WithTwoDecimals(double value)
 
 void IACameraTool::Enter()
 {
+    m_nState = State::Idle; // until it has entered: it may have been left in a drag
     ASSERT(m_pCommandManager != nullptr);
     ASSERT(m_pView != nullptr);
     std::unique_ptr<IACommand> command = m_pCommandManager->CreateCommand(m_nCommandID);
@@ -42,7 +43,10 @@ void IACameraTool::Enter()
 
 void IACameraTool::Leave()
 {
-    m_nState = State::Idle; // also in the middle of a drag: it may be on top again without having entered
+    if (m_nState == State::Ready)
+    {
+        m_nState = State::Idle;
+    }
     m_pCommand.reset();
 }
 
