@@ -2,7 +2,6 @@
 #include "CommandLine.h"
 #include "File.h"
 #include "Operations.h"
-#include "ProgressLine.h"
 #include "Streams.h"
 #include <algorithm>
 
@@ -11,7 +10,8 @@ namespace tessarine
 BatchRun::BatchRun(const BatchOptions& options)
     : m_pPlatformBefore(SetPlatform(&m_Platform)),
       m_SinkBefore(DebugConsole().SetSink([this](std::string_view text) { TakeConsoleText(text); })),
-      m_bHeardBefore(DebugConsole().SetHeard(!options.quiet))
+      m_bHeardBefore(DebugConsole().SetHeard(!options.quiet)),
+      m_ErrorListenerBefore(SetErrorListener([this](std::string_view line) { TakeErrorLine(line); }))
 {
     m_Platform.SetViewSize(options.viewWidth, options.viewHeight);
     m_Platform.SetWatched(false); // a picture is a frame of its own
@@ -20,6 +20,7 @@ BatchRun::BatchRun(const BatchOptions& options)
 
 BatchRun::~BatchRun()
 {
+    SetErrorListener(m_ErrorListenerBefore);
     DebugConsole().SetSink(m_SinkBefore);
     DebugConsole().SetHeard(m_bHeardBefore);
     SetPlatform(m_pPlatformBefore);
@@ -49,9 +50,10 @@ bool BatchRun::RunOne(const OperationCall& call)
 {
     m_strOperation = call.pOperation->name;
     m_Platform.SetFailurePlace(call.place);
-    const ProgressLine progress(m_strOperation);
+    m_Progress.Begin(m_strOperation);
     const bool done = call.pOperation->handler(*this, call.arguments);
     DebugConsole().Flush();
+    m_Progress.End();
     return done && TellLostConsoleText();
 }
 
@@ -71,8 +73,7 @@ BatchDocument BatchRun::GetDocument() const
 void BatchRun::WriteOutput(std::string_view text)
 {
     DebugConsole().Flush();
-    ProgressLine::Erase();
-    WriteStandardOutput(text);
+    WriteAboveProgress(text);
 }
 
 /// The console is flushed from anywhere, and a command must not end for the sake of its lines: a line that
@@ -81,14 +82,33 @@ void BatchRun::TakeConsoleText(std::string_view text)
 {
     try
     {
-        ProgressLine::Erase();
-        WriteStandardOutput(text);
+        WriteAboveProgress(text);
     }
     catch (const FileError& error)
     {
         m_strLostConsole = error.what();
         DebugConsole().SetHeard(false);
     }
+}
+
+/// Behind half a line there is no place for the progress.
+void BatchRun::WriteAboveProgress(std::string_view text)
+{
+    m_Progress.Hide();
+    WriteStandardOutput(text);
+    if (text.ends_with('\n'))
+    {
+        m_Progress.Show();
+    }
+}
+
+void BatchRun::TakeErrorLine(std::string_view line)
+{
+    if (m_ErrorListenerBefore)
+    {
+        m_ErrorListenerBefore(line);
+    }
+    m_Progress.Show();
 }
 
 bool BatchRun::TellLostConsoleText()

@@ -1,8 +1,10 @@
 #pragma once
 #include "BatchDocument.h"
 #include "Console.h"
+#include "ErrorLine.h"
 #include "HeadlessPlatform.h"
 #include "IAWorkbench.h"
+#include "ProgressLine.h"
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,12 +46,16 @@ private:
     void CreateViewFor(const std::vector<OperationCall>& calls);
     bool RunOne(const OperationCall& call);
     void TakeConsoleText(std::string_view text);
+    void WriteAboveProgress(std::string_view text);
+    void TakeErrorLine(std::string_view line);
     bool TellLostConsoleText();
 
     HeadlessPlatform m_Platform;
     Platform* m_pPlatformBefore;
     Console::Sink m_SinkBefore;
     bool m_bHeardBefore;
+    ErrorListener m_ErrorListenerBefore;
+    ProgressLine m_Progress;
     std::string m_strLostConsole; ///< why console text could not be written; empty while all is well
     std::string m_strOperation;
     IAWorkbench m_Workbench;

@@ -158,7 +158,7 @@ std::vector<std::string> SplitLine(std::string_view line)
 // --- help
 
 constexpr std::size_t kPageWidth = 80;
-constexpr std::size_t kLabelWidth = 10;
+constexpr std::size_t kLabelWidth = 6;
 
 constexpr std::string_view kHelpHead =
     "Usage: tessarine-batch [OPTION]... OPERATION [ARGUMENT]... [OPERATION ...]...\n"
@@ -166,17 +166,21 @@ constexpr std::string_view kHelpHead =
     "  -s, --script FILE    run the operations of FILE first (- is standard input)\n"
     "  -q, --quiet          no console lines on standard output\n"
     "      --window WxH     size of the off-screen view, 800x600 if not given\n"
-    "      --threads N      spread independent loops over N threads; same results\n"
-    "      --version, --help [OPERATION]...  as usual; help on single operations\n"
+    "      --threads N      taken; as yet one thread does all the work, same result\n"
+    "      --version, --help [OPERATION]...  as usual; single operations, by example\n"
     "Operations, run in the order given, on one document:\n";
 
 constexpr std::string_view kHelpFoot =
-    "-- keeps an argument from being one: import a.obj simplify 0.8 export -- report\n";
+    "Example, in which -- keeps the name of a file from being an operation:\n"
+    "  tessarine-batch import a.obj simplify 0.8 export b.obj report -- report\n";
+
+constexpr std::string_view kExamplePlace =
+    "The models of the examples are made by: tessarine-samples FOLDER\n";
 
 constexpr std::pair<OperationGroup, std::string_view> kGroupLabels[] = {
-    {OperationGroup::Document, "document"},
+    {OperationGroup::Document, "file"},
     {OperationGroup::MenuCommand, "menu"},
-    {OperationGroup::KeptCommand, "further"},
+    {OperationGroup::KeptCommand, "more"},
     {OperationGroup::ViewAndInput, "view"},
 };
 
@@ -283,8 +287,9 @@ std::string GetHelpText(const std::vector<std::string>& names)
         {
             throw UsageError("unknown operation " + Quoted(name));
         }
-        text += GetUsage(*pOperation) + "\n    " + std::string(pOperation->purpose) + "\n";
+        text += GetUsage(*pOperation) + "\n    " + std::string(pOperation->purpose) +
+                "\n    tessarine-batch " + std::string(pOperation->example) + "\n";
     }
-    return text;
+    return text += kExamplePlace;
 }
 }

@@ -54,10 +54,10 @@ std::vector<OperationCall> ParseOperations(const std::vector<std::string>& words
 /// by `name` and the line's number.
 std::vector<OperationCall> ParseScript(std::string_view text, const std::string& name);
 
-/// What --help prints: a page of 24 lines and 80 columns at most.
+/// What --help prints: with the prompt below it a screen of 24 lines and 80 columns at most.
 std::string GetHelpText();
 
-/// What --help prints when operations are named behind it: the form and the purpose of each.
+/// What --help prints when operations are named behind it: the form, the purpose and an example of each.
 /// Throws UsageError where a word names no operation.
 std::string GetHelpText(const std::vector<std::string>& names);
 }

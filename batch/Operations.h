@@ -25,6 +25,7 @@ struct Operation
         arguments; ///< forms by name; those that can be left out together stand in brackets, last
     OperationGroup group = OperationGroup::Document;
     std::string_view purpose; ///< one line for the help
+    std::string_view example; ///< the words of a whole run, in the sample workspace
     /// Runs it through the workbench's boundary, so that its user is told when it fails, and says whether it
     /// ran. The arguments have the right number and form.
     bool (*handler)(BatchRun& run, const std::vector<std::string>& arguments) = nullptr;

@@ -46,6 +46,11 @@ public:
         }
     }
 
+    void ConnectToTerminal(int stream, const std::string& name)
+    {
+        posix_spawn_file_actions_addopen(&m_Actions, stream, name.c_str(), O_RDWR | O_NOCTTY, 0);
+    }
+
     void StartIn(const std::filesystem::path& folder)
     {
         posix_spawn_file_actions_addchdir_np(&m_Actions, folder.c_str());
@@ -68,6 +73,56 @@ private:
 
     posix_spawn_file_actions_t m_Actions{};
     int m_nPipe = -1;
+};
+
+pid_t Start(const std::string& program, const std::vector<std::string>& arguments, const Streams& streams)
+{
+    std::vector<std::string> words{program};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    std::transform(words.begin(), words.end(), std::back_inserter(pointers),
+                   [](std::string& word) { return word.data(); });
+    pointers.push_back(nullptr);
+
+    pid_t process = 0;
+    if (posix_spawn(&process, program.c_str(), streams.Get(), nullptr, pointers.data(), environ) != 0)
+    {
+        throw std::runtime_error("cannot start " + program);
+    }
+    return process;
+}
+
+/// The reader's end of a terminal.
+class Terminal
+{
+public:
+    Terminal() : m_nMaster(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
+    {
+        if (m_nMaster == -1 || grantpt(m_nMaster) != 0 || unlockpt(m_nMaster) != 0)
+        {
+            throw std::runtime_error("no terminal");
+        }
+    }
+    ~Terminal() { close(m_nMaster); }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    std::string GetName() const { return ptsname(m_nMaster); }
+
+    /// Until nobody writes to it any more.
+    std::string ReadAll() const
+    {
+        std::string text;
+        std::array<char, 4096> piece{};
+        for (ssize_t count = 0; (count = read(m_nMaster, piece.data(), piece.size())) > 0;)
+        {
+            text.append(piece.data(), static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
+private:
+    int m_nMaster;
 };
 
 int WaitFor(pid_t process)
@@ -99,22 +154,33 @@ ProcessResult RunProgram(const std::string& program, const TemporaryFolder& fold
     streams.Connect(STDERR_FILENO, streamFolder.GetPath() / "errors", O_WRONLY | O_CREAT | O_TRUNC);
     streams.StartIn(folder.GetPath());
 
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    std::transform(words.begin(), words.end(), std::back_inserter(pointers),
-                   [](std::string& word) { return word.data(); });
-    pointers.push_back(nullptr);
-
-    pid_t process = 0;
-    if (posix_spawn(&process, program.c_str(), streams.Get(), nullptr, pointers.data(), environ) != 0)
-    {
-        throw std::runtime_error("cannot start " + program);
-    }
     ProcessResult result;
-    result.status = WaitFor(process);
+    result.status = WaitFor(Start(program, arguments, streams));
     result.output = streamFolder.Read("output");
     result.errors = streamFolder.Read("errors");
+    return result;
+}
+
+ProcessResult RunBatchAtTerminal(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
+                                 bool isOutputThere)
+{
+    const TemporaryFolder streamFolder;
+    const Terminal terminal;
+    Streams streams;
+    streams.Connect(STDIN_FILENO, "/dev/null", O_RDONLY);
+    streams.ConnectOutput(OutputTo::Test, streamFolder.GetPath() / "output");
+    if (isOutputThere)
+    {
+        streams.ConnectToTerminal(STDOUT_FILENO, terminal.GetName());
+    }
+    streams.ConnectToTerminal(STDERR_FILENO, terminal.GetName());
+    streams.StartIn(folder.GetPath());
+
+    const pid_t process = Start(TESSARINE_BATCH, arguments, streams);
+    ProcessResult result;
+    result.errors = terminal.ReadAll();
+    result.status = WaitFor(process);
+    result.output = streamFolder.Read("output");
     return result;
 }
 }
