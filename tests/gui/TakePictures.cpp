@@ -41,9 +41,22 @@ protected:
     {
         Import(TESSARINE_SAMPLE "/bunny.obj");
         Frame().OnCommand(ResourceID::Simplify20);
-        App().GetPlatform().AnswerFile("bunny.obj");
+        AnswerFileDialog("bunny.obj");
         Frame().OnCommand(ResourceID::ExportObj);
         Import("bunny.obj");
+    }
+
+    /// With the menu that a click with the right button opens there.
+    void TakePopup(const char* name, QPoint place)
+    {
+        MoveTo(place);
+        QTest::mousePress(View().windowHandle(), Qt::RightButton, {}, place);
+        QTest::mouseRelease(View().windowHandle(), Qt::RightButton, {}, place);
+        QWidget* popup = QApplication::activePopupWidget();
+        ASSERT_NE(popup, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(popup));
+        TakeWithPointer(name);
+        popup->close();
     }
 
     /// Saves what the screen shows where the window stands.
@@ -72,6 +85,15 @@ TEST_F(Pictures, Window)
     Take("window");
 }
 
+TEST_F(Pictures, ImportAndNew)
+{
+    Take("import-before");
+    Import(TESSARINE_SAMPLE "/bunny.obj");
+    Take("import-after");
+    ClickButton(ResourceID::FileNew);
+    Take("new-after");
+}
+
 TEST_F(Pictures, HoverAndPopup)
 {
     ImportBunny();
@@ -84,15 +106,7 @@ TEST_F(Pictures, HoverAndPopup)
         Press(place);
         Release(place);
     }
-    const QPoint place = View().rect().center() + QPoint(150, 90);
-    MoveTo(place);
-    QTest::mousePress(View().windowHandle(), Qt::RightButton, {}, place);
-    QTest::mouseRelease(View().windowHandle(), Qt::RightButton, {}, place);
-    QWidget* popup = QApplication::activePopupWidget();
-    ASSERT_NE(popup, nullptr);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(popup));
-    TakeWithPointer("popup");
-    popup->close();
+    TakePopup("popup", View().rect().center() + QPoint(150, 90));
 }
 
 TEST_F(Pictures, Menus)
@@ -131,6 +145,15 @@ QWidget& FindDialog(int id)
     throw std::logic_error("no dialog " + std::to_string(id));
 }
 
+TEST_F(Pictures, LightingDialogOfTheStart)
+{
+    MakeRoomForDialog();
+    ImportBunny();
+    ClickButton(ResourceID::LightingDialog);
+    Place(FindDialog(ResourceID::SetLightingDialog), Frame());
+    Take("lighting-before");
+}
+
 TEST_F(Pictures, LightingDialog)
 {
     MakeRoomForDialog();
@@ -140,6 +163,17 @@ TEST_F(Pictures, LightingDialog)
     ClickButton(ResourceID::LightingDialog);
     Place(FindDialog(ResourceID::SetLightingDialog), Frame());
     TakeWithPointer("lighting");
+}
+
+TEST_F(Pictures, MenuOfSolid)
+{
+    MakeRoomForDialog();
+    ImportBunny();
+    const QPoint place = View().rect().center() + QPoint(-150, 90);
+    MoveTo(place);
+    Press(place);
+    Release(place);
+    TakePopup("material-before", place);
 }
 
 TEST_F(Pictures, MaterialDialog)
