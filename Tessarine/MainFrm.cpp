@@ -21,6 +21,7 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QStatusTipEvent>
+#include <QTimer>
 #include <QToolBar>
 
 namespace tessarine
@@ -418,16 +419,19 @@ void CMainFrame::dropEvent(QDropEvent* event)
 {
     AcceptCopy(*event);
     // Once the other program has its answer: an import may take its time, and ask.
-    QMetaObject::invokeMethod(
-        this,
-        [this, path = GetDraggedModel(*event->mimeData())]
-        {
-            if (!m_pView->IsOccupied())
-            {
-                m_App.Answer([&] { ImportModel(path); });
-            }
-        },
-        Qt::QueuedConnection);
+    QTimer::singleShot(0, this, [this, path = GetDraggedModel(*event->mimeData())] { ImportWhenFree(path); });
+}
+
+/// A command may have begun meanwhile.
+void CMainFrame::ImportWhenFree(const QString& path)
+{
+    if (m_pView->IsOccupied())
+    {
+        constexpr int kPause = 100; // milliseconds
+        QTimer::singleShot(kPause, this, [this, path] { ImportWhenFree(path); });
+        return;
+    }
+    CTessarineApp::Answer([&] { ImportModel(path); });
 }
 
 /// The keys that stay down change anywhere, also while another program has the keyboard.

@@ -58,6 +58,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void ImportWhenFree(const QString& path);
     class RunningCommand;
 
     void FillMenu(QMenu& menu, std::span<const MenuLine> lines);

@@ -169,7 +169,7 @@ public:
         {
             Fail(reading.GetReason());
         }
-        TakePixels(budget, width, height, reading.GetComponents());
+        TakePixels(budget, width, height, std::max(reading.GetComponents(), CountBytesAPixel()));
         const auto raster = std::make_unique_for_overwrite<std::uint32_t[]>(std::size_t{width} * height);
         if (!reading.ReadFromBottom(raster.get()))
         {
@@ -211,6 +211,17 @@ private:
         {
             throw ImageFault("a TIFF of compression " + std::to_string(method) + " is not read");
         }
+    }
+
+    /// As stored, where there may be many more than those of the picture: the library unpacks them all.
+    int CountBytesAPixel()
+    {
+        std::uint16_t samples = 1;
+        std::uint16_t bits = 1;
+        TIFFGetFieldDefaulted(m_pTiff.get(), TIFFTAG_SAMPLESPERPIXEL, &samples);
+        TIFFGetFieldDefaulted(m_pTiff.get(), TIFFTAG_BITSPERSAMPLE, &bits);
+        constexpr int kBitsAByte = 8;
+        return (samples * bits + kBitsAByte - 1) / kBitsAByte;
     }
 
     /// The library would multiply colours by an unassociated alpha; said to be associated, they are left

@@ -194,6 +194,9 @@ TEST_F(RecoveryFolderTest, RemovesNothingThatSomebodyElseHasPutThere)
     std::ofstream(GetEntry() / "notes.txt") << "mine";
     EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model"));
     EXPECT_EQ(ReadFile(GetEntry() / "notes.txt"), "mine");
+    FindAbandoned()[0].Remove();
+    EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("lock", "notes.txt"));
+    EXPECT_THAT(FindAbandoned(), IsEmpty());
 }
 
 TEST_F(RecoveryFolderTest, RemovesNothingOfSomebodyElseWhateverFailsInLooking)
@@ -232,8 +235,8 @@ TEST_F(RecoveryFolderTest, IsNotFoundWhileItIsRemoved)
         auto found = FindAbandoned();
         ASSERT_THAT(found, SizeIs(1));
         {
-            // One who removes it has come so far: its renaming, and some of its entries.
-            const FailingFileCalls calls(1 + removed, Mode::FromThenOn);
+            // One who removes it has come so far: a look at it, its renaming, and some of its entries.
+            const FailingFileCalls calls(removed, Mode::FromThenOn);
             found[0].Remove();
         }
         EXPECT_THAT(FindAbandoned(), IsEmpty()) << removed;
@@ -241,6 +244,7 @@ TEST_F(RecoveryFolderTest, IsNotFoundWhileItIsRemoved)
         {
             break;
         }
+        fs::remove_all(m_Parent);
     }
 }
 

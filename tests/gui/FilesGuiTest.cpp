@@ -139,6 +139,19 @@ TEST_F(FilesGuiTest, ImportsAModelThatIsDroppedOnTheWindow)
     EXPECT_TRUE(QTest::qWaitFor([&] { return PaneText(1) == "顶点数: 4"; }));
 }
 
+TEST_F(FilesGuiTest, ImportsADroppedModelBehindACommandThatHasBegunMeanwhile)
+{
+    m_Folder.Write("a.obj", kTetrahedronObj);
+    Drop({PathOf("a.obj")});
+    View().Perform("test", Effect::None,
+                   [this]
+                   {
+                       QCoreApplication::processEvents();
+                       EXPECT_EQ(PaneText(1), "顶点数: 0");
+                   });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return PaneText(1) == "顶点数: 4"; }));
+}
+
 TEST_F(FilesGuiTest, TakesNothingElseThatIsDropped)
 {
     EXPECT_FALSE(Drop({PathOf("a.png")}));

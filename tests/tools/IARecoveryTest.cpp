@@ -225,6 +225,17 @@ TEST_F(RecoveryTest, KeepsAnAdoptedCopyUntilThereIsANewerOne)
     EXPECT_THAT(m_Folder.List("state"), IsEmpty());
 }
 
+TEST_F(RecoveryTest, GoesOnInAnotherFolderWhereItsOwnWasRemoved)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    std::filesystem::remove_all(m_Folder / "state");
+    Wait();
+    Choose(ResourceID::SubdivideLoop);
+    EXPECT_EQ(CountKeptFaces(), 64);
+    EXPECT_EQ(m_Console.Count("The recovery file was not written"), 0);
+}
+
 TEST_F(RecoveryTest, TellsOnceThatNothingCanBeWritten)
 {
     m_Folder.Write("state", "a file where a folder should be");

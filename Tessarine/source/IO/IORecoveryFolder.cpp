@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -290,9 +291,27 @@ void IORecoveryFolder::RemoveUnlessShared()
     }
 }
 
+bool IORecoveryFolder::IsThere() const noexcept
+{
+    std::error_code error;
+    return fs::status(m_Path, error).type() != fs::file_type::not_found;
+}
+
 /// Its name goes first: the lock may go before the model, which somebody else would be offered then.
 void IORecoveryFolder::Remove() noexcept
 {
+    try
+    {
+        if (IsShared(m_Path))
+        {
+            RemoveAllBut(0);
+            return;
+        }
+    }
+    catch (const std::bad_alloc&)
+    {
+        return;
+    }
     const bool isUnlisted = std::rename(m_Path.c_str(), m_Unlisted.c_str()) == 0;
     RemoveTree(isUnlisted ? m_Unlisted : m_Path);
 }

@@ -19,7 +19,8 @@ public:
     static IORecoveryFolder Create(const std::filesystem::path& parent);
 
     /// Those of processes that have ended, the latest first, and nobody else's from now on. What such a process left
-    /// without a model, or half made or half removed, is removed; what cannot be looked through, or has something of somebody else in it, stays as it is.
+    /// without a model, or half made or half removed, is removed; what cannot be looked through, or has something of
+    /// somebody else in it, stays as it is.
     static std::vector<IORecoveryFolder> FindAbandoned(const std::filesystem::path& parent);
 
     /// Has a model written in place of the one before. Throws what `write` throws, and FileError; the one before
@@ -27,12 +28,16 @@ public:
     /// @param write gets the name of the file that is to hold the model; others may lie beside it
     void Replace(const std::function<void(const std::filesystem::path&)>& write);
 
+    /// Whether nobody has removed it meanwhile.
+    bool IsThere() const noexcept;
+
     /// The file of the last model that is whole; empty where there is none.
     std::filesystem::path GetModel() const;
     /// When it was written.
     std::filesystem::file_time_type GetTime() const;
 
-    /// Removes the folder, as far as it can be removed. Without that it stays, as if the process were killed.
+    /// Removes the folder, as far as it can be removed; where somebody else has put something into it, the models
+    /// alone. Without that it stays, as if the process were killed.
     void Remove() noexcept;
 
 private:

@@ -83,7 +83,7 @@ void IARecovery::Write(IAController& controller)
         return;
     }
     const Timed timed(m_Pace, count);
-    if (!m_Own)
+    if (!m_Own || !m_Own->IsThere())
     {
         m_Own = IORecoveryFolder::Create(m_Folder);
     }
