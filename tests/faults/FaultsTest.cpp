@@ -179,9 +179,10 @@ public:
 private:
     void TryAll(FaultMode mode)
     {
-        constexpr int kMostAssertions = 100; // a command looks at thousands
+        // A command looks at thousands of assertions.
+        const int mostAssertions = m_Case.event ? 12 : 40;
         const long most =
-            m_Kind == FaultKind::Assertion ? std::min(m_Case.most, kMostAssertions) : m_Case.most;
+            m_Kind == FaultKind::Assertion ? std::min(m_Case.most, mostAssertions) : m_Case.most;
         const long stride = (m_nPlaces + most - 1) / most;
         for (long spared = stride / 2; spared < m_nPlaces;
              spared += stride) // the first places are much alike
