@@ -195,7 +195,8 @@ TEST(Tiff, OfManySamplesAPixelTakesAllTheirBytes)
     const std::string file = Tiff({.samples = kSamples, .photometric = PHOTOMETRIC_MINISBLACK}, {row, row});
     ExpectImage(DecodeImage(file, "tiff"), 2, 2, 2, {0, 255, 0, 255, 0, 255, 0, 255});
     const std::string large = WithField(WithField(file, TIFFTAG_IMAGEWIDTH, 4096), TIFFTAG_IMAGELENGTH, 4096);
-    EXPECT_THAT(FaultOfDecoding(large, "tiff"), EndsWith("take more than 512 MiB")); // of 32 MiB in the picture
+    EXPECT_THAT(FaultOfDecoding(large, "tiff"),
+                EndsWith("take more than 512 MiB")); // of 32 MiB in the picture
 }
 
 TEST(Tiff, ThatClaimsTooManyPixelsIsRefused)
