@@ -175,7 +175,7 @@ constexpr std::string_view kHelpFoot =
     "  tessarine-batch import a.obj simplify 0.8 export b.obj report -- report\n";
 
 constexpr std::string_view kExamplePlace =
-    "The models of the examples are made by: tessarine-samples FOLDER\n";
+    "The examples' files are made by tessarine-samples FOLDER; matrices are yours.\n";
 
 constexpr std::pair<OperationGroup, std::string_view> kGroupLabels[] = {
     {OperationGroup::Document, "file"},

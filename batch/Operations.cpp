@@ -517,7 +517,7 @@ bool RunSolve(BatchRun& run, const Arguments& arguments)
 constexpr Operation kOperations[] = {
     {"new", "", Group::Document, "starts an empty document", "import bunny.obj new report -", RunNew},
     {"import", "FILE", Group::Document, "replaces the document's model by the one of an .obj file",
-     "import bunny.obj render bunny.png", RunImport},
+     "import bunny.obj render bunny-view.png", RunImport},
     {"export", "FILE", Group::Document, "writes the visible solids of the document to an .obj file",
      "import pebble.obj subdivide-loop export finer.obj", RunExport},
     {"report", "FILE", Group::Document,
@@ -615,7 +615,7 @@ constexpr Operation kOperations[] = {
      "import bunny.obj menu 32788 right-down 400 300 right-up 400 300",
      RunMouse<ToolEvent::Kind::RightButtonUp>},
     {"render", "FILE", Group::ViewAndInput, "writes one frame as PNG (- is standard output)",
-     "import bunny.obj render bunny.png", RunRender},
+     "import bunny.obj render bunny-view.png", RunRender},
     {"status", "", Group::ViewAndInput, "prints the seven panes of the status bar, one a line",
      "-q import bunny.obj status", RunStatus},
 };

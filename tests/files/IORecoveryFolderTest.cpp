@@ -196,6 +196,7 @@ TEST_F(RecoveryFolderTest, RemovesNothingThatSomebodyElseHasPutThere)
     EXPECT_EQ(ReadFile(GetEntry() / "notes.txt"), "mine");
     FindAbandoned()[0].Remove();
     EXPECT_THAT(m_Folder.List(GetEntry()), ElementsAre("lock", "notes.txt"));
+    EXPECT_THAT(GetEntry().filename().string(), StartsWith(".window-"));
     EXPECT_THAT(FindAbandoned(), IsEmpty());
 }
 
@@ -227,24 +228,30 @@ TEST_F(RecoveryFolderTest, RemovesNothingOfSomebodyElseWhateverFailsInLooking)
     EXPECT_TRUE(isKept(".window-photos", now - std::chrono::hours(2)));
 }
 
-TEST_F(RecoveryFolderTest, IsNotFoundWhileItIsRemoved)
+/// One who removes it is killed behind its renaming and so many further calls.
+bool IsFoundBehindARemovalOf(const fs::path& parent, long calls)
 {
-    for (long removed = 0;; ++removed)
     {
-        LeaveBehind(m_Parent, "model");
-        auto found = FindAbandoned();
-        ASSERT_THAT(found, SizeIs(1));
+        auto found = IORecoveryFolder::FindAbandoned(parent);
+        const FailingFileCalls none(1 + calls, Mode::FromThenOn);
+        found.at(0).Remove();
+    }
+    return !IORecoveryFolder::FindAbandoned(parent).empty();
+}
+
+TEST_F(RecoveryFolderTest, IsNotFoundWhereItsRemovalStopped)
+{
+    for (const char* foreign : {"", "notes.txt"})
+    {
+        bool hasFailed = true;
+        for (long calls = 0; hasFailed; ++calls)
         {
-            // One who removes it has come so far: a look at it, its renaming, and some of its entries.
-            const FailingFileCalls calls(removed, Mode::FromThenOn);
-            found[0].Remove();
+            LeaveBehind(m_Parent, "model");
+            std::ofstream(GetEntry() / foreign) << "mine";
+            EXPECT_FALSE(IsFoundBehindARemovalOf(m_Parent, calls)) << calls;
+            hasFailed = FailingFileCalls::HasFailed();
+            fs::remove_all(m_Parent);
         }
-        EXPECT_THAT(FindAbandoned(), IsEmpty()) << removed;
-        if (!FailingFileCalls::HasFailed())
-        {
-            break;
-        }
-        fs::remove_all(m_Parent);
     }
 }
 

@@ -200,6 +200,18 @@ TEST_F(RecoveryTest, LeavesNothingAfterACleanExit)
     m_Recovery.End(); // of a window that has kept nothing
 }
 
+TEST_F(RecoveryTest, OffersNothingAfterACleanExitWithoutMemory)
+{
+    Import("a.obj");
+    Choose(ResourceID::SubdivideLoop);
+    ASSERT_THAT(FindModels(), SizeIs(1));
+    {
+        const FailingMemory memory(0, FailingMemory::Mode::FromThenOn);
+        m_Recovery.End();
+    }
+    EXPECT_THAT(IORecoveryFolder::FindAbandoned(m_Folder / "state"), IsEmpty());
+}
+
 TEST_F(RecoveryTest, KeepsAnAdoptedCopyUntilThereIsANewerOne)
 {
     Import("a.obj");

@@ -143,6 +143,18 @@ bool IsShared(const fs::path& folder)
     return !ListFolder(folder, names) || !std::all_of(names.begin(), names.end(), IsOwnEntry);
 }
 
+void RemoveModelsBut(std::uint64_t number, const fs::path& folder)
+{
+    for (const fs::path& entry : ListEntries(folder))
+    {
+        const std::string name = entry.filename().string();
+        if (IsOwnEntry(name) && name != kLockName && name != std::to_string(number))
+        {
+            RemoveTree(entry);
+        }
+    }
+}
+
 void RemoveLeftover(const fs::path& path)
 {
     const auto lock = IsShared(path) ? std::nullopt : FileLock::Take(path / kLockName);
@@ -213,7 +225,7 @@ std::vector<IORecoveryFolder> IORecoveryFolder::FindAbandoned(const fs::path& pa
             folder.RemoveUnlessShared();
             continue;
         }
-        folder.RemoveAllBut(folder.m_nLast);
+        RemoveModelsBut(folder.m_nLast, path);
         found.push_back(std::move(folder));
     }
     std::sort(found.begin(), found.end(),
@@ -260,18 +272,6 @@ void IORecoveryFolder::Replace(const std::function<void(const fs::path&)>& write
     RemoveTree(before);
 }
 
-void IORecoveryFolder::RemoveAllBut(std::uint64_t number) const
-{
-    for (const fs::path& entry : ListEntries(m_Path))
-    {
-        const std::string name = entry.filename().string();
-        if (IsOwnEntry(name) && name != kLockName && name != std::to_string(number))
-        {
-            RemoveTree(entry);
-        }
-    }
-}
-
 fs::path IORecoveryFolder::GetModel() const
 {
     return m_nLast != 0 ? GetFolder(m_nLast) / kModelName : fs::path();
@@ -300,19 +300,14 @@ bool IORecoveryFolder::IsThere() const noexcept
 /// Its name goes first: the lock may go before the model, which somebody else would be offered then.
 void IORecoveryFolder::Remove() noexcept
 {
+    const bool isUnlisted = std::rename(m_Path.c_str(), m_Unlisted.c_str()) == 0;
+    const fs::path& path = isUnlisted ? m_Unlisted : m_Path;
     try
     {
-        if (IsShared(m_Path))
-        {
-            RemoveAllBut(0);
-            return;
-        }
+        IsShared(path) ? RemoveModelsBut(0, path) : RemoveTree(path);
     }
-    catch (const std::bad_alloc&)
+    catch (const std::bad_alloc&) // NOLINT(bugprone-empty-catch): another start removes it
     {
-        return;
     }
-    const bool isUnlisted = std::rename(m_Path.c_str(), m_Unlisted.c_str()) == 0;
-    RemoveTree(isUnlisted ? m_Unlisted : m_Path);
 }
 }

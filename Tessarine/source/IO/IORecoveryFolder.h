@@ -37,14 +37,13 @@ public:
     std::filesystem::file_time_type GetTime() const;
 
     /// Removes the folder, as far as it can be removed; where somebody else has put something into it, the models
-    /// alone. Without that it stays, as if the process were killed.
+    /// alone, and it stays under another name. Without that it stays, as if the process were killed.
     void Remove() noexcept;
 
 private:
     /// @param last the number of the last model that it has; 0 for none
     IORecoveryFolder(std::filesystem::path path, FileLock lock, std::uint64_t last);
     std::filesystem::path GetFolder(std::uint64_t number) const;
-    void RemoveAllBut(std::uint64_t number) const;
     void RemoveUnlessShared();
 
     std::filesystem::path m_Path;
