@@ -107,7 +107,11 @@ public:
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
 
-    std::string GetName() const { return ptsname(m_nMaster); }
+    std::string GetName() const
+    {
+        const char* name = ptsname(m_nMaster); // none where they are not mounted
+        return name != nullptr ? name : "";
+    }
 
     /// Until nobody writes to it any more.
     std::string ReadAll() const
@@ -159,6 +163,18 @@ ProcessResult RunProgram(const std::string& program, const TemporaryFolder& fold
     result.output = streamFolder.Read("output");
     result.errors = streamFolder.Read("errors");
     return result;
+}
+
+bool HasTerminals()
+{
+    try
+    {
+        return access(Terminal().GetName().c_str(), F_OK) == 0;
+    }
+    catch (const std::runtime_error&)
+    {
+        return false;
+    }
 }
 
 ProcessResult RunBatchAtTerminal(const TemporaryFolder& folder, const std::vector<std::string>& arguments,

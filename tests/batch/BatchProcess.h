@@ -26,6 +26,9 @@ struct ProcessResult
 ProcessResult RunBatch(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
                        const std::string& input = "", OutputTo outputTo = OutputTo::Test);
 
+/// Whether the machine gives terminals: a bare root may have none.
+bool HasTerminals();
+
 /// Runs it with standard error at a terminal, and standard output there too or where the test reads it.
 /// `errors` are what the terminal was sent: its lines end with CR-LF.
 ProcessResult RunBatchAtTerminal(const TemporaryFolder& folder, const std::vector<std::string>& arguments,

@@ -284,10 +284,11 @@ TEST(BatchHelp, NamesEveryOperation)
 
 TEST(BatchHelp, TellsFormPurposeAndExampleOfOneOperation)
 {
-    EXPECT_EQ(GetHelpText({"status"}), "status\n"
-                                       "    prints the seven panes of the status bar, one a line\n"
-                                       "    tessarine-batch -q import bunny.obj status\n"
-                                       "The examples' files are made by tessarine-samples FOLDER; matrices are yours.\n");
+    EXPECT_EQ(GetHelpText({"status"}),
+              "status\n"
+              "    prints the seven panes of the status bar, one a line\n"
+              "    tessarine-batch -q import bunny.obj status\n"
+              "The examples' files are made by tessarine-samples FOLDER; matrices are yours.\n");
     EXPECT_THROW(GetHelpText({"frobnicate"}), UsageError);
 }
 

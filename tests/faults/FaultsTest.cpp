@@ -60,7 +60,8 @@ const char* GetReasonOf(FaultKind kind)
     switch (kind)
     {
     case FaultKind::Memory: return "memory";
-    case FaultKind::Assertion: return "^tessarine-batch: [^:]+: .+"; // many checks have a sentence of their own
+    case FaultKind::Assertion:
+        return "^tessarine-batch: [^:]+: .+"; // many checks have a sentence of their own
     case FaultKind::FileCall: break;
     }
     return ": cannot (open|read|write|work)";
