@@ -1,9 +1,11 @@
 #include "CommandLine.h"
 #include "Operations.h"
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
+#include <set>
 #include <sstream>
 
 using namespace tessarine;
@@ -301,6 +303,38 @@ TEST(BatchHelp, HasARunnableExampleOfEveryOperation)
                                         { return call.pOperation == &operation; }))
             << operation.name;
     }
+}
+
+/// The first arguments of those of a line's operations, without their endings.
+std::set<std::string> StemsOf(const std::vector<OperationCall>& calls,
+                              const std::set<std::string_view>& operations)
+{
+    std::set<std::string> stems;
+    for (const OperationCall& call : calls)
+    {
+        if (operations.count(call.pOperation->name) != 0)
+        {
+            stems.insert(std::filesystem::path(call.arguments.front()).stem().string());
+        }
+    }
+    return stems;
+}
+
+TEST(BatchHelp, HasExamplesThatLeaveTheSamplesAsTheyAre)
+{
+    std::set<std::string> samples;
+    std::set<std::string> written;
+    for (const Operation& operation : GetOperations())
+    {
+        const std::vector<OperationCall> calls = ParseLine(std::string(operation.example));
+        const std::set<std::string> own =
+            StemsOf(calls, {"export", "render", "report", "dump", "dump-field"});
+        std::ranges::set_difference(StemsOf(calls, {"import"}), own, std::inserter(samples, samples.end()));
+        written.insert(own.begin(), own.end());
+    }
+    std::vector<std::string> overwritten; // a model's picture has its name
+    std::ranges::set_intersection(samples, written, std::back_inserter(overwritten));
+    EXPECT_THAT(overwritten, IsEmpty());
 }
 
 TEST(BatchHelp, EndsWithARunnableExample)
