@@ -525,7 +525,7 @@ constexpr Operation kOperations[] = {
      "-q import bunny.obj report -", RunReport},
     {"dump", "FILE", Group::Document,
      "writes everything that the document holds, as JSON (- is standard output)",
-     "-q import box.obj dump box.json", RunDump},
+     "-q import box.obj dump records.json", RunDump},
     {"dump-field", "FILE", Group::Document, "writes the kept distance field",
      "build-initial-mesh dump-field field.bin", RunDumpField},
 
