@@ -20,6 +20,7 @@ constexpr char kSolidPicked[] = "import model.obj menu 32789 mouse-move 50 50 le
 // Of the runs that take long.
 constexpr int kSome = 100;
 constexpr int kFew = 30;
+constexpr int kLeast = 6;
 
 FaultCase OnModel(const std::string& operation)
 {
@@ -83,11 +84,11 @@ std::vector<FaultCase> ListOperations()
         Writing("", "make-eigen-table out/e.dat 4", "out"),
         Writing(model + "subdivide-loop", "fit-limit-surface", "data", kFew),
         Writing(model, "build-initial-mesh", ".", kFew),
-        Behind("build-initial-mesh", "generate-mesh 0", kFew),
-        Behind("build-initial-mesh", "show-field", kFew),
-        Writing("build-initial-mesh", "dump-field out/f.bin", "out", kFew),
+        Behind("build-initial-mesh", "generate-mesh 0", kLeast),
+        Behind("build-initial-mesh", "show-field", kLeast),
+        Writing("build-initial-mesh", "dump-field out/f.bin", "out", kLeast),
         Writing(model, "render out/p.png", "out"),
-        Writing("", "project-samples", "data1", 6),
+        Writing("", "project-samples", "data1", kLeast),
         OnTorus("subdivide-loop"),
         OnTorus("subdivide-adaptive 0.001"),
         OnTorus("simplify 0.8"),
@@ -224,7 +225,7 @@ std::vector<FaultCase> MakeMenuCases()
         {
             const std::string operation = "menu " + std::to_string(entry.id);
             const bool isLong = entry.id == ResourceID::BuildInitialMesh;
-            cases.push_back({operation, SetupOf(entry.id), operation, isLong ? kFew : kAllPlaces});
+            cases.push_back({operation, SetupOf(entry.id), operation, isLong ? kLeast : kAllPlaces});
         }
     }
     return cases;
