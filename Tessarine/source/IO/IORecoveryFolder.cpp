@@ -306,7 +306,7 @@ void IORecoveryFolder::Remove() noexcept
     {
         IsShared(path) ? RemoveModelsBut(0, path) : RemoveTree(path);
     }
-    catch (const std::bad_alloc&) // NOLINT(bugprone-empty-catch): another start removes it
+    catch (const std::bad_alloc&) // NOLINT(bugprone-empty-catch): nobody is offered it any more
     {
     }
 }
