@@ -4,7 +4,7 @@
 #include "CTessarineView.h"
 #include "Display.h"
 #include "ErrorLine.h"
-#include "IException.h"
+#include "FailureText.h"
 #include "MainFrm.h"
 #include "Pictures.h"
 #include "ProgramSettings.h"
@@ -22,8 +22,6 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
-#include <exception>
-#include <new>
 
 namespace tessarine
 {
@@ -45,32 +43,6 @@ void Complain(const std::string& text)
 {
     PrintErrorLine("tessarine: " + text);
 }
-
-/// Of the exception that is being handled.
-std::string GetReason()
-{
-    try
-    {
-        throw;
-    }
-    catch (const std::bad_alloc&)
-    {
-        return "not enough memory";
-    }
-    catch (const IException& exception)
-    {
-        return exception.GetMessage();
-    }
-    catch (const std::exception& exception)
-    {
-        return exception.what();
-    }
-    catch (...)
-    {
-        return "an unknown error";
-    }
-}
-
 }
 
 CTessarineApp::CTessarineApp(int& argc, char** argv)
@@ -103,7 +75,7 @@ void CTessarineApp::TellLostEvent() noexcept
 {
     try
     {
-        Complain("the window could not do all that was asked of it: " + GetReason());
+        Complain("the window could not do all that was asked of it: " + DescribeFailure());
     }
     catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
     {

@@ -127,7 +127,7 @@ private:
 };
 
 CMainFrame::CMainFrame(CTessarineApp& app)
-    : m_App(app), m_Actions(*this, [this](int id) { m_App.Answer([this, id] { OnCommand(id); }); })
+    : m_App(app), m_Actions(*this, [this](int id) { CTessarineApp::Answer([this, id] { OnCommand(id); }); })
 {
     setWindowTitle(QString::fromStdString(GetWindowTitle({})));
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
@@ -184,7 +184,8 @@ bool CMainFrame::ImportModel(const QString& path)
 
 void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
 {
-    connect(&menu, &QMenu::aboutToShow, this, [this] { m_App.Answer([this] { UpdateCommands(); }); });
+    connect(&menu, &QMenu::aboutToShow, this,
+            [this] { CTessarineApp::Answer([this] { UpdateCommands(); }); });
     for (const MenuLine& line : lines)
     {
         if (!line.items.empty())

@@ -58,9 +58,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void ImportWhenFree(const QString& path);
     class RunningCommand;
 
+    void ImportWhenFree(const QString& path);
     void FillMenu(QMenu& menu, std::span<const MenuLine> lines);
     void CreatePopupMenus();
     void AddRecentFiles(QMenu& menu, const MenuLine& line);

@@ -231,7 +231,9 @@ private:
     {
         if (end == FaultEnd::FailedOutside)
         {
-            return; // the batch tool's last line
+            EXPECT_EQ(ToldFailures::Count(), 0)
+                << ToldFailures::GetLast(); // the batch tool's last line tells it
+            return;
         }
         const bool mayBeLost = m_Kind == FaultKind::Memory && mode == FaultMode::FromThenOn;
         const int expected = end == FaultEnd::Done || (mayBeLost && ToldFailures::Count() == 0) ? 0 : 1;

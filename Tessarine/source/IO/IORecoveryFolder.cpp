@@ -304,7 +304,14 @@ void IORecoveryFolder::Remove() noexcept
     const fs::path& path = isUnlisted ? m_Unlisted : m_Path;
     try
     {
-        IsShared(path) ? RemoveModelsBut(0, path) : RemoveTree(path);
+        if (IsShared(path))
+        {
+            RemoveModelsBut(0, path);
+        }
+        else
+        {
+            RemoveTree(path);
+        }
     }
     catch (const std::bad_alloc&) // NOLINT(bugprone-empty-catch): nobody is offered it any more
     {

@@ -1,33 +1,15 @@
 #include "IARecovery.h"
 #include "Console.h"
+#include "FailureText.h"
 #include "IAController.h"
-#include "IException.h"
 #include "IOSaveRecovery.h"
 #include "Platform.h"
-#include <exception>
 #include <utility>
 
 namespace tessarine
 {
 namespace
 {
-/// Of the exception that is being handled.
-std::string GetReason()
-{
-    try
-    {
-        throw;
-    }
-    catch (const IException& exception)
-    {
-        return exception.GetMessage();
-    }
-    catch (const std::exception& exception)
-    {
-        return exception.what();
-    }
-}
-
 /// The time of a writing, also of one that fails.
 class Timed
 {
@@ -66,7 +48,7 @@ void IARecovery::Keep(IAController& controller) noexcept
     {
         try
         {
-            TellOnce(GetReason());
+            TellOnce(DescribeFailure());
         }
         catch (...) // no memory for the line either
         {

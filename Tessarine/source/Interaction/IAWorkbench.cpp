@@ -1,9 +1,9 @@
 #include "IAWorkbench.h"
 #include "Assert.h"
-#include "CExcp.h"
 #include "Console.h"
 #include "ErrorLine.h"
 #include "Failure.h"
+#include "FailureText.h"
 #include "File.h"
 #include "IADrawSplatTool.h"
 #include "IAMoveTool.h"
@@ -20,20 +20,6 @@ namespace
 {
 constexpr char kModelStays[] = "; the model is as it was";
 
-/// A sentence for an exception of the system that carries no message.
-std::string DescribeByClass(const IException& exception)
-{
-    if (dynamic_cast<const CExcpDivideZero*>(&exception) != nullptr)
-    {
-        return "a division by zero, or a vector of length zero";
-    }
-    if (dynamic_cast<const CExcpSingularMatrix*>(&exception) != nullptr)
-    {
-        return "a matrix that has no inverse";
-    }
-    return "an error that has no description";
-}
-
 /// Whether the command has told the user by a message box of its own what is being handled.
 bool WasFailureShown()
 {
@@ -48,44 +34,6 @@ bool WasFailureShown()
     catch (...)
     {
         return false;
-    }
-}
-
-/// Why it ended, by the exception that is being handled.
-/// @param outcome what has become of the model, for the reasons that do not tell it
-std::string DescribeFailure(const std::string& outcome)
-{
-    try
-    {
-        throw;
-    }
-    catch (const AssertionFailure& failure)
-    {
-        const AssertionSite& site = failure.GetSite();
-        return std::string("an internal check failed: ") + site.expression + " (" + site.path + ", line " +
-               std::to_string(site.line) + ")" + outcome;
-    }
-    catch (const Failure& failure)
-    {
-        return failure.GetMessage();
-    }
-    catch (const IException& exception)
-    {
-        const std::string& message = exception.GetMessage();
-        const bool isContextOnly = message.empty() || message.back() == ' ';
-        return message + (isContextOnly ? DescribeByClass(exception) : "") + outcome;
-    }
-    catch (const std::bad_alloc&)
-    {
-        return "not enough memory" + outcome;
-    }
-    catch (const std::exception& exception)
-    {
-        return exception.what();
-    }
-    catch (...)
-    {
-        return "an unknown error" + outcome;
     }
 }
 
