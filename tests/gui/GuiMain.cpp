@@ -13,6 +13,8 @@ int main(int argc, char** argv)
     setenv("XDG_CONFIG_HOME", home.GetPath().c_str(), 1);
     setenv("XDG_STATE_HOME", home.GetPath().c_str(), 1);
     setenv("XDG_RUNTIME_DIR", home.GetPath().c_str(), 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS",
+           "disabled:", 1); // the desktop's bus has nothing to do with these windows
     PrepareForDisplay();
     DebugConsole().SetSink([](std::string_view text) { GetTerminalText() += text; });
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);

@@ -12,25 +12,21 @@ FaultPlan g_MemoryPlan;
 std::atomic<bool> g_bOwnOnly = false;
 thread_local bool g_bLooking = false; // which may ask for memory itself
 
-bool MayFail()
+bool MayFail(const void* asker)
 {
-    if (!g_bOwnOnly)
-    {
-        return true;
-    }
     if (g_bLooking)
     {
         return false;
     }
     g_bLooking = true;
-    const bool isOwn = IsOwnCodeRunning();
+    const bool mayFail = !IsForgetfulCode(asker) && (!g_bOwnOnly || IsOwnCodeRunning());
     g_bLooking = false;
-    return isOwn;
+    return mayFail;
 }
 
-void* Allocate(std::size_t size, std::size_t alignment)
+void* Allocate(std::size_t size, std::size_t alignment, const void* asker)
 {
-    if (g_MemoryPlan.IsArmed() && MayFail() && g_MemoryPlan.MustFail())
+    if (g_MemoryPlan.IsArmed() && MayFail(asker) && g_MemoryPlan.MustFail())
     {
         throw std::bad_alloc();
     }
@@ -43,11 +39,11 @@ void* Allocate(std::size_t size, std::size_t alignment)
     return bytes;
 }
 
-void* AllocateOrNull(std::size_t size) noexcept
+void* AllocateOrNull(std::size_t size, const void* asker) noexcept
 {
     try
     {
-        return Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+        return Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__, asker);
     }
     catch (const std::bad_alloc&)
     {
@@ -91,28 +87,28 @@ OwnMemoryOnly::~OwnMemoryOnly()
 
 void* operator new(std::size_t size)
 {
-    return tessarine::Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+    return tessarine::Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__, __builtin_return_address(0));
 }
 
 void* operator new[](std::size_t size)
 {
-    return tessarine::Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+    return tessarine::Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__, __builtin_return_address(0));
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment)
 {
-    return tessarine::Allocate(size, static_cast<std::size_t>(alignment));
+    return tessarine::Allocate(size, static_cast<std::size_t>(alignment), __builtin_return_address(0));
 }
 
 // For the libraries that ask like this: what they get is freed by the operators below.
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
-    return tessarine::AllocateOrNull(size);
+    return tessarine::AllocateOrNull(size, __builtin_return_address(0));
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
-    return tessarine::AllocateOrNull(size);
+    return tessarine::AllocateOrNull(size, __builtin_return_address(0));
 }
 
 void operator delete(void* bytes) noexcept
