@@ -80,6 +80,7 @@ public:
     void SetUp() override
     {
         std::set_terminate(TellWhatWasTried);
+        AskAtAssertions();
         SetResourceFolder(TESSARINE_FOLDER);
         m_pWorkspace = std::make_unique<FaultWorkspace>();
     }
@@ -145,7 +146,8 @@ testing::AssertionResult AreWhole(const Files& files, const Files& before, const
 class FaultTrial
 {
 public:
-    FaultTrial(const FaultCase& faultCase, FaultKind kind) : m_Case(faultCase), m_Kind(kind)
+    FaultTrial(const FaultCase& faultCase, FaultKind kind)
+        : m_Case(faultCase), m_Kind(kind), m_Plan(GetFaultPlan(kind))
     {
         m_FilesBefore = ReadAllFiles();
         if (m_Kind == FaultKind::Memory) // what a process asks for once has been given
@@ -155,9 +157,9 @@ public:
         }
         FaultStage stage(m_Case);
         m_strBefore = stage.Describe();
-        const InjectedFault count(m_Kind, FaultPlan::kNone, FaultMode::Once);
+        const InjectedFault none(m_Plan, FaultPlan::kNone, FaultMode::Once);
         m_bRuns = stage.Run() == FaultEnd::Done;
-        m_nPlaces = count.CountPassed();
+        m_nPlaces = m_Plan.CountPassed();
         m_strAfter = stage.Describe();
         m_FilesAfter = ReadAllFiles();
         RemoveAllBut(m_FilesBefore);
@@ -206,13 +208,12 @@ private:
             m_pStage = std::make_unique<FaultStage>(m_Case);
         }
         FaultEnd end = FaultEnd::Done;
-        bool hasFailed = false;
         const ToldFailures told;
         {
-            const InjectedFault fault(m_Kind, spared, mode);
+            const InjectedFault fault(m_Plan, spared, mode);
             end = m_pStage->Run();
-            hasFailed = fault.HasFailed();
         }
+        const bool hasFailed = m_Plan.HasFailed();
         FaultTally& tally = g_Tallies[m_Kind];
         tally.injected += hasFailed ? 1 : 0;
         tally.outside += end == FaultEnd::FailedOutside ? 1 : 0;
@@ -313,6 +314,7 @@ private:
 
     const FaultCase& m_Case;
     FaultKind m_Kind;
+    FaultPlan& m_Plan;
     bool m_bRuns = false;
     long m_nPlaces = 0;
     long m_nFailures = 0;
@@ -337,7 +339,7 @@ class FaultTest : public testing::TestWithParam<FaultCase>
 protected:
     static void TryKind(FaultKind kind)
     {
-        if (!InjectedFault::CanFail(kind))
+        if (!CanFail(kind))
         {
             GTEST_SKIP() << "this build does not ask at its " << NameOf(kind);
         }

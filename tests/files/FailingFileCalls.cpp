@@ -1,6 +1,5 @@
 // These functions stand before those of the C library, also for the C++ library.
 #include "FailingFileCalls.h"
-#include "FaultPlan.h"
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -54,19 +53,9 @@ TFunction* FindReal(const char* name)
 }
 }
 
-FailingFileCalls::FailingFileCalls(long spared, Mode mode)
+FaultPlan& GetFileCallPlan()
 {
-    g_FileCallPlan.Arm(spared, mode == Mode::FromThenOn);
-}
-
-FailingFileCalls::~FailingFileCalls()
-{
-    g_FileCallPlan.Disarm();
-}
-
-bool FailingFileCalls::HasFailed()
-{
-    return g_FileCallPlan.HasFailed();
+    return g_FileCallPlan;
 }
 
 FlushLog::FlushLog()

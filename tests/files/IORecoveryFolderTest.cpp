@@ -17,7 +17,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
-using Mode = FailingFileCalls::Mode;
 
 void WriteInto(IORecoveryFolder& folder, const std::string& text)
 {
@@ -212,9 +211,9 @@ TEST_F(RecoveryFolderTest, RemovesNothingOfSomebodyElseWhateverFailsInLooking)
         {
             fs::last_write_time(folder, time);
             {
-                const FailingFileCalls calls(spared, Mode::Once);
+                const InjectedFault fault(GetFileCallPlan(), spared, FaultMode::Once);
                 FindAbandoned();
-                hasFailed = FailingFileCalls::HasFailed();
+                hasFailed = GetFileCallPlan().HasFailed();
             }
             if (!fs::exists(folder / "a.jpg"))
             {
@@ -233,7 +232,7 @@ bool IsFoundBehindARemovalOf(const fs::path& parent, long calls)
 {
     {
         auto found = IORecoveryFolder::FindAbandoned(parent);
-        const FailingFileCalls none(1 + calls, Mode::FromThenOn);
+        const InjectedFault fault(GetFileCallPlan(), 1 + calls, FaultMode::FromThenOn);
         found.at(0).Remove();
     }
     return !IORecoveryFolder::FindAbandoned(parent).empty();
@@ -249,7 +248,7 @@ TEST_F(RecoveryFolderTest, IsNotFoundWhereItsRemovalStopped)
             LeaveBehind(m_Parent, "model");
             std::ofstream(GetEntry() / foreign) << "mine";
             EXPECT_FALSE(IsFoundBehindARemovalOf(m_Parent, calls)) << calls;
-            hasFailed = FailingFileCalls::HasFailed();
+            hasFailed = GetFileCallPlan().HasFailed();
             fs::remove_all(m_Parent);
         }
     }
@@ -271,7 +270,7 @@ TEST_F(RecoveryFolderTest, IsWhollyMadeOrNotAtAllWhateverCallFails)
         bool isMade = true;
         try
         {
-            const FailingFileCalls calls(spared, Mode::Once);
+            const InjectedFault fault(GetFileCallPlan(), spared, FaultMode::Once);
             IORecoveryFolder::Create(m_Parent);
         }
         catch (const FileError&)
@@ -282,8 +281,8 @@ TEST_F(RecoveryFolderTest, IsWhollyMadeOrNotAtAllWhateverCallFails)
         {
             EXPECT_THAT(m_Folder.List("state/recovery"), SizeIs(isMade ? 1 : 0)) << spared;
         }
-        EXPECT_TRUE(isMade || FailingFileCalls::HasFailed());
-        if (!FailingFileCalls::HasFailed())
+        EXPECT_TRUE(isMade || GetFileCallPlan().HasFailed());
+        if (!GetFileCallPlan().HasFailed())
         {
             break;
         }
@@ -294,16 +293,16 @@ TEST_F(RecoveryFolderTest, IsWhollyMadeOrNotAtAllWhateverCallFails)
 TEST_F(RecoveryFolderTest, KeepsItsModelWhateverCallFailsWhileItIsLookedFor)
 {
     LeaveBehind(m_Parent, "model");
-    for (const Mode mode : {Mode::Once, Mode::FromThenOn})
+    for (const FaultMode mode : {FaultMode::Once, FaultMode::FromThenOn})
     {
         for (long spared = 0;; ++spared)
         {
             {
-                const FailingFileCalls calls(spared, mode);
+                const InjectedFault fault(GetFileCallPlan(), spared, mode);
                 FindAbandoned();
             }
             EXPECT_THAT(TextsOf(FindAbandoned()), ElementsAre("model")) << spared;
-            if (!FailingFileCalls::HasFailed())
+            if (!GetFileCallPlan().HasFailed())
             {
                 break;
             }

@@ -69,7 +69,7 @@ TEST_F(ConsoleGuiTest, GoesOnBehindAnEventThatHasNoMemoryAtAll)
     QEvent event(QEvent::User);
     bool isTaken = true;
     {
-        const FailingMemory memory(0, FailingMemory::Mode::FromThenOn);
+        const InjectedFault fault(GetMemoryPlan(), 0, FaultMode::FromThenOn);
         isTaken = QCoreApplication::sendEvent(&object, &event);
     }
     EXPECT_FALSE(isTaken);

@@ -3,6 +3,12 @@
 
 namespace tessarine
 {
+enum class FaultMode
+{
+    Once,
+    FromThenOn
+};
+
 /// Which of the many places of one kind that a run passes is to fail. Every place asks once.
 class FaultPlan
 {
@@ -10,11 +16,11 @@ public:
     static constexpr long kNone = std::numeric_limits<long>::max();
 
     /// @param spared how many places are passed before the one that fails; kNone only counts
-    /// @param goesOn whether all places behind that one fail as well
-    void Arm(long spared, bool goesOn)
+    /// @param mode whether all places behind that one fail as well
+    void Arm(long spared, FaultMode mode)
     {
         m_nSpared = spared;
-        m_bGoesOn = goesOn;
+        m_Mode = mode;
         m_nPassed = 0;
         m_bArmed = true;
     }
@@ -28,7 +34,7 @@ public:
             return false;
         }
         const long place = m_nPassed++;
-        return m_bGoesOn ? place >= m_nSpared : place == m_nSpared;
+        return m_Mode == FaultMode::Once ? place == m_nSpared : place >= m_nSpared;
     }
 
     /// Since it was armed, until it is armed again.
@@ -37,8 +43,21 @@ public:
 
 private:
     bool m_bArmed = false;
-    bool m_bGoesOn = false;
+    FaultMode m_Mode = FaultMode::Once;
     long m_nSpared = kNone;
     long m_nPassed = 0;
+};
+
+/// Arms a plan while it lives.
+class InjectedFault
+{
+public:
+    InjectedFault(FaultPlan& plan, long spared, FaultMode mode) : m_Plan(plan) { m_Plan.Arm(spared, mode); }
+    ~InjectedFault() { m_Plan.Disarm(); }
+    InjectedFault(const InjectedFault&) = delete;
+    InjectedFault& operator=(const InjectedFault&) = delete;
+
+private:
+    FaultPlan& m_Plan;
 };
 }

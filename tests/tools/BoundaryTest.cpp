@@ -291,7 +291,7 @@ TEST_F(BoundaryTest, KeepsTheOldDocumentWhenANewOneFails)
     EXPECT_FALSE(m_Bench.Perform("new", Effect::ReplacesDocument,
                                  [this]
                                  {
-                                     const FailingMemory memory(0, FailingMemory::Mode::Once);
+                                     const InjectedFault fault(GetMemoryPlan(), 0, FaultMode::Once);
                                      m_Bench.NewDocument();
                                  }));
     EXPECT_EQ(PictureOf(m_Bench), m_strBefore);
@@ -348,7 +348,7 @@ TEST_F(BoundaryTest, KeepsTheOverlaysWhenTheFrameOfANewDocumentFails)
 
 /// Runs an operation over and over, each time with the next of its allocations failing, until none is left to
 /// fail.
-class OutOfMemory : public BoundaryTest, public testing::WithParamInterface<FailingMemory::Mode>
+class OutOfMemory : public BoundaryTest, public testing::WithParamInterface<FaultMode>
 {
 protected:
     /// Under the select tool an operation also looks ahead of the next motion, which may fail without a word.
@@ -372,16 +372,16 @@ private:
         {
             bool done = false;
             {
-                const FailingMemory memory(spared, GetParam());
+                const InjectedFault fault(GetMemoryPlan(), spared, GetParam());
                 done = m_Bench.Perform("operation", effect, action);
             }
             if (done)
             {
-                EXPECT_FALSE(FailingMemory::HasFailed()) << "allocation " << spared;
+                EXPECT_FALSE(GetMemoryPlan().HasFailed()) << "allocation " << spared;
                 EXPECT_GT(spared, 0);
                 return;
             }
-            ASSERT_TRUE(FailingMemory::HasFailed());
+            ASSERT_TRUE(GetMemoryPlan().HasFailed());
             ASSERT_EQ(PictureOf(m_Bench), m_strBefore) << "allocation " << spared;
         }
     }
@@ -396,10 +396,10 @@ TEST_P(OutOfMemory, EndsNoOperationBehindWhichItLooksAhead)
     {
         bool done = false;
         {
-            const FailingMemory memory(spared, GetParam());
+            const InjectedFault fault(GetMemoryPlan(), spared, GetParam());
             done = m_Bench.Perform("operation", Effect::ReplacesModel, [] {});
         }
-        failedAhead += done && FailingMemory::HasFailed() ? 1 : 0;
+        failedAhead += done && GetMemoryPlan().HasFailed() ? 1 : 0;
         EXPECT_TRUE(m_Bench.SendEvent({.kind = ToolEvent::Kind::MouseMove, .x = 50, .y = 50}));
         EXPECT_EQ(m_Bench.GetView().GetHoverList().size(), 1U);
     }
@@ -463,7 +463,6 @@ TEST_P(OutOfMemory, LeavesTheOldDocument)
     EXPECT_EQ(GetElements().GetFaceArray().size(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, OutOfMemory,
-                         testing::Values(FailingMemory::Mode::Once, FailingMemory::Mode::FromThenOn));
+INSTANTIATE_TEST_SUITE_P(Modes, OutOfMemory, testing::Values(FaultMode::Once, FaultMode::FromThenOn));
 }
 }

@@ -277,7 +277,7 @@ TEST_F(CameraToolsTest, StayIdleWhereNeitherTheNextToolNorTheyThemselvesCanEnter
     Take(ToolID::Zoom);
     Press(0, 0);
     {
-        const FailingMemory memory(0, FailingMemory::Mode::FromThenOn);
+        const InjectedFault fault(GetMemoryPlan(), 0, FaultMode::FromThenOn);
         EXPECT_THROW(Take(ToolID::Orbit), std::bad_alloc);
     }
     EXPECT_TRUE(Move(0, 30));

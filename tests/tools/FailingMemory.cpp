@@ -52,22 +52,7 @@ void* AllocateOrNull(std::size_t size, const void* asker) noexcept
 }
 }
 
-FailingMemory::FailingMemory(long spared, Mode mode)
-{
-    g_MemoryPlan.Arm(spared, mode == Mode::FromThenOn);
-}
-
-FailingMemory::~FailingMemory()
-{
-    g_MemoryPlan.Disarm();
-}
-
-bool FailingMemory::HasFailed()
-{
-    return g_MemoryPlan.HasFailed();
-}
-
-FaultPlan& FailingMemory::GetPlan()
+FaultPlan& GetMemoryPlan()
 {
     return g_MemoryPlan;
 }

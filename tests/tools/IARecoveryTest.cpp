@@ -206,7 +206,7 @@ TEST_F(RecoveryTest, OffersNothingAfterACleanExitWithoutMemory)
     Choose(ResourceID::SubdivideLoop);
     ASSERT_THAT(FindModels(), SizeIs(1));
     {
-        const FailingMemory memory(0, FailingMemory::Mode::FromThenOn);
+        const InjectedFault fault(GetMemoryPlan(), 0, FaultMode::FromThenOn);
         m_Recovery.End();
     }
     EXPECT_THAT(IORecoveryFolder::FindAbandoned(m_Folder / "state"), IsEmpty());
@@ -274,14 +274,14 @@ TEST_F(RecoveryTest, GoesOnWithoutMemoryForACopy)
     {
         Wait();
         m_Recovery.MarkChanged();
-        const FailingMemory memory(spared, FailingMemory::Mode::Once);
+        const InjectedFault fault(GetMemoryPlan(), spared, FaultMode::Once);
         m_Recovery.Keep(m_Bench.GetController());
-        if (!FailingMemory::HasFailed())
+        if (!GetMemoryPlan().HasFailed())
         {
             break;
         }
     }
-    EXPECT_FALSE(FailingMemory::HasFailed());
+    EXPECT_FALSE(GetMemoryPlan().HasFailed());
     DebugConsole().SetSink(kept);
     EXPECT_EQ(CountKeptFaces(), 16);
     EXPECT_THAT(FindModels(), SizeIs(1));
@@ -304,8 +304,6 @@ std::vector<std::string> ReadAbandoned(const std::filesystem::path& state)
 class FailingRecoveryTest : public RecoveryTest
 {
 protected:
-    using Mode = FailingFileCalls::Mode;
-
     void Keep(IARecovery& recovery)
     {
         Wait();
@@ -328,7 +326,7 @@ protected:
     /// A window in m_State to which a call fails.
     /// @param before the state folder that it takes its copy over from; empty for none
     /// @param goesOn whether it keeps the model again before it is killed
-    void KeepFailing(const std::string& before, long spared, Mode mode, bool goesOn)
+    void KeepFailing(const std::string& before, long spared, FaultMode mode, bool goesOn)
     {
         std::filesystem::remove_all(m_State);
         if (!before.empty())
@@ -341,7 +339,7 @@ protected:
             recovery.Adopt(std::move(copy));
         }
         {
-            const FailingFileCalls calls(spared, mode);
+            const InjectedFault fault(GetFileCallPlan(), spared, mode);
             Keep(recovery);
         }
         if (goesOn)
@@ -351,10 +349,10 @@ protected:
     }
 
     /// Has each call fail in turn.
-    void TryEachCall(const std::string& before, Mode mode, bool goesOn,
+    void TryEachCall(const std::string& before, FaultMode mode, bool goesOn,
                      const testing::Matcher<std::vector<std::string>>& expected)
     {
-        for (long spared = 0; spared == 0 || FailingFileCalls::HasFailed(); ++spared)
+        for (long spared = 0; spared == 0 || GetFileCallPlan().HasFailed(); ++spared)
         {
             KeepFailing(before, spared, mode, goesOn);
             EXPECT_THAT(ReadAbandoned(m_State), expected) << "behind " << spared << " calls";
@@ -382,7 +380,7 @@ TEST_F(FailingRecoveryTest, LeavesOneOfTwoModelsWholeWhateverCallFails)
     ImportPainted();
     const std::string after = KeepWhole("after");
     ASSERT_NE(before, after);
-    for (const Mode mode : {Mode::Once, Mode::FromThenOn})
+    for (const FaultMode mode : {FaultMode::Once, FaultMode::FromThenOn})
     {
         TryEachCall("before", mode, false, ElementsAre(AnyOf(before, after)));
         TryEachCall("before", mode, true, ElementsAre(after));
@@ -393,7 +391,7 @@ TEST_F(FailingRecoveryTest, LeavesNoPartOfAFirstModelWhateverCallFails)
 {
     ImportPainted();
     const std::string whole = KeepWhole("whole");
-    for (const Mode mode : {Mode::Once, Mode::FromThenOn})
+    for (const FaultMode mode : {FaultMode::Once, FaultMode::FromThenOn})
     {
         TryEachCall("", mode, false, AnyOf(IsEmpty(), ElementsAre(whole)));
         TryEachCall("", mode, true, ElementsAre(whole));

@@ -216,8 +216,7 @@ TEST_F(IncrementalMenuTest, GoesOnBehindAnOperationThatBringsTheModelIntoItsCube
 }
 
 /// How the memory ends.
-class IncrementalMenuOutOfMemory : public IncrementalMenuTest,
-                                   public testing::WithParamInterface<FailingMemory::Mode>
+class IncrementalMenuOutOfMemory : public IncrementalMenuTest, public testing::WithParamInterface<FaultMode>
 {
 };
 
@@ -232,7 +231,7 @@ TEST_P(IncrementalMenuOutOfMemory, LeavesModelAndCommand)
     for (long spared = 0; !done; ++spared)
     {
         {
-            const FailingMemory memory(spared, GetParam());
+            const InjectedFault fault(GetMemoryPlan(), spared, GetParam());
             done = Connect(3);
         }
         ASSERT_EQ(PictureOf(m_Bench) == before, !done) << "allocation " << spared;
@@ -242,7 +241,7 @@ TEST_P(IncrementalMenuOutOfMemory, LeavesModelAndCommand)
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, IncrementalMenuOutOfMemory,
-                         testing::Values(FailingMemory::Mode::Once, FailingMemory::Mode::FromThenOn));
+                         testing::Values(FaultMode::Once, FaultMode::FromThenOn));
 
 /// The machine on which no frame comes to its end.
 class IncrementalMenuWithoutFrames : public IncrementalMenuTest
