@@ -1,4 +1,5 @@
 #include "CConsoleWnd.h"
+#include "Answer.h"
 #include <QFontDatabase>
 #include <QScrollBar>
 
@@ -44,7 +45,7 @@ CConsoleWnd::CConsoleWnd() : m_Decoder(QStringDecoder::Utf8)
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_ShowWithoutActivating);
     m_Soon.setSingleShot(true);
-    connect(&m_Soon, &QTimer::timeout, this, &CConsoleWnd::ShowPending);
+    connect(&m_Soon, &QTimer::timeout, this, [this] { Answer([this] { ShowPending(); }); });
 }
 
 bool CConsoleWnd::Append(std::string_view text)

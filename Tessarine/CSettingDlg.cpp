@@ -1,4 +1,5 @@
 #include "CSettingDlg.h"
+#include "Answer.h"
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -43,9 +44,13 @@ QGroupBox* CSettingDlg::MakeSliderGroup(const char* title, std::initializer_list
         connect(slider, &QSlider::valueChanged, this,
                 [this, row](int position)
                 {
-                    OnHScroll(row.slider, position);
-                    Control<QLineEdit>(row.edit).setText(QString::number(position));
-                    Invalidate();
+                    Answer(
+                        [&]
+                        {
+                            OnHScroll(row.slider, position);
+                            Control<QLineEdit>(row.edit).setText(QString::number(position));
+                            Invalidate();
+                        });
                 });
         layout->addWidget(new QLabel(row.label), line, 0);
         layout->addWidget(slider, line, 1);

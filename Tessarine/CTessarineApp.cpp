@@ -1,10 +1,10 @@
 #include "CTessarineApp.h"
+#include "Answer.h"
 #include "CAboutDlg.h"
 #include "CTessarineDoc.h"
 #include "CTessarineView.h"
 #include "Display.h"
 #include "ErrorLine.h"
-#include "FailureText.h"
 #include "MainFrm.h"
 #include "Pictures.h"
 #include "ProgramSettings.h"
@@ -68,18 +68,6 @@ CTessarineApp::~CTessarineApp()
     SetErrorListener({});
     DebugConsole().SetSink(std::move(m_Terminal));
     SetPlatform(m_pPlatformBefore);
-}
-
-/// No box: it would need what is missing, and the next paint event would come for another.
-void CTessarineApp::TellLostEvent() noexcept
-{
-    try
-    {
-        Complain("the window could not do all that was asked of it: " + DescribeFailure());
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
-    {
-    }
 }
 
 bool CTessarineApp::notify(QObject* receiver, QEvent* event)

@@ -33,25 +33,7 @@ public:
     /// @return whether the entry is one of the program's own
     bool OnCommand(int id);
 
-    /// Runs what an action of the user leads to, and tells on standard error and on the console what ends it: no
-    /// exception may pass Qt's own code. The operations of the model pass the boundary besides.
-    /// Needs no memory itself.
-    /// @return whether it ran to its end
-    template <class TAction>
-    static bool Answer(const TAction& action) noexcept
-    {
-        try
-        {
-            action();
-            return true;
-        }
-        catch (...)
-        {
-            TellLostEvent();
-            return false;
-        }
-    }
-    /// The same for every event.
+    /// Answers every event, see Answer.h.
     bool notify(QObject* receiver, QEvent* event) override;
 
     CDialogPlatform& GetPlatform() { return m_Platform; }
@@ -62,7 +44,6 @@ public:
     CMainFrame* GetFrame() { return m_pFrame.get(); }
 
 private:
-    static void TellLostEvent() noexcept;
     void SpeakChinese();
     void TakeConsoleText(std::string_view text);
     void Show(std::string_view text);

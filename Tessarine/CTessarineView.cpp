@@ -1,4 +1,5 @@
 #include "CTessarineView.h"
+#include "Answer.h"
 #include "CTessarineApp.h"
 #include "MainFrm.h"
 #include <QKeyEvent>
@@ -15,9 +16,9 @@ public:
     {
         m_View.m_bOccupied = false;
         m_View.m_bBadFrame = false;
-        CTessarineApp::Answer([] { CTessarineApp::Get().GetPlatform().CloseDeadDialogs(); });
-        CTessarineApp::Answer([] { CTessarineApp::Get().GetPlatform().ForgetHiddenMessages(); });
-        CTessarineApp::Answer([this] { m_View.CatchUp(); });
+        Answer([] { CTessarineApp::Get().GetPlatform().CloseDeadDialogs(); });
+        Answer([] { CTessarineApp::Get().GetPlatform().ForgetHiddenMessages(); });
+        Answer([this] { m_View.CatchUp(); });
     }
     Occupied(const Occupied&) = delete;
     Occupied& operator=(const Occupied&) = delete;

@@ -1,4 +1,5 @@
 #include "MainFrm.h"
+#include "Answer.h"
 #include "CTessarineApp.h"
 #include "CTessarineDoc.h"
 #include "CTessarineView.h"
@@ -102,7 +103,7 @@ public:
     {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         m_Frame.m_strRunning = std::move(name);
-        CTessarineApp::Answer(
+        Answer(
             [this]
             {
                 m_Frame.ShowMessageLine({});
@@ -112,7 +113,7 @@ public:
     ~RunningCommand()
     {
         m_Frame.m_strRunning.clear();
-        CTessarineApp::Answer(
+        Answer(
             [this]
             {
                 QGuiApplication::restoreOverrideCursor();
@@ -127,7 +128,7 @@ private:
 };
 
 CMainFrame::CMainFrame(CTessarineApp& app)
-    : m_App(app), m_Actions(*this, [this](int id) { CTessarineApp::Answer([this, id] { OnCommand(id); }); })
+    : m_App(app), m_Actions(*this, [this](int id) { Answer([this, id] { OnCommand(id); }); })
 {
     setWindowTitle(QString::fromStdString(GetWindowTitle({})));
     setWindowIcon(LoadPicture(ResourceID::MainFrame));
@@ -184,8 +185,7 @@ bool CMainFrame::ImportModel(const QString& path)
 
 void CMainFrame::FillMenu(QMenu& menu, std::span<const MenuLine> lines)
 {
-    connect(&menu, &QMenu::aboutToShow, this,
-            [this] { CTessarineApp::Answer([this] { UpdateCommands(); }); });
+    connect(&menu, &QMenu::aboutToShow, this, [this] { Answer([this] { UpdateCommands(); }); });
     for (const MenuLine& line : lines)
     {
         if (!line.items.empty())
@@ -420,7 +420,9 @@ void CMainFrame::dropEvent(QDropEvent* event)
 {
     AcceptCopy(*event);
     // Once the other program has its answer: an import may take its time, and ask.
-    QTimer::singleShot(0, this, [this, path = GetDraggedModel(*event->mimeData())] { ImportWhenFree(path); });
+    QTimer::singleShot(0, this,
+                       [this, path = GetDraggedModel(*event->mimeData())]
+                       { Answer([&] { ImportWhenFree(path); }); });
 }
 
 /// A command may have begun meanwhile.
@@ -429,10 +431,10 @@ void CMainFrame::ImportWhenFree(const QString& path)
     if (m_pView->IsOccupied())
     {
         constexpr int kPause = 100; // milliseconds
-        QTimer::singleShot(kPause, this, [this, path] { ImportWhenFree(path); });
+        QTimer::singleShot(kPause, this, [this, path] { Answer([&] { ImportWhenFree(path); }); });
         return;
     }
-    CTessarineApp::Answer([&] { ImportModel(path); });
+    ImportModel(path);
 }
 
 /// The keys that stay down change anywhere, also while another program has the keyboard.

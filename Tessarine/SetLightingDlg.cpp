@@ -1,4 +1,5 @@
 #include "SetLightingDlg.h"
+#include "Answer.h"
 #include "Open3DLight.h"
 #include "resource.h"
 #include <QCheckBox>
@@ -82,7 +83,7 @@ QWidget* CSetLightingDlg::MakeCheck(const ColourGroup& group)
 {
     auto* check = new QCheckBox(group.title);
     check->setObjectName(QString::number(group.check));
-    connect(check, &QCheckBox::clicked, this, [this, &group] { Flip(group.flag); });
+    connect(check, &QCheckBox::clicked, this, [this, &group] { Answer([&] { Flip(group.flag); }); });
     return check;
 }
 
@@ -133,7 +134,7 @@ void CSetLightingDlg::FillLights()
     combo.setCurrentIndex(0);
     m_pLight = m_Lights.empty() ? std::weak_ptr<Open3DLight>() : m_Lights.front();
     connect(&combo, &QComboBox::currentTextChanged, this,
-            [this](const QString& name) { OnSelectLight(name); });
+            [this](const QString& name) { Answer([&] { OnSelectLight(name); }); });
 }
 
 /// The first light of the name, or the last one where none has it.

@@ -50,11 +50,16 @@ bool BatchRun::RunOne(const OperationCall& call)
 {
     m_strOperation = call.pOperation->name;
     m_Platform.SetFailurePlace(call.place);
-    m_Progress.Begin(m_strOperation);
+    const bool done = RunWithProgress(call);
+    return done && TellLostConsoleText();
+}
+
+bool BatchRun::RunWithProgress(const OperationCall& call)
+{
+    const ProgressLine::Run run(m_Progress, m_strOperation);
     const bool done = call.pOperation->handler(*this, call.arguments);
     DebugConsole().Flush();
-    m_Progress.End();
-    return done && TellLostConsoleText();
+    return done;
 }
 
 bool BatchRun::Perform(Effect effect, const std::function<void()>& action)

@@ -45,6 +45,7 @@ public:
 private:
     void CreateViewFor(const std::vector<OperationCall>& calls);
     bool RunOne(const OperationCall& call);
+    bool RunWithProgress(const OperationCall& call);
     void TakeConsoleText(std::string_view text);
     void WriteAboveProgress(std::string_view text);
     void TakeErrorLine(std::string_view line);

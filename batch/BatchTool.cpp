@@ -2,10 +2,9 @@
 #include "BatchRun.h"
 #include "CommandLine.h"
 #include "ErrorLine.h"
+#include "FailureText.h"
 #include "File.h"
-#include "IException.h"
 #include "Streams.h"
-#include <exception>
 #include <new>
 
 namespace tessarine
@@ -95,15 +94,11 @@ int RunBatchTool(const std::vector<std::string>& arguments) noexcept
     }
     catch (const std::bad_alloc&)
     {
-        WriteStandardError("tessarine-batch: out of memory\n");
+        WriteStandardError("tessarine-batch: not enough memory\n");
     }
-    catch (const std::exception& error)
+    catch (...) // from outside of every operation
     {
-        Complain(error.what());
-    }
-    catch (const IException& error) // from outside of every operation
-    {
-        Complain(error.GetMessage());
+        Complain(DescribeFailure());
     }
     return ExitStatus::Failed;
 }

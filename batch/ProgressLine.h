@@ -9,19 +9,27 @@ namespace tessarine
 class ProgressLine
 {
 public:
-    ProgressLine() = default;
-    ~ProgressLine() { End(); }
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
+    /// An operation while it runs.
+    class Run
+    {
+    public:
+        Run(ProgressLine& line, const std::string& operation) : m_Line(line) { m_Line.Begin(operation); }
+        ~Run() { m_Line.End(); }
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
 
-    void Begin(const std::string& operation);
-    void End();
+    private:
+        ProgressLine& m_Line;
+    };
 
     /// Around output: takes the line away, and brings it back with the seconds of now.
     void Hide();
     void Show();
 
 private:
+    void Begin(const std::string& operation);
+    void End();
+
     std::string m_strOperation; ///< empty while none runs, or nobody looks
     std::chrono::steady_clock::time_point m_Begin;
     bool m_bShown = false;

@@ -60,15 +60,19 @@ install_missing() {
 # apt-get in English, as the user in root[@], silent unless it fails.
 get_packages() { "${root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq "$@" 2>&1 </dev/null; }
 
+# What ended update is a reason only where install misses the lists.
 # explain_apt OUTPUT-OF-UPDATE OUTPUT-OF-INSTALL
 explain_apt() {
-  local error
-  case $1$2 in
+  local error said=$2
+  case $2 in
+  *"Unable to locate package"* | *"has no installation candidate"*) said=$1$'\n'$2 ;;
+  esac
+  case $said in
   *"No space left on device"* | *"enough free space"*)
     die "the disk is full: make room for the packages and run this again (free space: $(free_space /usr) in /usr, $(free_space /var) in /var)"
     ;;
   *"Failed to fetch"*)
-    error=$(printf '%s\n' "$@" | grep -m 1 "Failed to fetch")
+    error=$(grep -m 1 "Failed to fetch" <<<"$said")
     die "the packages cannot be fetched: see to the network and run this again; apt-get says: $error"
     ;;
   esac

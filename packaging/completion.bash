@@ -51,7 +51,7 @@ _tessarine_batch() {
 
   if ((arguments < files)); then
     mapfile -t COMPREPLY < <(
-      cd -- "${folder:-.}" 2>/dev/null || exit
+      CDPATH= cd -- "${folder:-.}" 2>/dev/null || exit
       compgen -f -X "$excluded" -- "$word"
       [ -z "$excluded" ] || compgen -d -- "$word"
     )

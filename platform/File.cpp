@@ -132,26 +132,27 @@ void RefuseBeforeOpening(const fs::path& path)
     }
 }
 
-/// @param size takes that of the file
-int OpenOrdinaryFile(const fs::path& path, std::size_t& size)
+/// Opening a pipe that nobody writes to would wait for ever without O_NONBLOCK.
+Descriptor OpenToRead(const fs::path& path)
 {
     RefuseBeforeOpening(path);
-    // Looked at again once it is open: it may be another by then, and opening a pipe that nobody writes to would wait
-    // for ever without O_NONBLOCK.
-    const int descriptor =
-        Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+    return Descriptor(
+        Retry([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+}
+
+/// Its size. Looked at again now that it is open: it may be another by then.
+std::size_t DemandOrdinary(const Descriptor& file, const fs::path& path)
+{
     struct stat status = {};
-    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
+    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0)
     {
         Refuse("open", path, ReasonOf(errno));
     }
     if (const std::string reason = KindRefused(status.st_mode); !reason.empty())
     {
-        ::close(descriptor);
         Refuse("open", path, reason);
     }
-    size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
-    return descriptor;
+    return static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
 }
 
 /// What an ordinary file without a size of its own gives at most: some of the system's have no end.
@@ -289,8 +290,8 @@ std::string ReadFile(const fs::path& path, ReadBudget& budget)
     {
         Refuse("read", path, budget.refusal);
     }
-    std::size_t size = 0;
-    const Descriptor file(OpenOrdinaryFile(path, size));
+    const Descriptor file = OpenToRead(path);
+    const std::size_t size = DemandOrdinary(file, path);
     if (size > GetMostBytes())
     {
         Refuse("read", path, kTooLargeForMemory);
@@ -306,8 +307,8 @@ std::string ReadFile(const fs::path& path, ReadBudget& budget)
 
 FileHead ReadFileHead(const fs::path& path, std::size_t bytes)
 {
-    std::size_t size = 0;
-    const Descriptor file(OpenOrdinaryFile(path, size));
+    const Descriptor file = OpenToRead(path);
+    const std::size_t size = DemandOrdinary(file, path);
     FileHead head{size, std::string(bytes, '\0')};
     const ssize_t count = Retry([&] { return ::pread(file.Get(), head.bytes.data(), bytes, 0); });
     if (count < 0)

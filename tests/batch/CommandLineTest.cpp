@@ -294,7 +294,7 @@ TEST(BatchHelp, TellsFormPurposeAndExampleOfOneOperation)
     EXPECT_THROW(GetHelpText({"frobnicate"}), UsageError);
 }
 
-TEST(BatchHelp, HasARunnableExampleOfEveryOperation)
+TEST(BatchHelp, HasAnExampleOfEveryOperation)
 {
     for (const Operation& operation : GetOperations())
     {
@@ -337,7 +337,7 @@ TEST(BatchHelp, HasExamplesThatLeaveTheSamplesAsTheyAre)
     EXPECT_THAT(overwritten, IsEmpty());
 }
 
-TEST(BatchHelp, EndsWithARunnableExample)
+TEST(BatchHelp, EndsWithAnExample)
 {
     const std::string help = GetHelpText();
     const std::string program = "  tessarine-batch ";

@@ -139,6 +139,14 @@ TEST_F(BatchCompletion, LooksForFilesInTheFolderToWorkIn)
     EXPECT_THAT(Complete({"-C", "data/fine\\ models", "import", ""}), ElementsAre("c.obj"));
 }
 
+TEST_F(BatchCompletion, LooksNowhereElseWhereTheShellHasAPathForItsFolders)
+{
+    ASSERT_EQ(::setenv("CDPATH", ".:data", 1), 0);
+    EXPECT_THAT(Complete({"-C", "data", "filter-image", "i"}), ElementsAre("in.bmp"));
+    EXPECT_THAT(Complete({"-C", "fine\\ models", "import", ""}), IsEmpty());
+    ::unsetenv("CDPATH");
+}
+
 TEST_F(BatchCompletion, OffersFoldersToWorkIn)
 {
     EXPECT_THAT(Complete({"-C", ""}), ElementsAre("data"));

@@ -112,6 +112,22 @@ TEST_F(PackageInstallation, DoesWithOldListsWhereTheyCannotBeFetched)
     EXPECT_THAT(result.errors, IsEmpty());
 }
 
+TEST_F(PackageInstallation, TellsWhatEndedTheInstallationAlsoBehindListsThatCannotBeFetched)
+{
+    WriteAptGet("echo '" + std::string(kUnresolved) + "'; exit 100",
+                "echo 'E: Could not get lock'; exit 100");
+    ExpectFailure("the packages cannot be installed: see to what apt-get says and run this again: E: Could "
+                  "not get lock");
+}
+
+TEST_F(PackageInstallation, TellsTheFreeSpaceOfADiskThatWasFullForTheLists)
+{
+    WriteAptGet("echo 'E: Write error - write (28: No space left on device)'; exit 100",
+                "echo 'E: Unable to locate package compiler'; exit 100");
+    ExpectFailure("the disk is full: make room for the packages and run this again (free space: 7M in "
+                  "/usr, 3M in /var)");
+}
+
 TEST_F(PackageInstallation, TellsTheFreeSpaceOfAFullDisk)
 {
     const std::string sentence =

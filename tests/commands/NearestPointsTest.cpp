@@ -3,10 +3,14 @@
 #include "Refusal.h"
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
+#include <malloc.h>
 #include <random>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace tessarine
 {
@@ -49,6 +53,61 @@ TEST(NearestPoints, FindsTheNearestFirst)
         }
     }
 }
+
+#if !defined(__SANITIZE_ADDRESS__) // which has memory of its own without a measure
+/// The process gets so much more memory while it lives.
+class MemoryLimit
+{
+public:
+    explicit MemoryLimit(std::size_t bytes)
+    {
+        std::size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        ::getrlimit(RLIMIT_AS, &m_Before);
+        const rlimit limit{pages * static_cast<std::size_t>(::getpagesize()) + bytes, m_Before.rlim_max};
+        ::setrlimit(RLIMIT_AS, &limit);
+    }
+    ~MemoryLimit() { ::setrlimit(RLIMIT_AS, &m_Before); }
+    MemoryLimit(const MemoryLimit&) = delete;
+    MemoryLimit& operator=(const MemoryLimit&) = delete;
+
+private:
+    rlimit m_Before{};
+};
+
+/// @return whether there was memory for it
+bool BuildWithin(std::size_t bytes, const std::vector<smVec3d>& points)
+{
+    const MemoryLimit limit(bytes);
+    try
+    {
+        const NearestPoints nearest(points);
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+}
+
+TEST(NearestPoints, ForgetsNothingWhereverTheMemoryEnds)
+{
+    constexpr std::size_t kStep = std::size_t{1} << 20U;
+    constexpr std::size_t kNoise = 16384; // what the system keeps at hand
+    const std::vector<smVec3d> points = DrawPoints(200000);
+    bool isBuilt = false;
+    std::size_t failures = 0;
+    for (std::size_t bytes = kStep; !isBuilt; bytes += kStep)
+    {
+        ::malloc_trim(0);
+        const std::size_t before = ::mallinfo2().uordblks;
+        isBuilt = BuildWithin(bytes, points);
+        EXPECT_LT(::mallinfo2().uordblks, before + kNoise) << bytes;
+        failures += isBuilt ? 0 : 1;
+    }
+    EXPECT_GT(failures, 10U);
+}
+#endif
 
 TEST(NearestPoints, GivesAllWhereThereAreFewerThanAskedFor)
 {

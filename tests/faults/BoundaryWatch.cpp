@@ -1,8 +1,6 @@
 // The boundary begins and ends the reports of assertions, as its first and its last step. The linker leads both calls here
 // (CMakeLists.txt).
 #include "BoundaryWatch.h"
-#include "ErrorLine.h"
-#include <algorithm>
 #include <array>
 
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names
@@ -65,16 +63,15 @@ void LeaveBoundary()
     g_bInside = false;
 }
 
-ToldFailures::ToldFailures()
+ToldFailures::ToldFailures() : m_Before(SetErrorListener(&Hear))
 {
     g_nTold = 0;
     g_nLastLength = 0;
-    SetErrorListener(&Hear);
 }
 
 ToldFailures::~ToldFailures()
 {
-    SetErrorListener({});
+    SetErrorListener(m_Before);
 }
 
 int ToldFailures::Count()

@@ -1,4 +1,5 @@
 #pragma once
+#include "ErrorLine.h"
 #include <string_view>
 
 namespace tessarine
@@ -21,5 +22,8 @@ public:
     static int Count();
     /// As it is printed, or the beginning of it.
     static std::string_view GetLast();
+
+private:
+    ErrorListener m_Before;
 };
 }

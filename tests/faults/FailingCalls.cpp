@@ -1,4 +1,5 @@
 // The linker leads the calls of the program's own code here (CMakeLists.txt); those of shared libraries go past.
+#include "FailedCalls.h"
 #include "Faults.h"
 #include <cerrno>
 #include <cstdarg>
@@ -28,12 +29,7 @@ using namespace tessarine;
 
 bool MustCallFail(int error)
 {
-    if (!GetFaultPlan(FaultKind::FileCall).MustFail())
-    {
-        return false;
-    }
-    errno = error;
-    return true;
+    return MustFailWith(GetFaultPlan(FaultKind::FileCall), error);
 }
 }
 
@@ -63,16 +59,9 @@ extern "C"
         return MustCallFail(EIO) ? -1 : __real_pread(descriptor, bytes, size, at);
     }
 
-    /// A disk that is full takes a part first.
     ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size)
     {
-        if (!MustCallFail(ENOSPC))
-        {
-            return __real_write(descriptor, bytes, size);
-        }
-        static_cast<void>(__real_write(descriptor, bytes, size / 2));
-        errno = ENOSPC;
-        return -1;
+        return WriteOrFail(GetFaultPlan(FaultKind::FileCall), __real_write, descriptor, bytes, size);
     }
 
     int __wrap_fstat(int descriptor, struct stat* status)
@@ -85,13 +74,9 @@ extern "C"
         return MustCallFail(EPERM) ? -1 : __real_fchmod(descriptor, mode);
     }
 
-    /// The descriptor is closed all the same.
     int __wrap_close(int descriptor)
     {
-        const bool fails = MustCallFail(EIO);
-        const int result = __real_close(descriptor);
-        errno = fails ? EIO : errno;
-        return fails ? -1 : result;
+        return CloseOrFail(GetFaultPlan(FaultKind::FileCall), __real_close, descriptor);
     }
 
     int __wrap_rename(const char* from, const char* to)

@@ -1,7 +1,7 @@
 #include "FaultWorkspace.h"
 #include "EigenTable.h"
-#include "Image.h"
 #include "Meshes.h"
+#include "SilhouetteFiles.h"
 #include <chrono>
 #include <iterator>
 
@@ -12,28 +12,6 @@ namespace
 /// The time of every file that nobody has written since.
 const std::filesystem::file_time_type kAsMade =
     std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-
-constexpr char kIdentity[] = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n";
-
-/// An object of radius `radius` in the middle of a square picture, with two markers.
-Image DrawDisc(int side, int radius)
-{
-    Image image{side, side, 3, {}};
-    for (int i = 0; i < side * side; ++i)
-    {
-        const int x = 2 * (i % side) + 1 - side; // in half pixels
-        const int y = 2 * (i / side) + 1 - side;
-        image.pixels.insert(image.pixels.end(), 3, x * x + y * y < 4 * radius * radius ? 255 : 0);
-    }
-    return image;
-}
-
-void Mark(Image& image, std::size_t pixel)
-{
-    image.pixels[3 * pixel] = 0;
-    image.pixels[3 * pixel + 1] = 255;
-    image.pixels[3 * pixel + 2] = 0;
-}
 
 std::string FormatPoints(const PositionList& points, const std::string& lead)
 {
@@ -104,7 +82,7 @@ FaultWorkspace::FaultWorkspace()
     }
     WriteModels();
     WriteClouds();
-    WriteSilhouettes();
+    WriteSilhouetteFiles(GetPath());
     WriteSmallData();
     for (const auto& [name, content] : ReadAllFiles())
     {
@@ -127,24 +105,6 @@ void FaultWorkspace::WriteClouds() const
     Write("data/dragon.txta", "2\n1 1 -1\n-1 -1 1\n");
     Write("data/bunny.txta", "7\n1 1 1\n1 -1 -1\n-1 1 -1\n-1 -1 1\n.5 -.4 .5\n.5 .5 -.4\n-.4 .5 .5\n");
     Write("data/horse.txta", FormatCloud(Sphere(3).positions));
-}
-
-void FaultWorkspace::WriteSilhouettes() const
-{
-    Write("data/bunny/param.dat", std::string("3\n72 72\n") + kIdentity +
-                                      "0 0 -1 0 0 1 0 0 1 0 0 0 0 0 0 1\n"
-                                      "1 0 0 0 0 0 1 0 0 -1 0 0 0 0 0 1\n");
-    for (const char* name : {"1.bmp", "2.bmp", "3.bmp"})
-    {
-        WriteImage(DrawDisc(72, 18), *this / "data/bunny" / name);
-    }
-    std::filesystem::create_directory(*this / "data/man");
-    Write("data/man/param.dat", std::string("1\n8 8\n") + kIdentity);
-    Write("data/man/unitize.dat", "0 0 0 1\n4 4\n");
-    Image marked = DrawDisc(8, 3);
-    Mark(marked, 3);
-    Mark(marked, 60);
-    WriteImage(marked, *this / "data/man/1.bmp");
 }
 
 void FaultWorkspace::WriteSmallData() const

@@ -23,7 +23,6 @@ public:
 private:
     void WriteModels() const;
     void WriteClouds() const;
-    void WriteSilhouettes() const;
     void WriteSmallData() const;
 };
 }

@@ -1,5 +1,6 @@
 // These functions stand before those of the C library, also for the C++ library.
 #include "FailingFileCalls.h"
+#include "FailedCalls.h"
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -20,12 +21,7 @@ std::vector<std::string>* g_pFlushes = nullptr;
 
 bool MustCallFail(int error)
 {
-    if (!g_FileCallPlan.MustFail())
-    {
-        return false;
-    }
-    errno = error;
-    return true;
+    return MustFailWith(g_FileCallPlan, error);
 }
 
 void NoteRenaming(const char* to)
@@ -86,27 +82,16 @@ extern "C"
         return MustCallFail(EMFILE) ? -1 : real(path, flags, mode);
     }
 
-    /// A disk that is full takes a part first.
     ssize_t write(int descriptor, const void* bytes, size_t size)
     {
         static auto* const real = FindReal<ssize_t(int, const void*, size_t)>("write");
-        if (!MustCallFail(ENOSPC))
-        {
-            return real(descriptor, bytes, size);
-        }
-        static_cast<void>(real(descriptor, bytes, size / 2));
-        errno = ENOSPC;
-        return -1;
+        return tessarine::WriteOrFail(tessarine::GetFileCallPlan(), real, descriptor, bytes, size);
     }
 
-    /// The descriptor is closed all the same.
     int close(int descriptor)
     {
         static auto* const real = FindReal<int(int)>("close");
-        const bool fails = MustCallFail(EIO);
-        const int result = real(descriptor);
-        errno = fails ? EIO : errno;
-        return fails ? -1 : result;
+        return tessarine::CloseOrFail(tessarine::GetFileCallPlan(), real, descriptor);
     }
 
     /// Waiting for the disk, often for a hundredth of a second, would show nothing more.

@@ -184,10 +184,18 @@ TEST_F(RecoveryFolderTest, PassesOverWhatIsNotItsOwn)
 
 TEST_F(RecoveryFolderTest, RemovesNothingThatSomebodyElseHasPutThere)
 {
-    m_Folder.Write("state/recovery/window-photos/a.jpg", "not a model");
+    m_Folder.Write("state/recovery/window-1-photos/a.jpg", "not a model");
     EXPECT_THAT(FindAbandoned(), IsEmpty());
-    EXPECT_EQ(ReadFile(m_Parent / "window-photos/a.jpg"), "not a model");
-    fs::remove_all(m_Parent / "window-photos");
+    EXPECT_EQ(ReadFile(m_Parent / "window-1-photos/a.jpg"), "not a model");
+    fs::remove_all(m_Parent / "window-1-photos");
+    for (const char* other :
+         {"window-photos/2024/a.jpg", "window-1-holidays/1/a.jpg", "window-x-photos/1/a.jpg"})
+    {
+        m_Folder.Write(fs::path("state/recovery") / other, "not a model");
+        EXPECT_THAT(FindAbandoned(), IsEmpty());
+        EXPECT_EQ(ReadFile(m_Parent / other), "not a model");
+    }
+    fs::remove_all(m_Parent);
 
     LeaveBehind(m_Parent, "model");
     std::ofstream(GetEntry() / "notes.txt") << "mine";
@@ -223,8 +231,8 @@ TEST_F(RecoveryFolderTest, RemovesNothingOfSomebodyElseWhateverFailsInLooking)
         return testing::AssertionSuccess();
     };
     const auto now = fs::file_time_type::clock::now();
-    EXPECT_TRUE(isKept("window-photos", now));
-    EXPECT_TRUE(isKept(".window-photos", now - std::chrono::hours(2)));
+    EXPECT_TRUE(isKept("window-1-photos", now));
+    EXPECT_TRUE(isKept(".window-1-photos", now - std::chrono::hours(2)));
 }
 
 /// One who removes it is killed behind its renaming and so many further calls.

@@ -6,10 +6,10 @@
 #include "DumpCheck.h"
 #include "EigenTable.h"
 #include "ErrorLine.h"
-#include "Image.h"
 #include "Operations.h"
 #include "Resources.h"
 #include "ScratchFolder.h"
+#include "SilhouetteFiles.h"
 #include "resource.h"
 #include <cstdint>
 #include <cstdio>
@@ -274,47 +274,11 @@ void RunOperations(ByteReader& bytes)
     }
 }
 
-Image DrawDisc(int side)
-{
-    Image disc{side, side, 3, {}};
-    for (int i = 0; i < side * side; ++i)
-    {
-        const int x = i % side - side / 2;
-        const int y = i / side - side / 2;
-        disc.pixels.insert(disc.pixels.end(), 3, x * x + y * y < side * side / 16 ? 255 : 0);
-    }
-    return disc;
-}
-
-/// Three views of a disc, and one with two markers.
-void WriteSilhouettes()
-{
-    const std::string identity = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n";
-    Write("data/bunny/param.dat",
-          "3\n72 72\n" + identity + "0 0 -1 0 0 1 0 0 1 0 0 0 0 0 0 1\n1 0 0 0 0 0 1 0 0 -1 0 0 0 0 0 1\n");
-    for (const char* name : {"1.bmp", "2.bmp", "3.bmp"})
-    {
-        WriteImage(DrawDisc(72), std::string("data/bunny/") + name);
-    }
-    Write("data/man/param.dat", "1\n8 8\n" + identity);
-    Write("data/man/unitize.dat", "0 0 0 1\n4 4\n");
-    Image marked = DrawDisc(8);
-    for (const std::size_t pixel : {3U, 60U})
-    {
-        marked.pixels[3 * pixel] = 0;
-        marked.pixels[3 * pixel + 1] = 255;
-        marked.pixels[3 * pixel + 2] = 0;
-    }
-    WriteImage(marked, "data/man/1.bmp");
-}
-
 /// The eigen table takes long to make.
 void MakeFolders()
 {
-    std::filesystem::create_directories("data/bunny");
-    std::filesystem::create_directory("data/man");
     std::filesystem::create_directory("data1");
-    WriteSilhouettes();
+    WriteSilhouetteFiles(".");
     WriteEigenTable("data/lpdata50NT.dat", 12);
 }
 }

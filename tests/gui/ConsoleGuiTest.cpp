@@ -1,3 +1,4 @@
+#include "Answer.h"
 #include "ErrorLine.h"
 #include "FailingMemory.h"
 #include "GuiTest.h"
@@ -77,13 +78,13 @@ TEST_F(ConsoleGuiTest, GoesOnBehindAnEventThatHasNoMemoryAtAll)
     EXPECT_THAT(ShownText(), EndsWith("behind\n"));
 }
 
-TEST_F(ConsoleGuiTest, TellsWhatEndsAnEntryOfTheMenus)
+TEST_F(ConsoleGuiTest, TellsWhatEndsAnAnswer)
 {
-    EXPECT_FALSE(App().Answer([] { throw std::runtime_error("no such entry"); }));
+    EXPECT_FALSE(Answer([] { throw std::runtime_error("no such entry"); }));
     EXPECT_THAT(ShownText(), EndsWith("asked of it: no such entry\n"));
-    EXPECT_FALSE(App().Answer([] { throw 7; }));
+    EXPECT_FALSE(Answer([] { throw 7; }));
     EXPECT_THAT(ShownText(), EndsWith("asked of it: an unknown error\n"));
-    EXPECT_TRUE(App().Answer([] {}));
+    EXPECT_TRUE(Answer([] {}));
 }
 
 TEST_F(ConsoleGuiTest, KeepsFiveHundredLines)

@@ -1,5 +1,7 @@
 #pragma once
+#include <atomic>
 #include <limits>
+#include <thread>
 
 namespace tessarine
 {
@@ -9,7 +11,8 @@ enum class FaultMode
     FromThenOn
 };
 
-/// Which of the many places of one kind that a run passes is to fail. Every place asks once.
+/// Which of the many places of one kind that a run passes is to fail. Every place asks once; those of other threads than
+/// the one that has armed it pass.
 class FaultPlan
 {
 public:
@@ -22,14 +25,14 @@ public:
         m_nSpared = spared;
         m_Mode = mode;
         m_nPassed = 0;
-        m_bArmed = true;
+        m_Thread = std::this_thread::get_id();
     }
-    void Disarm() { m_bArmed = false; }
-    bool IsArmed() const { return m_bArmed; }
+    void Disarm() { m_Thread = std::thread::id(); }
+    bool IsArmed() const { return m_Thread.load() == std::this_thread::get_id(); }
 
     bool MustFail()
     {
-        if (!m_bArmed)
+        if (!IsArmed())
         {
             return false;
         }
@@ -42,7 +45,7 @@ public:
     long CountPassed() const { return m_nPassed; }
 
 private:
-    bool m_bArmed = false;
+    std::atomic<std::thread::id> m_Thread; ///< that it is armed in, if any
     FaultMode m_Mode = FaultMode::Once;
     long m_nSpared = kNone;
     long m_nPassed = 0;

@@ -66,7 +66,7 @@ void IOLoadObj::ParseFile(const std::string& fileName)
 void IOLoadObj::TellOddities(const std::string& fileName, const std::string& text) const
 {
     const IOObjCheck check(fileName, text);
-    if (const std::string mark = check.TellByteOrderMark(); !mark.empty())
+    if (const std::string mark = check.DescribeByteOrderMark(); !mark.empty())
     {
         PrintErrorLine(fileName + ": " + mark);
     }

@@ -107,7 +107,7 @@ std::size_t IOObjCheck::GetLineOfPosition(std::size_t index) const
     return IOTextLines(m_strText).GetNumberOf(FindPosition(index));
 }
 
-std::string IOObjCheck::TellByteOrderMark() const
+std::string IOObjCheck::DescribeByteOrderMark() const
 {
     return m_strText.starts_with("\xEF\xBB\xBF")
                ? "a byte-order mark hides the first line; save the file without it"
@@ -123,7 +123,7 @@ void IOObjCheck::FailAtUnevenFace(std::size_t face) const
 
 void IOObjCheck::FailAt(const IOLineCursor& line, const std::string& reason) const
 {
-    const std::string mark = TellByteOrderMark(); // with the first line it may have hidden a vertex
+    const std::string mark = DescribeByteOrderMark(); // with the first line it may have hidden a vertex
     throw Failure(m_strFileName + ", line " + std::to_string(IOTextLines(m_strText).GetNumberOf(line)) +
                   ": " + reason + (mark.empty() ? "" : "; " + mark));
 }

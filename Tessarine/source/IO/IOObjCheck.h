@@ -33,7 +33,7 @@ public:
     std::size_t GetLineOfPosition(std::size_t index) const;
 
     /// What to do about a byte-order mark; empty where there is none.
-    std::string TellByteOrderMark() const;
+    std::string DescribeByteOrderMark() const;
 
     /// Fails: this face has corners without a texture number, or gives the first one after such corners.
     [[noreturn]] void FailAtUnevenFace(std::size_t face) const;

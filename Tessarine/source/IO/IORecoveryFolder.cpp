@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr char kModelName[] = "recovered.obj";
 constexpr char kLockName[] = "lock";
-constexpr char kPrefix[] = "window-";
+constexpr std::string_view kPrefix = "window-";
 constexpr char kUnfinished[] = ".part";
 constexpr char kUnlisted = '.'; ///< before the name of one that is being made or removed
 constexpr std::chrono::hours kLongestMaking{1};
@@ -50,7 +50,8 @@ void MakeFolder(const fs::path& folder)
 /// Until it is locked nobody may take it for an abandoned one.
 fs::path MakeUnlisted(const fs::path& parent)
 {
-    std::string name = (parent / (kUnlisted + (kPrefix + std::to_string(::getpid())) + "-XXXXXX")).string();
+    std::string name =
+        (parent / (kUnlisted + std::string(kPrefix) + std::to_string(::getpid()) + "-XXXXXX")).string();
     if (::mkdtemp(name.data()) == nullptr) // for its owner alone
     {
         RefuseWriting(parent, std::error_code(errno, std::generic_category()));
@@ -58,10 +59,9 @@ fs::path MakeUnlisted(const fs::path& parent)
     return name;
 }
 
-/// The number that a sub-folder has for its name; 0 for any other name.
-std::uint64_t NumberOf(const fs::path& path)
+/// The number that is the name of a model's folder; 0 for any other name.
+std::uint64_t NumberOf(std::string_view name)
 {
-    const std::string name = path.filename().string();
     std::uint64_t number = 0;
     const char* const end = name.data() + name.size();
     const auto [last, error] = std::from_chars(name.data(), end, number);
@@ -106,22 +106,35 @@ std::optional<std::uint64_t> FindLast(const fs::path& folder)
     return last;
 }
 
-bool IsFolderWithName(const fs::path& path, std::string_view prefix)
+/// A process's number, and what the system has completed it with.
+bool IsWindowName(std::string_view name)
+{
+    constexpr std::size_t kCompletion = std::string_view("-XXXXXX").size();
+    if (!name.starts_with(kPrefix) || name.size() <= kPrefix.size() + kCompletion)
+    {
+        return false;
+    }
+    const std::size_t dash = name.size() - kCompletion;
+    return name[dash] == '-' && NumberOf(name.substr(kPrefix.size(), dash - kPrefix.size())) != 0;
+}
+
+bool IsFolder(const fs::path& path)
 {
     std::error_code error;
-    return path.filename().string().starts_with(prefix) && fs::is_directory(fs::symlink_status(path, error));
+    return fs::is_directory(fs::symlink_status(path, error));
 }
 
 bool IsWindowFolder(const fs::path& path)
 {
-    return IsFolderWithName(path, kPrefix);
+    return IsWindowName(path.filename().string()) && IsFolder(path);
 }
 
 /// One whose process was ended while it was made or removed.
 bool IsLeftover(const fs::path& path)
 {
+    const std::string name = path.filename().string();
     std::error_code error;
-    return IsFolderWithName(path, kUnlisted + std::string(kPrefix)) &&
+    return name.front() == kUnlisted && IsWindowName(std::string_view(name).substr(1)) && IsFolder(path) &&
            fs::last_write_time(path, error) < fs::file_time_type::clock::now() - kLongestMaking && !error;
 }
 

@@ -20,7 +20,7 @@ public:
 
     /// Those of processes that have ended, the latest first, and nobody else's from now on. What such a process left
     /// without a model, or half made or half removed, is removed; what cannot be looked through, or has something of
-    /// somebody else in it, stays as it is.
+    /// somebody else beside the models, stays as it is.
     static std::vector<IORecoveryFolder> FindAbandoned(const std::filesystem::path& parent);
 
     /// Has a model written in place of the one before. Throws what `write` throws, and FileError; the one before
@@ -36,7 +36,7 @@ public:
     /// When it was written.
     std::filesystem::file_time_type GetTime() const;
 
-    /// Removes the folder, as far as it can be removed; where somebody else has put something into it, the models
+    /// Removes the folder, as far as it can be removed; where somebody else has put something beside the models, these
     /// alone, and it stays under another name. Without that it stays, as if the process were killed.
     void Remove() noexcept;
 

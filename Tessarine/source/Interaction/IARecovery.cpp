@@ -4,6 +4,7 @@
 #include "IAController.h"
 #include "IOSaveRecovery.h"
 #include "Platform.h"
+#include "TryTo.h"
 #include <utility>
 
 namespace tessarine
@@ -46,13 +47,7 @@ void IARecovery::Keep(IAController& controller) noexcept
     }
     catch (...) // the model is whole; only its copy is not there
     {
-        try
-        {
-            TellOnce(DescribeFailure());
-        }
-        catch (...) // no memory for the line either
-        {
-        }
+        TryTo([this] { TellOnce(DescribeFailure()); });
     }
 }
 

@@ -10,9 +10,8 @@
 #include "IARecovery.h"
 #include "IASelectTool.h"
 #include "Platform.h"
+#include "TryTo.h"
 #include <algorithm>
-#include <exception>
-#include <new>
 
 namespace tessarine
 {
@@ -37,16 +36,11 @@ bool WasFailureShown()
     }
 }
 
-/// Tells the user about the exception that is being handled.
+/// Tells the user about the exception that is being handled. Where there is no memory even for the message, the caller still
+/// learns that the operation failed.
 void ShowFailure(const std::string& operation, const char* outcome) noexcept
 {
-    try
-    {
-        GetPlatform().ShowFailure(operation, DescribeFailure(outcome), WasFailureShown());
-    }
-    catch (...) // no memory even for the message: the caller still learns that the operation failed
-    {
-    }
+    TryTo([&] { GetPlatform().ShowFailure(operation, DescribeFailure(outcome), WasFailureShown()); });
 }
 
 /// Needs no memory of its own: whatever fails is told.
@@ -66,29 +60,26 @@ bool RunAndTell(const std::string& operation, const char* outcome, const TAction
     }
 }
 
+/// Where there is no memory for the counts, the reports themselves are out.
 void FinishReports() noexcept
 {
-    try
-    {
-        EndAssertionReports();
-        DebugConsole().Flush();
-    }
-    catch (...) // no memory for the counts; the reports themselves are out
-    {
-    }
+    TryTo(
+        []
+        {
+            EndAssertionReports();
+            DebugConsole().Flush();
+        });
 }
 
 /// The sentence must not fail what has been done.
 void TellEndedMove(const std::string& operation) noexcept
 {
-    try
-    {
-        PrintErrorLine("the move that was under way has ended: " + operation +
-                       " may have changed what it moves");
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): no memory for the line
-    {
-    }
+    TryTo(
+        [&]
+        {
+            PrintErrorLine("the move that was under way has ended: " + operation +
+                           " may have changed what it moves");
+        });
 }
 
 /// What the user did, in the words of the batch tool.
@@ -239,16 +230,11 @@ bool IAWorkbench::RunOrRestore(Effect effect, const std::function<void()>& actio
     }
 }
 
-/// The operation may have shown some of what is no more.
+/// The operation may have shown some of what is no more. Where this fails too, the user has been told already, and the next
+/// frame shows the model.
 void IAWorkbench::RedrawAfterFailure() noexcept
 {
-    try
-    {
-        m_View.Redraw();
-    }
-    catch (...) // the user has been told already; the next frame shows the model
-    {
-    }
+    TryTo([this] { m_View.Redraw(); });
 }
 
 bool IAWorkbench::SendEvent(const ToolEvent& event)

@@ -11,6 +11,7 @@
 #include "IASelectTool.h"
 #include "IAZoomTool.h"
 #include "Platform.h"
+#include "TryTo.h"
 #include <algorithm>
 
 namespace tessarine
@@ -37,19 +38,6 @@ constexpr ToolClass kToolClasses[] = {
     {ToolID::MoveFace, Make<IAMoveFaceTool>},     {ToolID::MoveSolid, Make<IAMoveSolidTool>},
     {ToolID::DrawSplat, Make<IADrawSplatTool>},
 };
-
-/// For what is no reason to end here.
-template <class TAction>
-void TryTo(const TAction& action) noexcept
-{
-    try
-    {
-        action();
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): that is the point
-    {
-    }
-}
 }
 
 MANToolsManager::MANToolsManager()

@@ -7,6 +7,8 @@
 #include <ANN/ANN.h>
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <new>
 
 namespace tessarine
 {
@@ -14,6 +16,7 @@ namespace
 {
 constexpr int kDimensions = 3;
 constexpr int kBucketSize = 1;
+constexpr std::size_t kMostPoints = std::numeric_limits<int>::max() / kDimensions; ///< to the library
 
 bool IsFinitePoint(const smVec3d& p)
 {
@@ -28,16 +31,37 @@ void DemandFinite(std::size_t index, const smVec3d& p)
                       " of the model or the cloud is at no finite position: mend it in the file");
     }
 }
+
+void DemandCount(std::size_t nPoints)
+{
+    if (nPoints == 0)
+    {
+        throw Failure("there is no point to be found near others: the model or the cloud is empty");
+    }
+    if (nPoints > kMostPoints)
+    {
+        throw Failure("the model or the cloud has " + std::to_string(nPoints) + " points, and at most " +
+                      std::to_string(kMostPoints) + " can be searched: leave some out");
+    }
+}
+
+/// The library forgets what it holds where memory ends in its midst, so that is found out before.
+void DemandMemory(std::size_t nPoints)
+{
+    // A leaf, a node and a place of the tree, a point and the pointer to it, each as memory is given out.
+    constexpr std::size_t kBytesOfAPoint = 32 + 64 + 4 + 24 + 8;
+    constexpr std::size_t kBytesAround = std::size_t{1} << 20U;
+    const std::size_t bytes = nPoints * kBytesOfAPoint + kBytesAround;
+    ::operator delete(::operator new(bytes));
+}
 }
 
 struct NearestPoints::Tree
 {
     explicit Tree(std::size_t nPoints) : count(static_cast<int>(nPoints))
     {
-        if (nPoints == 0)
-        {
-            throw Failure("there is no point to be found near others: the model or the cloud is empty");
-        }
+        DemandCount(nPoints);
+        DemandMemory(nPoints);
         points = annAllocPts(count, kDimensions);
         rows = points[0];
     }

@@ -11,7 +11,7 @@ class DSSolid;
 /// The nearest of a set of points, exactly, by a kd-tree over copies of them. Points at equal distances come in the
 /// order of the library that keeps the tree.
 ///
-/// Fails   Failure for a set without points, and for positions that are no finite numbers. A query that is not finite
+/// Fails   Failure for a set without points or with more than a third of what an int counts, and for positions that are no finite numbers. A query that is not finite
 ///         is an assertion.
 /// Kept    The library's search has one state for the process: one thread alone may ask.
 class NearestPoints

@@ -7,6 +7,7 @@
 #include "MarkDrawer.h"
 #include "Open3DView.h"
 #include "Platform.h"
+#include "TryTo.h"
 #include <algorithm>
 #include <utility>
 
@@ -70,14 +71,13 @@ void IASelectTool::PrepareModel() noexcept
     {
         return;
     }
-    try
-    {
-        m_pCommand->SetScene(&m_pView->GetController()->GetSceneManager());
-        m_pCommand->MakeFaceRuns();
-    }
-    catch (...) // NOLINT(bugprone-empty-catch): the next motion looks for itself, and tells what it lacks
-    {
-    }
+    // Where this fails, the next motion looks for itself, and tells what it lacks.
+    TryTo(
+        [this]
+        {
+            m_pCommand->SetScene(&m_pView->GetController()->GetSceneManager());
+            m_pCommand->MakeFaceRuns();
+        });
 }
 
 /// The scene is that of the document of this moment, whichever tool was on top when the document came.
