@@ -200,7 +200,8 @@ void RefuseAStream(const fs::path& name, const fs::path& target)
     const std::string path = target.lexically_normal().string();
     if (path.starts_with("/dev/std") || path.starts_with("/dev/fd/") || path.starts_with("/proc/"))
     {
-        Refuse("write", name, "it is no ordinary file; the name of the standard output is -");
+        Refuse("write", name,
+               "it is no ordinary file; an operation that can print what it makes does so for the name -");
     }
 }
 

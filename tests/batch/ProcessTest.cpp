@@ -470,7 +470,7 @@ TEST_F(BatchProcess, DoesNotReplaceWhatItsOwnStreamsLeadTo)
 {
     const ProcessResult result = Run({"new", "report", "/dev/stdout"});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.errors, HasSubstr("the name of the standard output is -"));
+    EXPECT_THAT(result.errors, HasSubstr("an operation that can print what it makes does so for the name -"));
 }
 
 TEST_F(BatchProcess, SpellsOutControlCharactersInMessages)

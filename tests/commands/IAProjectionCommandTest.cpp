@@ -175,6 +175,13 @@ TEST_F(ProjectionTest, LeavesNoListOfViewsWithoutItsImages)
     EXPECT_FALSE(m_Folder.Has("data1/param.data"));
 }
 
+TEST_F(ProjectionTest, TellsThatNoImageIsThereWhereNothingCanBeDrawn)
+{
+    m_Folder.Write("Data/man.data", "2\na 0 0 0\nb 1 1 1\n");
+    std::filesystem::create_directory(m_Folder / "data1");
+    EXPECT_THAT(RefuseToSample(), EndsWith("; no image is new, and the list of views was not written"));
+}
+
 TEST_F(ProjectionTest, TellsWhichImagesAreThereWhereOneCannotBeWritten)
 {
     CreateSurface();

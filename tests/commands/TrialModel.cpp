@@ -21,6 +21,14 @@ std::string DescribeScene(const MANSceneManager& scene)
     }
     return text;
 }
+
+/// Without its context: where a failure is met first depends on the order of the work.
+std::string DescribeException(const IException& exception)
+{
+    const std::string& message = exception.GetMessage();
+    const std::size_t context = message.starts_with("( ") ? message.rfind(" ) ") + 3 : 0;
+    return std::string(typeid(exception).name()) + ' ' + message.substr(context);
+}
 }
 
 TrialModel::TrialModel(const IndexedMesh& mesh, bool isSecond)
@@ -56,7 +64,7 @@ TrialOutcome TrialModel::Run(const Step& step)
     }
     catch (const IException& exception)
     {
-        outcome.failure = typeid(exception).name() + (" " + exception.GetMessage());
+        outcome.failure = DescribeException(exception);
     }
     outcome.console = console.GetText();
     outcome.assertions = assertions.GetExpressions();

@@ -560,16 +560,17 @@ TEST(ReplacingFile, RefusesTheStreamsOfAProcess)
     for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1", "/dev/../dev/stderr"})
     {
         EXPECT_THAT(FaultOf([&] { ReplacingFile file(name); }),
-                    HasSubstr("the name of the standard output is -"));
+                    HasSubstr("an operation that can print what it makes does so for the name -"));
     }
     const TemporaryFolder folder;
     fs::create_symlink("/dev/stdout", folder / "link");
     EXPECT_THAT(FaultOf([&] { ReplacingFile file(folder / "link"); }),
-                EndsWith("link: it is no ordinary file; the name of the standard output is -"));
+                EndsWith("link: it is no ordinary file; an operation that can print what it makes does so "
+                         "for the name -"));
     const CurrentFolderGuard guard;
     SetCurrentFolder("/dev");
     EXPECT_THAT(FaultOf([] { ReplacingFile file("stdout"); }),
-                HasSubstr("the name of the standard output is -"));
+                HasSubstr("an operation that can print what it makes does so for the name -"));
 }
 
 TEST(CurrentFolderGuard, RefusesAFolderThatCouldNotBeEnteredAgain)

@@ -69,7 +69,18 @@ TEST_F(SimplifyTest, LeavesTheModelWhereARimEdgeHasNoLength)
     EXPECT_FALSE(Simplify(0.5F));
     EXPECT_EQ(PictureOf(m_Bench), before);
     EXPECT_EQ(m_Platform.GetOnlyReason(),
-              "a division by zero, or a vector of length zero; the model is as it was");
+              "( between the vertices 1 and 2 of a rim ) a division by zero, or a vector of length zero; the "
+              "model is as it was");
+}
+
+TEST_F(SimplifyTest, NamesTheVerticesOfAFaceWithoutAreaAtTheRim)
+{
+    const IndexedMesh mesh{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}}, {1, 2, 3, 1, 4, 2}, {3, 3}};
+    Show(mesh)->CalcNormals();
+    EXPECT_FALSE(Simplify(0.5F));
+    EXPECT_EQ(m_Platform.GetOnlyReason(),
+              "( between the vertices 1 and 3 of a rim ) a division by zero, or a vector of length zero; the "
+              "model is as it was");
 }
 
 TEST_F(SimplifyTest, LeavesTheModelWhereTheShareIsNone)

@@ -1,7 +1,7 @@
 #include "IAProjectionCommand.h"
 #include "Assert.h"
 #include "Failure.h"
-#include "File.h"
+#include "FailureText.h"
 #include "FreeList.h"
 #include "IAPointCloud.h"
 #include "IODatasetCameras.h"
@@ -44,20 +44,12 @@ void PrepareFrame()
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
-/// Tells as well which images are there already where one cannot be written.
-void WriteFrame(const Image& frame, int number)
+/// What has become of the folder where an image is not written.
+std::string DescribeImages(int number)
 {
-    try
-    {
-        WriteDatasetImage(frame, kImageFolder, number);
-    }
-    catch (const FileError& error)
-    {
-        throw Failure(error.what() +
-                      (number == 1 ? std::string("; no image is new")
-                                   : "; new are the images 1 to " + std::to_string(number - 1)) +
-                      ", and the list of views was not written");
-    }
+    return (number == 1 ? std::string("; no image is new")
+                        : "; new are the images 1 to " + std::to_string(number - 1)) +
+           ", and the list of views was not written";
 }
 }
 
@@ -96,11 +88,23 @@ void IAProjectionCommand::SampleViews() const
         {
             const smMatrix44d view = MakeView(elevation, azimuth);
             views.AddView(view);
-            m_pView->DrawApart(frame, [&] { DrawPoints(view); });
-            WriteFrame(frame, ++count);
+            SampleView(view, ++count, frame);
         }
     }
     views.Commit(count);
+}
+
+void IAProjectionCommand::SampleView(const smMatrix44d& view, int number, Image& frame) const
+{
+    try
+    {
+        m_pView->DrawApart(frame, [&] { DrawPoints(view); });
+        WriteDatasetImage(frame, kImageFolder, number);
+    }
+    catch (...)
+    {
+        throw Failure(DescribeFailure() + DescribeImages(number));
+    }
 }
 
 void IAProjectionCommand::DrawPoints(const smMatrix44d& view) const

@@ -7,6 +7,7 @@
 namespace tessarine
 {
 class Open3DView;
+struct Image;
 
 /// Makes silhouettes with known cameras of labelled points: brings "Data\man.data" into the unit cube, draws it
 /// from 90 directions as fat white points on black, and writes each frame as a numbered image of 800 x 600
@@ -14,7 +15,7 @@ class Open3DView;
 ///
 /// Needs   A view with a surface; the folder, which is not made.
 /// Fails   A missing file of points is reported as an assertion, and named (FileError). Failure without a
-///         surface, and for points without extent; for an image that cannot be written, which tells those that
+///         surface, and for points without extent; for an image that does not come to be, which tells those that
 ///         were. An image or a list of views is there whole or not at all.
 /// Kept    The depth reaches from -1 to 3 along the view: points before it vanish.
 class IAProjectionCommand : public IACommand
@@ -33,6 +34,8 @@ public:
 private:
     void LoadPoints();
     void SampleViews() const;
+    /// @param frame drawn into and written; one for all
+    void SampleView(const smMatrix44d& view, int number, Image& frame) const;
     void DrawPoints(const smMatrix44d& view) const;
 
     Open3DView* m_pView = nullptr;

@@ -64,8 +64,17 @@ void PairContraction::AddRimPlane(std::size_t face, std::int32_t nVertex, std::i
     }
     const smVec3f& lower = m_Mesh.positions[Index(std::min(nVertex, nNeighbour))];
     const smVec3f& upper = m_Mesh.positions[Index(std::max(nVertex, nNeighbour))];
-    const smVec3f across = Unit(Unit(lower - upper).Cross(m_Mesh.normals[face]));
-    GetVertex(nVertex).end.quadric.AddPlane(across, -across.Dot(m_Mesh.positions[Index(nVertex)]));
+    try
+    {
+        const smVec3f across = Unit(Unit(lower - upper).Cross(m_Mesh.normals[face]));
+        GetVertex(nVertex).end.quadric.AddPlane(across, -across.Dot(m_Mesh.positions[Index(nVertex)]));
+    }
+    catch (IException& exception)
+    {
+        exception.AddContext("between the vertices " + std::to_string(nVertex + 1) + " and " +
+                             std::to_string(nNeighbour + 1) + " of a rim");
+        throw;
+    }
 }
 
 void PairContraction::QueueEdgePairs()
