@@ -1,4 +1,5 @@
 #include "FootSearch.h"
+#include "Failure.h"
 #include "Capture.h"
 #include "MeshWalks.h"
 #include "Meshes.h"

@@ -1,5 +1,6 @@
 #include "IAProjectionCommand.h"
 #include "Capture.h"
+#include "FailingFileCalls.h"
 #include "IODatasetImages.h"
 #include "Open3DView.h"
 #include "Refusal.h"
@@ -196,6 +197,23 @@ TEST_F(ProjectionTest, TellsWhichImagesAreThereWhereOneCannotBeWritten)
     std::filesystem::remove(m_Folder / "data1/1.bmp");
     m_Folder.Write("data1/1.bmp/occupied", "");
     EXPECT_THAT(RefuseToSample(), EndsWith("; no image is new, and the list of views was not written"));
+}
+
+TEST_F(ProjectionTest, TellsThatAllImagesAreThereWhereTheListOfViewsCannotBeWritten)
+{
+    CreateSurface();
+    m_Folder.Write("Data/man.data", "2\na 0 0 0\nb 1 1 1\n");
+    std::filesystem::create_directory(m_Folder / "data1");
+    Sample(); // the first run makes other calls: its files are not there yet
+    {
+        const InjectedFault none(GetFileCallPlan(), FaultPlan::kNone, FaultMode::Once);
+        Sample();
+    }
+    const long last = GetFileCallPlan().CountPassed() - 1; // the list takes its name
+    const InjectedFault fault(GetFileCallPlan(), last, FaultMode::Once);
+    const std::string refusal = RefuseToSample();
+    EXPECT_THAT(refusal, StartsWith("cannot write data1/param.data"));
+    EXPECT_THAT(refusal, EndsWith("; new are the images 1 to 90, and the list of views was not written"));
 }
 
 TEST(IAProjectionCommand, AssertsItsView)

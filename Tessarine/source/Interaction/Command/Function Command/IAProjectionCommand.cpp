@@ -44,11 +44,11 @@ void PrepareFrame()
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
-/// What has become of the folder where an image is not written.
-std::string DescribeImages(int number)
+/// What has become of the folder where not all is written.
+std::string DescribeImages(int written)
 {
-    return (number == 1 ? std::string("; no image is new")
-                        : "; new are the images 1 to " + std::to_string(number - 1)) +
+    return (written == 0 ? std::string("; no image is new")
+                         : "; new are the images 1 to " + std::to_string(written)) +
            ", and the list of views was not written";
 }
 }
@@ -79,31 +79,32 @@ void IAProjectionCommand::LoadPoints()
 
 void IAProjectionCommand::SampleViews() const
 {
-    Image frame{kFrameWidth, kFrameHeight, 3, {}};
     IOViewFile views(kViewFile, kFrameWidth, kFrameHeight);
-    int count = 0;
+    int written = 0;
+    try
+    {
+        SampleInto(views, written);
+        views.Commit(written);
+    }
+    catch (...)
+    {
+        throw Failure(DescribeFailure() + DescribeImages(written));
+    }
+}
+
+void IAProjectionCommand::SampleInto(IOViewFile& views, int& written) const
+{
+    Image frame{kFrameWidth, kFrameHeight, 3, {}};
     for (int elevation = kFirstElevation; elevation < kEndOfElevations; elevation += kElevationStep)
     {
         for (int azimuth = 0; azimuth < kEndOfAzimuths; azimuth += kAzimuthStep)
         {
             const smMatrix44d view = MakeView(elevation, azimuth);
             views.AddView(view);
-            SampleView(view, ++count, frame);
+            m_pView->DrawApart(frame, [&] { DrawPoints(view); });
+            WriteDatasetImage(frame, kImageFolder, written + 1);
+            ++written;
         }
-    }
-    views.Commit(count);
-}
-
-void IAProjectionCommand::SampleView(const smMatrix44d& view, int number, Image& frame) const
-{
-    try
-    {
-        m_pView->DrawApart(frame, [&] { DrawPoints(view); });
-        WriteDatasetImage(frame, kImageFolder, number);
-    }
-    catch (...)
-    {
-        throw Failure(DescribeFailure() + DescribeImages(number));
     }
 }
 

@@ -6,8 +6,8 @@
 
 namespace tessarine
 {
+class IOViewFile;
 class Open3DView;
-struct Image;
 
 /// Makes silhouettes with known cameras of labelled points: brings "Data\man.data" into the unit cube, draws it
 /// from 90 directions as fat white points on black, and writes each frame as a numbered image of 800 x 600
@@ -34,8 +34,8 @@ public:
 private:
     void LoadPoints();
     void SampleViews() const;
-    /// @param frame drawn into and written; one for all
-    void SampleView(const smMatrix44d& view, int number, Image& frame) const;
+    /// @param written counts the images that are
+    void SampleInto(IOViewFile& views, int& written) const;
     void DrawPoints(const smMatrix44d& view) const;
 
     Open3DView* m_pView = nullptr;
