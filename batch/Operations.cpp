@@ -79,7 +79,7 @@ bool RunSubdivideLoop(BatchRun& run, const Arguments& /*arguments*/)
 bool RunSimplify(BatchRun& run, const Arguments& arguments)
 {
     const double ratio = NumberAt(arguments, 0);
-    return run.Perform(Effect::AddsSolids, [&run, ratio]
+    return run.Perform(Effect::Adds, [&run, ratio]
                        { run.GetWorkbench().GetController().Simplify(static_cast<float>(ratio)); });
 }
 
@@ -118,12 +118,12 @@ bool RunBuildInitialMesh(BatchRun& run, const Arguments& /*arguments*/)
 
 bool RunGenerateSplats(BatchRun& run, const Arguments& /*arguments*/)
 {
-    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().GenerateSplats(); });
+    return run.Perform(Effect::Adds, [&run] { run.GetWorkbench().GetController().GenerateSplats(); });
 }
 
 bool RunShowField(BatchRun& run, const Arguments& /*arguments*/)
 {
-    return run.Perform(Effect::ChangesModel, [&run] { run.GetWorkbench().GetController().ShowField(); });
+    return run.Perform(Effect::Adds, [&run] { run.GetWorkbench().GetController().ShowField(); });
 }
 
 /// Beyond all floats stands infinity.
@@ -146,14 +146,13 @@ bool RunSubdivideAdaptive(BatchRun& run, const Arguments& arguments)
 
 bool RunGenerateMesh(BatchRun& run, const Arguments& arguments)
 {
-    return run.Perform(Effect::ChangesModel, [&]
+    return run.Perform(Effect::Adds, [&]
                        { run.GetWorkbench().GetController().GenerateMesh(ToFloat(NumberAt(arguments, 0))); });
 }
 
 bool RunSetMaterial(BatchRun& run, const Arguments& /*arguments*/)
 {
-    return run.Perform(Effect::ChangesModel,
-                       [&run] { run.GetWorkbench().GetController().SetMaterialOfSelection(); });
+    return run.Perform(Effect::Adds, [&run] { run.GetWorkbench().GetController().SetMaterialOfSelection(); });
 }
 
 bool RunMenu(BatchRun& run, const Arguments& arguments)

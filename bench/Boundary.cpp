@@ -7,10 +7,12 @@
 #include "IAWorkbench.h"
 #include "Memory.h"
 #include "Models.h"
+#include "SilhouetteFiles.h"
 #include "Timing.h"
 #include <algorithm>
 #include <fstream>
 #include <malloc.h>
+#include <map>
 #include <random>
 
 using namespace tessarine;
@@ -19,7 +21,8 @@ using namespace tessarine::bench;
 namespace
 {
 constexpr int kFaces = 250'000;
-constexpr int kFewFaces = 2'000; // for the sampling of every face
+constexpr int kFewFaces = 2'000;      // for the sampling of every face
+constexpr int kManyFaces = 1'000'000; // for what hardly looks at them
 constexpr double kMostShare = 0.15;
 constexpr double kMostGrowth = 1.03;
 
@@ -51,13 +54,21 @@ struct BoundedCommand
     int faces;
     Effect effect;
     void (*run)(IAController& controller);
+    void (*prepare)(IAController& controller) = [](IAController&) {};
 };
+
+void SelectSolid(IAController& controller)
+{
+    MANBrepElementManager& elements = controller.GetElementManager();
+    elements.SetSelectType(SelectType::Solids);
+    elements.ToggleSelect(controller.GetSceneManager().GetCurrentSolid()->GetID());
+}
 
 const BoundedCommand kCommands[] = {
     {"subdivide-loop", kFaces, Effect::ChangesModel, [](IAController& c) { c.SubdivideLoop(); }},
     {"subdivide-adaptive", kFaces, Effect::ReplacesModel, [](IAController& c) { c.SubdivideAdaptive(); }},
-    {"simplify 0.2", kFaces, Effect::AddsSolids, [](IAController& c) { c.Simplify(0.2F); }},
-    {"simplify 0.8", kFaces, Effect::AddsSolids, [](IAController& c) { c.Simplify(0.8F); }},
+    {"simplify 0.2", kFaces, Effect::Adds, [](IAController& c) { c.Simplify(0.2F); }},
+    {"simplify 0.8", kFaces, Effect::Adds, [](IAController& c) { c.Simplify(0.8F); }},
     {"optimize 1", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(1); }},
     {"optimize 2", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(2); }},
     {"optimize 3", kFaces, Effect::ChangesModel, [](IAController& c) { c.OptimizeMesh(3); }},
@@ -66,6 +77,13 @@ const BoundedCommand kCommands[] = {
     {"fit-vertices", kFaces, Effect::ChangesModel, [](IAController& c) { c.FitVertices(); }},
     {"refine-incremental", kFaces, Effect::ChangesModel, [](IAController& c) { c.RefineIncremental(); }},
     {"refine-two-step", kFaces, Effect::ChangesModel, [](IAController& c) { c.RefineTwoStep(); }},
+    {"two-step-first", kFaces, Effect::ChangesModel, [](IAController& c) { c.TwoStepFirst(); },
+     [](IAController& c) { c.RefineTwoStep(); }},
+    {"connect-next 1", kFaces, Effect::ChangesModel, [](IAController& c) { c.ConnectNext(1); },
+     [](IAController& c) { c.RefineIncremental(); }},
+    {"set-material", kManyFaces, Effect::Adds, [](IAController& c) { c.SetMaterialOfSelection(); },
+     SelectSolid},
+    {"generate-splats", kManyFaces, Effect::Adds, [](IAController& c) { c.GenerateSplats(); }},
     {"build-octree", kFewFaces, Effect::ChangesModel, [](IAController& c) { c.BuildOctree(); }},
 };
 
@@ -83,6 +101,15 @@ public:
 
     IAWorkbench& GetBench() { return m_Bench; }
     std::string GetReason() const { return m_Platform.GetReason(); }
+
+    void Prepare(const BoundedCommand& command)
+    {
+        if (!m_Bench.Perform("prepare", Effect::ChangesModel,
+                             [&] { command.prepare(m_Bench.GetController()); }))
+        {
+            throw std::runtime_error(std::string(command.name) + ": " + GetReason());
+        }
+    }
 
     bool Run(const BoundedCommand& command)
     {
@@ -109,11 +136,12 @@ void WriteClouds(const std::filesystem::path& model)
         cloud += std::to_string(p.x + draw()) + ' ' + std::to_string(p.y + draw()) + ' ' +
                  std::to_string(p.z + draw()) + '\n';
     }
-    std::filesystem::create_directory("Data");
-    for (const char* name : {"Data/bunny.txta", "Data/box.txta", "Data/dragon.txta", "Data/horse.txta"})
+    std::filesystem::create_directory("data");
+    for (const char* name : {"data/bunny.txta", "data/box.txta", "data/dragon.txta", "data/horse.txta"})
     {
         std::ofstream(name) << cloud;
     }
+    WriteSilhouetteFiles("."); // for the splats
 }
 
 /// Takes a checkpoint and drops it.
@@ -135,6 +163,7 @@ struct Price
 Price MeasurePrice(const BoundedCommand& command, const std::filesystem::path& model)
 {
     LoadedBench loaded(model);
+    loaded.Prepare(command);
     Price price;
     price.checkpoint = SecondsOfCheckpoint(loaded.GetBench(), command.effect);
     const double begin = ProcessorSeconds();
@@ -220,7 +249,10 @@ int main()
     const bench::TemporaryFolder folder;
     SetCurrentFolder(folder.GetPath());
     const auto model = WriteScannedModel(folder.GetPath(), kFaces);
-    const auto smallModel = WriteScannedModel(folder.GetPath(), kFewFaces);
+    const std::map<int, std::filesystem::path> models{
+        {kFaces, model},
+        {kFewFaces, WriteScannedModel(folder.GetPath(), kFewFaces)},
+        {kManyFaces, WriteScannedModel(folder.GetPath(), kManyFaces)}};
     InAProcessOfItsOwn(
         [&]
         {
@@ -230,7 +262,7 @@ int main()
     bool good = true;
     for (const BoundedCommand& command : kCommands)
     {
-        good &= JudgePrice(command, command.faces == kFaces ? model : smallModel);
+        good &= JudgePrice(command, models.at(command.faces));
     }
     const auto nothing = [](IAController&) {};
     const auto optimize = [](IAController& c) { c.OptimizeMesh(1); };

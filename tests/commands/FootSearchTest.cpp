@@ -1,6 +1,6 @@
 #include "FootSearch.h"
-#include "Failure.h"
 #include "Capture.h"
+#include "Failure.h"
 #include "MeshWalks.h"
 #include "Meshes.h"
 #include "Vectors.h"

@@ -228,7 +228,7 @@ TEST_F(BoundaryTest, FlushesTheConsoleAtTheEnd)
 
 TEST_F(BoundaryTest, TakesAddedSolidsOutAgain)
 {
-    EXPECT_FALSE(m_Bench.Perform("operation", Effect::AddsSolids,
+    EXPECT_FALSE(m_Bench.Perform("operation", Effect::Adds,
                                  [this]
                                  {
                                      GetController().Simplify(0.5F);
@@ -416,7 +416,7 @@ TEST_P(OutOfMemory, LeavesTheModelOfASimplification)
 {
     // The report of a vertex between folded faces would make do without memory.
     const AssertionHandler handler = SetAssertionHandler([](const AssertionSite&) {});
-    ExpectNothingChangesUntilItSucceeds(Effect::AddsSolids, [this] { GetController().Simplify(0.5F); });
+    ExpectNothingChangesUntilItSucceeds(Effect::Adds, [this] { GetController().Simplify(0.5F); });
     SetAssertionHandler(handler);
     EXPECT_FALSE(m_pSolid->IsVisible());
 }

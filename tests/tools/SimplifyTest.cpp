@@ -18,8 +18,7 @@ class SimplifyTest : public WorkbenchTest
 protected:
     bool Simplify(float ratio)
     {
-        return m_Bench.Perform("simplify", Effect::AddsSolids,
-                               [this, ratio] { GetController().Simplify(ratio); });
+        return m_Bench.Perform("simplify", Effect::Adds, [this, ratio] { GetController().Simplify(ratio); });
     }
 
     DSSolid* GetChildSolid(std::size_t index)
@@ -49,7 +48,7 @@ TEST_F(SimplifyTest, CanBeTakenBackByAFailureOfWhatFollows)
     DSSolid* solid = Show(Shaken(Sphere(2), 2));
     solid->CalcNormals();
     const std::string before = PictureOf(m_Bench);
-    EXPECT_FALSE(m_Bench.Perform("simplify", Effect::AddsSolids,
+    EXPECT_FALSE(m_Bench.Perform("simplify", Effect::Adds,
                                  [this]
                                  {
                                      GetController().Simplify(0.5F);

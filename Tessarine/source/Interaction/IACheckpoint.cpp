@@ -27,7 +27,7 @@ IACheckpoint::IACheckpoint(IAController& controller, Open3DView& view, MANComman
     {
         m_Elements.emplace(controller.GetElementManager().Save());
     }
-    else if (effect == Effect::AddsSolids)
+    else if (effect == Effect::Adds)
     {
         m_Mark.emplace(controller.GetElementManager().GetMark());
     }
@@ -53,7 +53,7 @@ void IACheckpoint::Restore() noexcept
     }
     if (m_Mark)
     {
-        m_Controller.GetElementManager().Rewind(*m_Mark);
+        m_Controller.GetElementManager().Rewind(std::move(*m_Mark));
     }
     if (m_Scene)
     {

@@ -10,9 +10,9 @@ namespace tessarine
 /// What an operation may do to the model: how much has to be kept to go back to.
 enum class Effect
 {
-    None,          ///< the model stays
-    ChangesModel,  ///< anything in the stores may change
-    AddsSolids,    ///< changes the scene, and of the elements that are there only which solids are shown
+    None,         ///< the model stays
+    ChangesModel, ///< anything in the stores may change
+    Adds, ///< adds solids or materials, and changes the scene; of what is there only which solids are shown
     ReplacesModel, ///< changes nothing before it has called IAController::ResetModels or ClearModels
     ReplacesDocument ///< leaves this controller and its model alone, and has the view forget what it shows over it
 };

@@ -29,7 +29,7 @@ constexpr Route Command(int id, void (*run)(IAWorkbench& workbench))
 /// What there is stays as it is, but may be hidden.
 constexpr Route Addition(int id, void (*run)(IAWorkbench& workbench))
 {
-    return {id, Effect::AddsSolids, run};
+    return {id, Effect::Adds, run};
 }
 
 /// A tool, a switch, a selection type or a sampling: what the model is made of stays.
@@ -163,8 +163,8 @@ constexpr Route kRoutes[] = {
     Addition(ResourceID::Simplify20, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.8F); }),
     Addition(ResourceID::Simplify50, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.5F); }),
     Addition(ResourceID::Simplify80, [](IAWorkbench& workbench) { workbench.GetController().Simplify(0.2F); }),
-    Command(ResourceID::SetMaterial, [](IAWorkbench& workbench) { workbench.GetController().SetMaterialOfSelection(); }),
-    Command(ResourceID::GenerateSplats, [](IAWorkbench& workbench) { workbench.GetController().GenerateSplats(); }),
+    Addition(ResourceID::SetMaterial, [](IAWorkbench& workbench) { workbench.GetController().SetMaterialOfSelection(); }),
+    Addition(ResourceID::GenerateSplats, [](IAWorkbench& workbench) { workbench.GetController().GenerateSplats(); }),
     Command(ResourceID::TwoStepFirst, [](IAWorkbench& workbench) { workbench.GetController().TwoStepFirst(); }),
     Command(ResourceID::TwoStepSecond, [](IAWorkbench& workbench) { workbench.GetController().TwoStepSecond(); }),
     Command(ResourceID::TwoStepThird, [](IAWorkbench& workbench) { workbench.GetController().TwoStepThird(); }),

@@ -397,13 +397,9 @@ void MANBrepElementManager::Restore(Checkpoint&& checkpoint) noexcept
 
 MANBrepElementManager::Mark MANBrepElementManager::GetMark() const
 {
-    Mark mark{m_SolidList.GetMark(),
-              m_FaceArray.GetMark(),
-              m_EdgeArray.GetMark(),
-              m_HalfEdgeArray.GetMark(),
-              m_LoopArray.GetMark(),
-              m_VertexArray.GetMark(),
-              {}};
+    Mark mark{
+        m_SolidList.GetMark(), m_FaceArray.GetMark(),   m_EdgeArray.GetMark(),    m_HalfEdgeArray.GetMark(),
+        m_LoopArray.GetMark(), m_VertexArray.GetMark(), m_MaterialManager.Save(), {}};
     for (const DSSolid* pSolid : m_SolidList)
     {
         mark.isShown.push_back(pSolid != nullptr && pSolid->IsVisible());
@@ -411,7 +407,7 @@ MANBrepElementManager::Mark MANBrepElementManager::GetMark() const
     return mark;
 }
 
-void MANBrepElementManager::Rewind(const Mark& mark) noexcept
+void MANBrepElementManager::Rewind(Mark&& mark) noexcept
 {
     m_SolidList.Rewind(mark.solids);
     m_FaceArray.Rewind(mark.faces);
@@ -419,6 +415,7 @@ void MANBrepElementManager::Rewind(const Mark& mark) noexcept
     m_HalfEdgeArray.Rewind(mark.halfEdges);
     m_LoopArray.Rewind(mark.loops);
     m_VertexArray.Rewind(mark.vertices);
+    m_MaterialManager.Restore(std::move(mark.materials));
     auto isShown = mark.isShown.begin();
     for (DSSolid* pSolid : m_SolidList)
     {

@@ -171,14 +171,15 @@ public:
     /// Puts a checkpoint back in place of what the manager holds now. Allocates nothing.
     void Restore(Checkpoint&& checkpoint) noexcept;
 
-    /// How many records there are, and which solids are shown: what to go back to from a command that only adds
-    /// solids. It copies no record.
+    /// How many records there are, which solids are shown, and the materials: what to go back to from a command that
+    /// only adds some. It copies no record.
     struct Mark;
     Mark GetMark() const;
-    /// Destroys the records that were made since the mark, and shows the solids that were shown. Allocates nothing.
+    /// Destroys the records and materials that were made since the mark, and shows the solids that were shown. Allocates
+    /// nothing.
     ///
     /// Needs   Nothing else has changed since.
-    void Rewind(const Mark& mark) noexcept;
+    void Rewind(Mark&& mark) noexcept;
 
 private:
     template <class T>
@@ -223,6 +224,7 @@ struct MANBrepElementManager::Mark
     RecordArray<DSHalfEdge>::Mark halfEdges;
     RecordArray<DSLoop>::Mark loops;
     RecordArray<DSVertex>::Mark vertices;
+    MANMaterialManager::Checkpoint materials;
     std::vector<bool> isShown; ///< by slot, of the solids
 };
 }
