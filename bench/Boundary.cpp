@@ -154,41 +154,40 @@ double SecondsOfCheckpoint(IAWorkbench& bench, Effect effect)
     return ProcessorSeconds() - begin;
 }
 
-struct Price
-{
-    double checkpoint = 0.0;
-    double command = 0.0;
-};
-
-Price MeasurePrice(const BoundedCommand& command, const std::filesystem::path& model)
+/// The boundary's own part.
+double MeasureCheckpoint(const BoundedCommand& command, const std::filesystem::path& model)
 {
     LoadedBench loaded(model);
     loaded.Prepare(command);
-    Price price;
-    price.checkpoint = SecondsOfCheckpoint(loaded.GetBench(), command.effect);
+    return SecondsOfCheckpoint(loaded.GetBench(), command.effect);
+}
+
+double MeasureCommand(const BoundedCommand& command, const std::filesystem::path& model)
+{
+    LoadedBench loaded(model);
+    loaded.Prepare(command);
     const double begin = ProcessorSeconds();
     if (!loaded.Run(command))
     {
         throw std::runtime_error(std::string(command.name) + ": " + loaded.GetReason());
     }
-    price.command = ProcessorSeconds() - begin;
-    return price;
+    return ProcessorSeconds() - begin;
 }
 
 /// The least of five processes: where a machine's memory is handed out by another one, a first touch now and then
 /// takes ten times as long.
-double LeastOf(const BoundedCommand& command, const std::filesystem::path& model, double Price::*figure)
+double LeastOf(const BoundedCommand& command, const std::filesystem::path& model,
+               double (*measure)(const BoundedCommand&, const std::filesystem::path&))
 {
-    const auto measure = [&]
-    { return InAProcessOfItsOwn([&] { return MeasurePrice(command, model).*figure; }); };
-    return std::min({measure(), measure(), measure(), measure(), measure()});
+    const auto once = [&] { return InAProcessOfItsOwn([&] { return measure(command, model); }); };
+    return std::min({once(), once(), once(), once(), once()});
 }
 
 bool JudgePrice(const BoundedCommand& command, const std::filesystem::path& model)
 {
     constexpr double kShortest = 0.1; // seconds
-    const double checkpoint = LeastOf(command, model, &Price::checkpoint);
-    const double whole = LeastOf(command, model, &Price::command);
+    const double checkpoint = LeastOf(command, model, MeasureCheckpoint);
+    const double whole = LeastOf(command, model, MeasureCommand);
     char text[96];
     std::snprintf(text, sizeof text, "%s of %d faces, %.0f ms: share of the checkpoint", command.name,
                   command.faces, whole * 1e3);

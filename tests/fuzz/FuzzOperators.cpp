@@ -1,5 +1,5 @@
 // A small model, also one that no solid in the world has, a cloud, and operations on them in any order. After each of
-// them the half-edge structure holds; after one that fails everything is as it was.
+// them the half-edge structure holds; after one that fails, but for an event of the mouse, everything is as it was.
 #include "BatchRun.h"
 #include "CommandLine.h"
 #include "Dump.h"
